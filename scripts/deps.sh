@@ -1,0 +1,25 @@
+#!/bin/sh
+# Installs the Debian packages that building, running and testing need. Quiet when all are there.
+set -eu
+
+build="cmake ninja-build g++ pkg-config git
+    qtbase5-dev libqt5opengl5-dev libqt5x11extras5-dev libkf5config-dev libkf5widgetsaddons-dev
+    libsdl1.2-dev libsdl-mixer1.2-dev libgl-dev libegl-dev libglu1-mesa-dev libgl1-mesa-dri
+    libxcb1-dev libx11-dev libpng-dev"
+artwork="povray povray-includes libfreetype-dev fonts-dejavu-core csound"
+run="xvfb xauth x11-utils"
+tests="libgtest-dev libgmock-dev libbenchmark-dev clang-format"
+
+missing=""
+for package in $build $artwork $run $tests; do
+    dpkg-query -W -f '${db:Status-Status}' "$package" 2>/dev/null | grep -qx installed ||
+        missing="$missing $package"
+done
+[ -n "$missing" ] || exit 0
+
+root=""
+[ "$(id -u)" -eq 0 ] || root="sudo"
+echo "Installing:$missing"
+$root apt-get update -qq
+# shellcheck disable=SC2086  # a list of package names
+DEBIAN_FRONTEND=noninteractive $root apt-get install -y -qq --no-install-recommends $missing >/dev/null
