@@ -1,0 +1,386 @@
+// The picture on the sea floor: sand with ripples, rubble, weed, starfish and the corals' shadows.
+//
+// Everything is seen from one eye only. Things that stand up from the sand (stones, shells) are
+// painted as the eye sees them, drawn out away from it over the floor.
+#include "common/image.h"
+#include "common/noise.h"
+#include "common/parallel.h"
+#include "floor/ground.h"
+#include "floor/placement.h"
+
+namespace art {
+namespace {
+
+constexpr int kTexels = 2048;
+constexpr float kTexelX = Ground::kWidth / kTexels, kTexelZ = Ground::kDepth / kTexels;
+
+float worldX(float column) { return -Ground::kWidth / 2 + column * kTexelX; }
+float worldZ(float row) { return Ground::kDepth - row * kTexelZ; }
+float columnOf(float x) { return (x + Ground::kWidth / 2) / kTexelX; }
+float rowOf(float z) { return (Ground::kDepth - z) / kTexelZ; }
+
+/// Distance to the nearest coral's foot, in units of how far its garden reaches.
+struct Footprint {
+    float x, z, reach, strength;
+};
+constexpr Footprint kFootprints[] = {
+    {-2.8f, 20.2f, 2.7f, 0.8f}, {-3.7f, 14.2f, 0.85f, 0.7f}, {-5, 13.7f, 0.95f, 0.7f},
+    {-3.4f, 12.8f, 0.7f, 0.7f}, {-8.9f, 19.2f, 1.1f, 0.7f},  {-5.6f, 15, 1.2f, 0.8f},
+    {-11.6f, 15, 1.3f, 0.8f},   {-10, 20.2f, 1.3f, 0.7f},    {0, 25.2f, 2.2f, 0.75f},
+    {7, 22, 2.4f, 0.75f},       {11, 18.4f, 1.9f, 0.8f}};
+
+float nearness(float x, float z) {
+    float best = 1e9f;
+    for (const Footprint& f : kFootprints)
+        best = std::min(best, length(Vec2{x - f.x, z - f.z}) / f.reach);
+    return best;
+}
+
+/// Ripples are strongest before the eye and gone where they would glitter.
+float rippleStrength(float x, float z) {
+    const float near = 1 - smoothstep(20, 33, z);
+    const float patch = fractalNoise({x * 0.13f + 5, z * 0.13f, 0.5f}, 2, 516);
+    return near * (0.30f + 0.70f * smoothstep(-0.3f, 0.3f, patch));
+}
+
+/// Relief of the sand, world units, above the smooth floor.
+float relief(float x, float z) {
+    // Crests run mostly across the view, bend, and fork where the warp folds them.
+    const float warp = 2.3f * fractalNoise({x * 0.20f + 9, z * 0.20f, 0.5f}, 2, 512) +
+                       0.10f * fractalNoise({x * 1.3f, z * 1.3f, 0.5f}, 2, 515);
+    const float slant = 0.30f * gradientNoise({x * 0.05f, z * 0.05f, 4}, 514);
+    const float phase = (z * std::cos(slant) + x * std::sin(slant) + warp) / 0.56f;
+    const float turn = phase - std::floor(phase);
+    // A long side towards the eye, a short one behind the crest.
+    const float crest = turn < 0.66f ? smoothstep(0, 0.66f, turn) : 1 - smoothstep(0.66f, 1, turn);
+    return 0.055f * rippleStrength(x, z) * crest +
+           0.060f * fractalNoise({x * 0.75f, z * 0.75f, 0.5f}, 3, 517) +
+           0.006f * gradientNoise({x * 7, z * 7, 0.5f}, 518);
+}
+
+/// Light that falls on a slope, 1 on level sand.
+float lit(float slope_x, float slope_z) {
+    const Vec3 sun = towardsSun();
+    const Vec3 n = normalize({-slope_x, 1, -slope_z});
+    return 0.42f + 0.58f * std::max(0.0f, dot(n, sun)) / sun.y;
+}
+
+float weed(float x, float z) {
+    const float side = smoothstep(11, 20, std::fabs(x + 0.5f)) * smoothstep(4, 12, z);
+    const float back = smoothstep(23, 30, z) * 0.55f;
+    const float patch = fractalNoise({x * 0.21f, z * 0.16f, 0.5f}, 4, 532);
+    const float keep_clear = smoothstep(1.0f, 2.2f, distanceFromRoute(x, z));
+    return std::max(side, back) * smoothstep(-0.02f, 0.30f, patch) * keep_clear;
+}
+
+Vec3 sand(float x, float z) {
+    constexpr float kDelta = 0.02f;
+    const float r0 = relief(x, z);
+    const float dx = (relief(x + kDelta, z) - r0) / kDelta,
+                dz = (relief(x, z + kDelta) - r0) / kDelta;
+    constexpr float kWide = 0.4f;
+    const float h0 = smoothHeight(x, z);
+    const float mx = (smoothHeight(x + kWide, z) - h0) / kWide,
+                mz = (smoothHeight(x, z + kWide) - h0) / kWide;
+
+    const float broad = fractalNoise({x * 0.15f, z * 0.15f, 0.5f}, 4, 501);
+    const float middle = fractalNoise({x * 0.9f, z * 0.9f, 0.5f}, 3, 502);
+    const float fine = gradientNoise({x * 14, z * 14, 0.5f}, 503);
+    Vec3 c = mix(rgb(255, 250, 229), rgb(249, 238, 212), clamp01(0.45f + 1.0f * broad));
+    // Bleached channels where the water runs between the mounds.
+    const float channel =
+        1 -
+        smoothstep(0.0f, 0.11f, std::fabs(fractalNoise({x * 0.11f + 40, z * 0.07f, 0.5f}, 3, 509)));
+    c = mix(c, rgb(255, 254, 240), 0.5f * channel);
+    c = c * (0.975f + 0.05f * middle + 0.035f * fine);
+
+    const float light = lit(dx + 0.6f * mx, dz + 0.6f * mz);
+    // The short dark sides take the blue of the water.
+    c = c * mix(rgb(178, 190, 184), {1, 1, 1}, clamp01((light - 0.5f) / 0.5f)) *
+        std::min(std::max(light, 1.0f), 1.06f);
+
+    const float w = weed(x, z);
+    if (w > 0) {
+        const float tuft = 0.5f + 0.5f * fractalNoise({x * 2.6f, z * 1.4f, 0.5f}, 3, 545);
+        const Vec3 green = mix(rgb(92, 118, 84), rgb(138, 142, 98), tuft);
+        c = mix(c, green * (0.85f + 0.3f * tuft),
+                0.62f * w * smoothstep(0.15f, 0.65f, tuft + 0.4f * w));
+    }
+
+    // Old coral sand, darker and browner, lies round the gardens.
+    const float near = nearness(x, z);
+    const float dirt =
+        (1 - smoothstep(0.8f, 1.9f, near + 0.5f * middle)) * (1 - smoothstep(24, 34, z) * 0.5f);
+    c = mix(c, c * mix(rgb(226, 214, 186), rgb(206, 192, 178), clamp01(0.5f + middle)),
+            0.75f * dirt);
+    return c;
+}
+
+/// The sun's and the sky's shadow of the corals, 0 none to 1.
+float coralShadow(float x, float z) {
+    float shade = 0;
+    for (const Footprint& f : kFootprints) {
+        const float wide = length(Vec2{x - f.x, z - f.z}) / f.reach;
+        const float fallen =
+            length(Vec2{(x - f.x - 0.42f * f.reach) * 0.9f, (z - f.z - 0.22f * f.reach)}) / f.reach;
+        const float soft = 0.16f * fractalNoise({x * 1.6f, z * 1.6f, 0.5f}, 3, 561);
+        const float under = 1 - smoothstep(0.55f, 1.25f, wide + soft);
+        const float cast = 1 - smoothstep(0.50f, 1.35f, fallen + soft);
+        shade = std::max(shade, f.strength * std::max(0.75f * under, cast));
+    }
+    return shade;
+}
+
+/// A lump on the sand, painted as the eye sees it.
+struct Stone {
+    float x, z, radius, height;
+    Vec3 colour;
+    uint32_t seed;
+    float mottle;
+};
+
+void blend(Pixel& pixel, Vec3 colour, float amount) {
+    pixel.colour = mix(pixel.colour, colour, clamp01(amount));
+}
+
+void paintStone(Image& image, const Ground& ground, const Stone& stone) {
+    const float y = ground.height(stone.x, stone.z);
+    const float eye_high = kEye.y - y;
+    const float reach = stone.radius * 1.5f;
+    // The eye sees the top of the stone against the sand this far behind it.
+    const float behind = stone.height * (stone.z - kEye.z) / eye_high + reach;
+    const float shadow = stone.height * 1.1f + reach;
+    const int x0 = static_cast<int>(columnOf(stone.x - reach * 1.6f)),
+              x1 = static_cast<int>(columnOf(stone.x + std::max(reach, shadow) * 1.3f));
+    const int y0 = static_cast<int>(rowOf(stone.z + std::max(behind, shadow))),
+              y1 = static_cast<int>(rowOf(stone.z - reach));
+    const Vec3 sun = towardsSun();
+    for (int row = std::max(0, y0); row <= std::min(kTexels - 1, y1); ++row)
+        for (int column = std::max(0, x0); column <= std::min(kTexels - 1, x1); ++column) {
+            const float x = worldX(static_cast<float>(column) + 0.5f),
+                        z = worldZ(static_cast<float>(row) + 0.5f);
+            Pixel& pixel = image.at(column, row);
+            // Its shadow: the stone seen along the sun, softened.
+            {
+                const float slide = stone.height * 0.5f;
+                const float px = (x - stone.x - sun.x / sun.y * -slide) / stone.radius,
+                            pz = (z - stone.z - sun.z / sun.y * -slide) / stone.radius;
+                const float d = std::sqrt(px * px * 0.8f + pz * pz);
+                blend(pixel, pixel.colour * Vec3{0.52f, 0.58f, 0.60f},
+                      0.85f * (1 - smoothstep(0.75f, 1.45f, d)));
+            }
+            // The stone itself: the ray from the eye against an uneven half ellipsoid.
+            const Vec3 scale{1 / stone.radius, 1 / stone.height, 1 / stone.radius};
+            const Vec3 origin = Vec3{kEye.x - stone.x, eye_high, kEye.z - stone.z} * scale;
+            const Vec3 target = Vec3{x - stone.x, ground.height(x, z) - y, z - stone.z} * scale;
+            const Vec3 ray = normalize(target - origin);
+            const float nearest = -dot(origin, ray);
+            const Vec3 closest = origin + ray * nearest;
+            const float miss = length(closest);
+            if (miss > 1.3f)
+                continue;
+            const Vec3 around =
+                normalize(closest + ray * -std::sqrt(std::max(0.0f, 1 - miss * miss)));
+            const float lump = fractalNoise(
+                around * 1.5f + Vec3{static_cast<float>(stone.seed % 997), 0, 0}, 3, stone.seed);
+            const float edge = 1 + 0.30f * lump;
+            const float inside = 1 - smoothstep(edge - 0.12f, edge + 0.02f, miss);
+            if (inside <= 0)
+                continue;
+            const Vec3 wrinkle{fractalNoise(around * 3.1f + Vec3{7, 0, 0}, 2, stone.seed + 1),
+                               fractalNoise(around * 3.1f + Vec3{0, 9, 0}, 2, stone.seed + 2),
+                               fractalNoise(around * 3.1f + Vec3{0, 0, 5}, 2, stone.seed + 3)};
+            const Vec3 n = normalize(normalize(around * scale) + wrinkle * 0.55f);
+            const float light = 0.46f + 0.10f * n.y + 0.62f * std::max(0.0f, dot(n, sun));
+            const float foot = smoothstep(-0.25f, 0.45f, around.y);
+            Vec3 c = stone.colour * (1 + stone.mottle * wrinkle.x) * light * mix(0.62f, 1.0f, foot);
+            blend(pixel, c, inside);
+        }
+}
+
+void paintStones(Image& image) {
+    const Ground ground;
+    Random random(4711);
+    std::vector<Stone> stones;
+    const Vec3 colours[] = {rgb(214, 196, 168), rgb(196, 172, 148), rgb(206, 152, 160),
+                            rgb(178, 140, 150), rgb(168, 164, 120), rgb(238, 228, 206)};
+    const auto colour = [&] { return colours[random.index(6)]; };
+    // Rubble: thick round the gardens, thinning outwards; a litter of bits elsewhere.
+    for (const Footprint& f : kFootprints) {
+        const int count = static_cast<int>(95 * f.reach);
+        for (int i = 0; i < count; ++i) {
+            const float angle = random.range(0, 2 * kPi);
+            const float away = f.reach * (0.55f + 1.25f * random.unit() * random.unit());
+            const float x = f.x + std::cos(angle) * away, z = f.z + std::sin(angle) * away * 0.9f;
+            const float r = 0.035f + 0.15f * std::pow(random.unit(), 3.0f);
+            stones.push_back(
+                {x, z, r, r * random.range(0.5f, 0.9f), colour(), random.bits(), 0.6f});
+        }
+    }
+    for (int i = 0; i < 1500; ++i) {
+        const float x = random.range(-22, 22), z = random.range(1.3f, 27);
+        const float r = 0.018f + 0.055f * std::pow(random.unit(), 4.0f);
+        const bool shell = random.unit() < 0.5f;
+        const float patch = gradientNoise({x * 0.3f, z * 0.3f, 0.5f}, 571);
+        if (random.unit() > 0.55f + 0.9f * patch)
+            continue;
+        stones.push_back({x, z, r, r * random.range(0.3f, 0.6f),
+                          shell ? rgb(255, 246, 232) : colour() * 0.95f, random.bits(), 0.4f});
+    }
+    // A few larger lumps in the open, with their own little heap.
+    const Vec2 lumps[] = {{-9.3f, 11.6f}, {-1.2f, 15.6f}, {2.1f, 18.6f},   {5.2f, 15.4f},
+                          {8.6f, 16.1f},  {13.4f, 14.2f}, {-13.9f, 11.2f}, {-7.2f, 8.3f}};
+    for (const Vec2& at : lumps)
+        for (int i = 0; i < 9; ++i) {
+            const float r = i == 0 ? random.range(0.17f, 0.26f) : random.range(0.03f, 0.10f);
+            const float d = i == 0 ? 0 : random.range(0.15f, 0.55f),
+                        angle = random.range(0, 2 * kPi);
+            stones.push_back({at.x + std::cos(angle) * d, at.y + std::sin(angle) * d, r, r * 0.7f,
+                              colour(), random.bits(), 0.6f});
+        }
+    // Far ones first, so that near ones stand before them.
+    std::stable_sort(stones.begin(), stones.end(),
+                     [](const Stone& a, const Stone& b) { return a.z > b.z; });
+    for (const Stone& stone : stones)
+        paintStone(image, ground, stone);
+}
+
+struct Star {
+    float x, z, radius, turn;
+    Vec3 colour;
+};
+
+void paintStar(Image& image, const Star& star) {
+    constexpr int kAcross = 3;  // samples per texel side
+    const float reach = star.radius * 1.5f;
+    const Vec3 sun = towardsSun();
+    const auto body = [&](float dx, float dz, float& rim) {
+        const float r = std::sqrt(dx * dx + dz * dz) / star.radius;
+        const float angle = std::atan2(dz, dx) + star.turn + 0.30f * r;
+        const float fifth = 2 * kPi / 5;
+        const float off = std::fabs(angle - fifth * std::round(angle / fifth)) / (fifth / 2);
+        rim = mix(1.0f, 0.27f, std::pow(clamp01(off), 0.42f));
+        return r;
+    };
+    // Height of the arm's back, for its light.
+    const auto back = [&](float dx, float dz) {
+        float rim;
+        const float r = body(dx, dz, rim);
+        return std::sqrt(std::max(0.0f, 1 - r / rim)) * 0.30f * star.radius *
+               (1.1f - 0.6f * std::min(1.0f, r));
+    };
+    for (int row = static_cast<int>(rowOf(star.z + reach));
+         row <= static_cast<int>(rowOf(star.z - reach)); ++row)
+        for (int column = static_cast<int>(columnOf(star.x - reach));
+             column <= static_cast<int>(columnOf(star.x + reach)); ++column) {
+            float cover = 0, shade = 0;
+            Vec3 colour;
+            for (int s = 0; s < kAcross * kAcross; ++s) {
+                const float dx = worldX(static_cast<float>(column) +
+                                        (static_cast<float>(s % kAcross) + 0.5f) / kAcross) -
+                                 star.x;
+                const float dz = worldZ(static_cast<float>(row) +
+                                        (static_cast<float>(s / kAcross) + 0.5f) / kAcross) -
+                                 star.z;
+                float rim;
+                const float fallen = body(dx - 0.10f * star.radius, dz - 0.09f * star.radius, rim);
+                shade += 1 - smoothstep(rim * 0.85f, rim * 1.35f, fallen);
+                const float r = body(dx, dz, rim);
+                if (r > rim)
+                    continue;
+                const float h = back(dx, dz), e = star.radius * 0.05f;
+                const Vec3 n =
+                    normalize({-(back(dx + e, dz) - h) / e, 1.0f, -(back(dx, dz + e) - h) / e});
+                const float bumps = gradientNoise(
+                    {dx * 26 / star.radius * 0.4f, dz * 26 / star.radius * 0.4f, star.x}, 3);
+                const float ridge = 1 - smoothstep(0.0f, 0.55f, r / rim);
+                Vec3 c = mix(star.colour, star.colour + Vec3{0.25f, 0.22f, 0.18f}, 0.45f * ridge);
+                c = c * (0.45f + 0.65f * std::max(0.0f, dot(n, sun)) / sun.y) * (1 + 0.30f * bumps);
+                colour += c;
+                ++cover;
+            }
+            constexpr float kSamples = kAcross * kAcross;
+            Pixel& pixel = image.at(column, row);
+            blend(pixel, pixel.colour * Vec3{0.55f, 0.60f, 0.62f}, shade / kSamples * 0.8f);
+            if (cover > 0)
+                blend(pixel, colour / cover, cover / kSamples);
+        }
+}
+
+void paintStars(Image& image) {
+    const Vec3 orange = rgb(250, 100, 44), blue = rgb(58, 100, 232), gold = rgb(240, 182, 70);
+    const Star stars[] = {{2.3f, 8.4f, 0.34f, 0.4f, orange},    {-2.9f, 7.7f, 0.29f, 1.3f, blue},
+                          {5.4f, 11.2f, 0.36f, 0.9f, blue},     {-7.4f, 10.4f, 0.36f, 2.1f, orange},
+                          {0.3f, 12.2f, 0.27f, 0.2f, gold},     {8.7f, 13.2f, 0.37f, 1.6f, orange},
+                          {-13.2f, 13.0f, 0.34f, 0.7f, orange}, {3.6f, 17.2f, 0.34f, 1.1f, gold}};
+    for (const Star& star : stars)
+        paintStar(image, star);
+}
+
+/// Smooths along each row, and across rows by what one pixel of the screen covers there: the
+/// texture has no mipmaps, and what is finer than a pixel would glitter as the camera tilts.
+Image soften(const Image& image) {
+    constexpr float kFocal = 1300;  // pixels, for a picture 1080 high
+    const auto blurred = [&](const Image& from, bool along_row) {
+        Image to(kTexels, kTexels);
+        parallelFor(kTexels, [&](int row) {
+            const float z = worldZ(static_cast<float>(row) + 0.5f);
+            const float high = kEye.y + 7.5f, far = z - kEye.z;
+            const float distance = std::sqrt(high * high + far * far);
+            const float pixel = along_row ? distance / kFocal / kTexelX
+                                          : distance * distance / (kFocal * high) / kTexelZ;
+            const float sigma = std::max(0.0f, 0.55f * pixel - 0.25f);
+            const int reach = static_cast<int>(std::ceil(2.5f * sigma));
+            std::vector<float> weights;
+            float sum = 0;
+            for (int k = -reach; k <= reach; ++k) {
+                const float d = static_cast<float>(k);
+                weights.push_back(sigma > 0 ? std::exp(-d * d / (2 * sigma * sigma)) : 1.0f);
+                sum += weights.back();
+            }
+            for (int column = 0; column < kTexels; ++column) {
+                Vec3 c;
+                for (int k = -reach; k <= reach; ++k) {
+                    const int x =
+                        along_row ? std::min(kTexels - 1, std::max(0, column + k)) : column;
+                    const int y = along_row ? row : std::min(kTexels - 1, std::max(0, row + k));
+                    c += from.at(x, y).colour * weights[size_t(k + reach)];
+                }
+                to.at(column, row).colour = c / sum;
+            }
+        });
+        return to;
+    };
+    return blurred(blurred(image, true), false);
+}
+
+Image paintFloor() {
+    Image image(kTexels, kTexels);
+    parallelFor(kTexels, [&](int row) {
+        const float z = worldZ(static_cast<float>(row) + 0.5f);
+        for (int column = 0; column < kTexels; ++column) {
+            const float x = worldX(static_cast<float>(column) + 0.5f);
+            image.at(column, row).colour = sand(x, z);
+        }
+    });
+    paintStones(image);
+    paintStars(image);
+    parallelFor(kTexels, [&](int row) {
+        const float z = worldZ(static_cast<float>(row) + 0.5f);
+        // Water colour grows with distance; the fog takes over behind.
+        const Vec3 water = mix({1, 0.992f, 0.965f}, {0.72f, 0.93f, 0.94f}, smoothstep(4, 32, z));
+        for (int column = 0; column < kTexels; ++column) {
+            const float shade = coralShadow(worldX(static_cast<float>(column) + 0.5f), z);
+            Vec3& c = image.at(column, row).colour;
+            c = c * water * mix({1, 1, 1}, rgb(95, 100, 95) * (1 / 0.92f), shade * 0.9f);
+        }
+    });
+    return soften(image);
+}
+
+}  // namespace
+}  // namespace art
+
+int main(int, char** argv) {
+    art::saveBmp24(art::paintFloor(), argv[1] + std::string("/terrain.nlt"));
+}
