@@ -1,0 +1,147 @@
+// Sunlight that the waves gather into bright lines: 32 frames of a layer that multiplies the sea
+// floor and the fish. Each frame tiles in both directions; the last flows into the first.
+//
+// caustics DATA_DIR FOLDER SEED
+#include <cstdlib>
+#include <string>
+#include <vector>
+
+#include "common/image.h"
+#include "common/noise.h"
+#include "common/parallel.h"
+
+using namespace art;
+
+namespace {
+
+constexpr int kSize = 256;
+constexpr int kFrames = 32;
+constexpr int kRaysPerTexel = 5;  // along each axis
+/// How far a ray is thrown aside per unit of wave slope: the depth of the water.
+constexpr float kDepth = 0.030f;
+
+/// A wave with a whole number of periods across the tile and through the loop.
+struct Wave {
+    int kx, ky, cycles;
+    float amplitude, phase;
+};
+
+std::vector<Wave> chooseWaves(uint32_t seed) {
+    constexpr float kLongest = 1.9f, kShortest = 9.2f;  // periods across the tile
+    Random random(seed);
+    std::vector<Wave> waves;
+    for (int kx = -9; kx <= 9; ++kx)
+        for (int ky = 0; ky <= 9; ++ky) {
+            if (ky == 0 && kx <= 0)
+                continue;  // the mirror image of another wave
+            const float k = std::sqrt(static_cast<float>(kx * kx + ky * ky));
+            if (k < kLongest || k > kShortest)
+                continue;
+            const float amplitude = std::pow(k, -2.05f) * random.range(0.25f, 1.0f);
+            if (random.unit() < 0.35f)
+                continue;
+            const float direction = random.unit() < 0.5f ? 1.0f : -1.0f;
+            const float cycles = 0.55f * std::sqrt(k) * random.range(0.8f, 1.6f);
+            waves.push_back({kx, ky,
+                             static_cast<int>(direction * std::max(1.0f, std::round(cycles))),
+                             amplitude, random.range(0, 2 * kPi)});
+        }
+    return waves;
+}
+
+/// One value per texel of the tile.
+using Grid = std::vector<float>;
+
+int wrapped(int i) { return i & (kSize - 1); }
+float& at(Grid& grid, int x, int y) { return grid[size_t(wrapped(y) * kSize + wrapped(x))]; }
+
+float sample(const Grid& grid, float x, float y) {
+    const float fx = std::floor(x), fy = std::floor(y);
+    const int x0 = wrapped(static_cast<int>(fx)), x1 = wrapped(x0 + 1);
+    const int y0 = wrapped(static_cast<int>(fy)) * kSize, y1 = wrapped(y0 / kSize + 1) * kSize;
+    return mix(mix(grid[size_t(y0 + x0)], grid[size_t(y0 + x1)], x - fx),
+               mix(grid[size_t(y1 + x0)], grid[size_t(y1 + x1)], x - fx), y - fy);
+}
+
+/// The slopes of the surface along x and y.
+struct Slopes {
+    Grid x = Grid(kSize * kSize), y = Grid(kSize * kSize);
+};
+
+Slopes surface(const std::vector<Wave>& waves, int frame) {
+    Slopes slopes;
+    std::vector<float> sin_x(kSize), cos_x(kSize);
+    for (const Wave& w : waves) {
+        const float turn = 2 * kPi / kSize;
+        for (int x = 0; x < kSize; ++x) {
+            sin_x[size_t(x)] = std::sin(turn * static_cast<float>(w.kx * x));
+            cos_x[size_t(x)] = std::cos(turn * static_cast<float>(w.kx * x));
+        }
+        const float phase =
+            w.phase + 2 * kPi * static_cast<float>(w.cycles * frame) / static_cast<float>(kFrames);
+        for (int y = 0; y < kSize; ++y) {
+            const float angle = turn * static_cast<float>(w.ky * y) + phase;
+            const float s = std::sin(angle), c = std::cos(angle);
+            for (int x = 0; x < kSize; ++x) {
+                const float slope = -w.amplitude * (sin_x[size_t(x)] * c + cos_x[size_t(x)] * s);
+                slopes.x[size_t(y * kSize + x)] += slope * static_cast<float>(w.kx);
+                slopes.y[size_t(y * kSize + x)] += slope * static_cast<float>(w.ky);
+            }
+        }
+    }
+    return slopes;
+}
+
+/// Light that reaches each texel of the bottom; the mean is 1.
+Grid gather(const Slopes& slopes) {
+    Grid light(kSize * kSize);
+    constexpr int kRays = kSize * kRaysPerTexel;
+    constexpr float kShare = 1.0f / (kRaysPerTexel * kRaysPerTexel);
+    for (int j = 0; j < kRays; ++j)
+        for (int i = 0; i < kRays; ++i) {
+            const float x = (static_cast<float>(i) + 0.5f) / kRaysPerTexel - 0.5f;
+            const float y = (static_cast<float>(j) + 0.5f) / kRaysPerTexel - 0.5f;
+            const float hit_x = x + kDepth * kSize * sample(slopes.x, x, y);
+            const float hit_y = y + kDepth * kSize * sample(slopes.y, x, y);
+            const float fx = std::floor(hit_x), fy = std::floor(hit_y);
+            const int ix = static_cast<int>(fx), iy = static_cast<int>(fy);
+            const float u = hit_x - fx, v = hit_y - fy;
+            at(light, ix, iy) += kShare * (1 - u) * (1 - v);
+            at(light, ix + 1, iy) += kShare * u * (1 - v);
+            at(light, ix, iy + 1) += kShare * (1 - u) * v;
+            at(light, ix + 1, iy + 1) += kShare * u * v;
+        }
+    return light;
+}
+
+Image develop(Grid& light) {
+    Image image(kSize, kSize);
+    for (int y = 0; y < kSize; ++y)
+        for (int x = 0; x < kSize; ++x) {
+            float soft = 0;
+            for (int b = -1; b <= 1; ++b)
+                for (int a = -1; a <= 1; ++a)
+                    soft += at(light, x + a, y + b) * static_cast<float>((a ? 1 : 2) * (b ? 1 : 2));
+            const float exposed = 1 - std::exp(-0.55f * std::pow(soft / 16, 1.25f));
+            const float line = std::pow(smoothstep(0.10f, 0.94f, exposed), 1.1f);
+            // Between the lines the light is a little cooler.
+            image.at(x, y).colour =
+                mix(Vec3{0.735f, 0.752f, 0.752f}, Vec3{1.015f, 1.015f, 1.0f}, line);
+        }
+    return image;
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    if (argc != 4)
+        fail("usage: caustics DATA_DIR FOLDER SEED");
+    const std::string folder = std::string(argv[1]) + "/" + argv[2] + "/";
+    const std::vector<Wave> waves = chooseWaves(static_cast<uint32_t>(std::atoi(argv[3])));
+    parallelFor(kFrames, [&](int frame) {
+        Grid light = gather(surface(waves, frame));
+        char name[24];
+        std::snprintf(name, sizeof name, "caust%.2d.nlt", frame);
+        saveBmp24(develop(light), folder + name);
+    });
+}

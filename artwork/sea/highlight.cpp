@@ -1,0 +1,106 @@
+// The sun's glitter on the water, 50 x 40 units from 2 behind to 42 before the eye: "blendmap.nlt"
+// says where it may glitter, 32 frames of small glints repeat 12 times over it. The saver
+// multiplies both, and takes the nearest texel of a frame.
+#include <string>
+#include <vector>
+
+#include "common/image.h"
+#include "common/noise.h"
+#include "common/parallel.h"
+
+using namespace art;
+
+namespace {
+
+constexpr int kSize = 256;
+constexpr int kFrames = 32, kFirstFile = 44;
+constexpr float kTileWidth = 50.0f / 12, kTileDepth = 40.0f / 12;  // units
+const Vec3 kGlint = rgb(255, 255, 250);
+
+/// A short flat dash of light that grows, drifts and dies; lengths in units, times in frames.
+struct Glint {
+    float x, z, length, depth, drift;
+    float birth, life, strength;
+};
+
+std::vector<Glint> chooseGlints() {
+    Random random(99);
+    std::vector<Glint> glints;
+    for (int i = 0; i < 70; ++i) {
+        const float size = std::pow(random.unit(), 2.0f);
+        glints.push_back({random.range(0, kTileWidth), random.range(0, kTileDepth),
+                          mix(0.07f, 0.42f, size), mix(0.022f, 0.055f, size),
+                          random.range(-0.004f, 0.004f), random.range(0, kFrames),
+                          random.range(5, 13), random.range(0.6f, 1.0f)});
+    }
+    return glints;
+}
+
+/// The distance from zero to value on a circle of the given length, signed.
+float around(float value, float length) { return value - length * std::round(value / length); }
+
+void draw(const Glint& glint, int frame, Image& image) {
+    const float age = around(static_cast<float>(frame) - glint.birth, kFrames) / glint.life;
+    if (std::fabs(age) >= 0.5f)
+        return;
+    const float grown = std::cos(kPi * age);
+    const float centre_x = glint.x + glint.drift * age * glint.life;
+    const float length = glint.length * (0.35f + 0.65f * grown);
+    for (int y = 0; y < kSize; ++y) {
+        const float z =
+            around((static_cast<float>(y) + 0.5f) * kTileDepth / kSize - glint.z, kTileDepth);
+        if (std::fabs(z) > glint.depth)
+            continue;
+        for (int x = 0; x < kSize; ++x) {
+            const float along =
+                around((static_cast<float>(x) + 0.5f) * kTileWidth / kSize - centre_x, kTileWidth) /
+                length;
+            // A lens shape that bends a little, as the flank of a ripple.
+            const float across = z / glint.depth + 0.5f * along * along;
+            const float inside = 1 - along * along - across * across;
+            float& alpha = image.at(x, y).alpha;
+            alpha = std::max(alpha, glint.strength * grown * smoothstep(0, 0.45f, inside));
+        }
+    }
+}
+
+/// How much glitter the place shows; away is the distance before the eye.
+float glitter(float x, float away) {
+    const float near = smoothstep(10.5f, 15, away);
+    const float far = 1 - 0.55f * smoothstep(22, 40, away);
+    const float path = std::exp(-std::pow((x + 2) / (7 + 0.28f * away), 2.0f));
+    // Gusts: glints come in drifts that hide the repetition of the frames.
+    const Vec3 p{x, away, 0.5f};
+    const float drifts = fractalNoise({x * 0.16f, away * 0.20f, 0.5f}, 3, 77);
+    const float patches = fractalNoise({p.x * 0.62f, p.y * 0.80f, 3.5f}, 2, 78);
+    const float gusts = smoothstep(-0.10f, 0.30f, drifts + 0.75f * patches);
+    const float border = smoothstep(24.4f, 20, std::fabs(x)) * smoothstep(41.6f, 38, away);
+    return near * far * mix(0.35f, 1.0f, path) * gusts * border;
+}
+
+}  // namespace
+
+int main(int argc, char** argv) {
+    if (argc != 2)
+        fail("usage: highlight DATA_DIR");
+    const std::string folder = argv[1];
+
+    Image map(512, 512, {kGlint, 0});
+    for (int y = 0; y < map.height(); ++y)
+        for (int x = 0; x < map.width(); ++x) {
+            const float u = (static_cast<float>(x) + 0.5f) / static_cast<float>(map.width());
+            const float v = (static_cast<float>(y) + 0.5f) / static_cast<float>(map.height());
+            map.at(x, y).alpha = 0.9f * glitter(50 * u - 25, 42 - 40 * v);
+        }
+    saveBmp32(map, folder + "/blendmap.nlt");
+
+    const std::vector<Glint> glints = chooseGlints();
+    parallelFor(kFrames, [&](int frame) {
+        Image image(kSize, kSize, {kGlint, 0});
+        for (const Glint& glint : glints)
+            draw(glint, frame, image);
+        char name[40];
+        std::snprintf(name, sizeof name, "/highlight/highlight%.5d.nlt", kFirstFile + frame);
+        saveBmp32(image, folder + name);
+    });
+}

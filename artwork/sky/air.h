@@ -1,0 +1,18 @@
+// The cloudless sky and the open sea under it, as colours of a direction.
+#pragma once
+
+#include "common/vec.h"
+
+namespace sky {
+
+/// Colour of the air at an elevation in radians, 0 at the horizon to pi/2 overhead.
+art::Vec3 air(float elevation);
+/// Colour that far clouds fade into.
+art::Vec3 haze();
+/// The open sea at an elevation below 0; from 2.2 degrees down it is the colour that the water's
+/// edge has.
+art::Vec3 sea(float elevation);
+/// Thin high clouds in a direction (a unit vector with y up): 0 for none, 1 for white.
+float wisps(art::Vec3 direction);
+
+}  // namespace sky

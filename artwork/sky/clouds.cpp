@@ -1,0 +1,237 @@
+#include "sky/clouds.h"
+
+#include "common/parallel.h"
+#include "sky/air.h"
+
+using namespace art;
+
+namespace sky {
+namespace {
+
+constexpr float kBase = 0.85f;
+constexpr int kSectors = 720;
+constexpr float kDensity = 26;  // optical depth of a kilometre of cloud
+const Vec3 kLit = rgb(247, 249, 250), kShade = rgb(163, 179, 190);
+
+constexpr int kGrid = 96, kLumps = 6;  // samples and coarsest lumps along each side of the cube
+
+}  // namespace
+
+Billows::Billows() : values_(size_t(kGrid) * kGrid * kGrid) {
+    parallelFor(kGrid, [&](int z) {
+        for (int y = 0; y < kGrid; ++y)
+            for (int x = 0; x < kGrid; ++x) {
+                const Vec3 p =
+                    Vec3{static_cast<float>(x), static_cast<float>(y), static_cast<float>(z)} *
+                    (static_cast<float>(kLumps) / kGrid);
+                float sum = 0, weight = 0, amplitude = 1, scale = 1;
+                for (uint32_t octave = 0; octave < 3; ++octave) {
+                    const int period = kLumps << octave;
+                    const float d =
+                        cellNoise(p * scale, 40 + octave, {period, period, period}).nearest;
+                    sum += amplitude * (1 - std::min(1.0f, d * d * 1.15f));
+                    weight += amplitude;
+                    amplitude *= 0.5f;
+                    scale *= 2;
+                }
+                values_[size_t((z * kGrid + y) * kGrid + x)] = sum / weight;
+            }
+    });
+}
+
+float Billows::at(Vec3 p) const {
+    p *= static_cast<float>(kGrid) / kLumps;
+    const float fx = std::floor(p.x), fy = std::floor(p.y), fz = std::floor(p.z);
+    const auto wrap = [](int i) {
+        const int m = i % kGrid;
+        return m < 0 ? m + kGrid : m;
+    };
+    const int x0 = wrap(static_cast<int>(fx)), y0 = wrap(static_cast<int>(fy)),
+              z0 = wrap(static_cast<int>(fz));
+    const int x1 = x0 + 1 == kGrid ? 0 : x0 + 1, y1 = y0 + 1 == kGrid ? 0 : y0 + 1,
+              z1 = z0 + 1 == kGrid ? 0 : z0 + 1;
+    const float u = p.x - fx, v = p.y - fy, w = p.z - fz;
+    const auto row = [&](int y, int z) {
+        const float* values = &values_[size_t((z * kGrid + y) * kGrid)];
+        return mix(values[x0], values[x1], u);
+    };
+    return mix(mix(row(y0, z0), row(y1, z0), v), mix(row(y0, z1), row(y1, z1), v), w);
+}
+
+Clouds::Clouds() {
+    Random random(2024);
+    constexpr float kNearest = 6.5f, kFarthest = 62;
+    for (int i = 0; i < 5200; ++i) {
+        // Evenly over the area.
+        const float r = std::sqrt(mix(kNearest * kNearest, kFarthest * kFarthest, random.unit()));
+        const float angle = random.range(0, 2 * kPi);
+        const Vec3 foot{r * std::cos(angle), kBase, r * std::sin(angle)};
+        const float size = random.unit(), pick = random.unit();
+        // Clouds gather in fields with open sky between them.
+        const float field = fractalNoise({foot.x * 0.055f, foot.z * 0.055f, 0.5f}, 3, 91);
+        const float far = smoothstep(kNearest, 30, r);
+        if (pick > 0.30f * smoothstep(-0.10f, 0.35f, field + 0.18f * far))
+            continue;
+        const float width = mix(0.35f, 1.25f, size * size) * mix(0.75f, 1.35f, far);
+        const float height = width * random.range(0.75f, 1.25f) * mix(0.8f, 1.15f, far);
+        heapUp(foot, width, height, random);
+    }
+
+    sectors_.resize(kSectors);
+    for (size_t i = 0; i < clouds_.size(); ++i) {
+        const Cloud& cloud = clouds_[i];
+        const float r = std::hypot(cloud.centre.x, cloud.centre.z);
+        const float middle = std::atan2(cloud.centre.z, cloud.centre.x) / (2 * kPi) * kSectors;
+        const float half = std::asin(cloud.radius / r) / (2 * kPi) * kSectors;
+        for (int s = static_cast<int>(std::floor(middle - half));
+             s <= static_cast<int>(std::floor(middle + half)); ++s)
+            sectors_[size_t((s + kSectors) % kSectors)].push_back(static_cast<int>(i));
+    }
+}
+
+/// Several towers side by side, each a stack of puffs with smaller puffs on its flanks.
+void Clouds::heapUp(Vec3 foot, float width, float height, Random& random) {
+    Cloud cloud;
+    cloud.softness = random.unit();
+    const int towers = 3 + random.index(5);
+    const float heading = random.range(0, kPi);
+    for (int k = 0; k < towers; ++k) {
+        const float along = random.range(-1, 1), across = random.range(-0.5f, 0.5f);
+        const float rim = std::min(1.0f, std::hypot(along, across));
+        const Vec3 at = foot + Vec3{along * std::cos(heading) - across * std::sin(heading), 0,
+                                    along * std::sin(heading) + across * std::cos(heading)} *
+                                   width;
+        const float top = height * (1 - 0.62f * rim) * random.range(0.6f, 1.0f);
+        const float girth = width * mix(0.50f, 0.24f, rim) * random.range(0.8f, 1.15f);
+        const int storeys = std::max(2, static_cast<int>(std::ceil(top / (girth * 0.75f))));
+        for (int s = 0; s < storeys; ++s) {
+            const float up = static_cast<float>(s) / static_cast<float>(storeys - 1);
+            const float radius = girth * mix(1.0f, 0.58f, up * up) * random.range(0.85f, 1.1f);
+            const Vec3 centre =
+                at + Vec3{random.range(-0.3f, 0.3f) * girth, mix(0.35f * girth, top - radius, up),
+                          random.range(-0.3f, 0.3f) * girth};
+            cloud.puffs.push_back({centre, radius});
+            for (int c = 0; c < 5; ++c) {
+                Vec3 side{random.range(-1, 1), random.range(-0.25f, 1), random.range(-1, 1)};
+                side = normalize(side);
+                cloud.puffs.push_back(
+                    {centre + side * (radius * 0.80f), radius * random.range(0.32f, 0.52f)});
+            }
+        }
+    }
+    Vec3 low = cloud.puffs[0].centre, high = low;
+    for (const Puff& puff : cloud.puffs) {
+        low = {std::min(low.x, puff.centre.x), std::min(low.y, puff.centre.y),
+               std::min(low.z, puff.centre.z)};
+        high = {std::max(high.x, puff.centre.x), std::max(high.y, puff.centre.y),
+                std::max(high.z, puff.centre.z)};
+    }
+    cloud.centre = (low + high) / 2;
+    cloud.radius = 0;
+    for (const Puff& puff : cloud.puffs)
+        cloud.radius =
+            std::max(cloud.radius, length(puff.centre - cloud.centre) + puff.radius * 1.3f);
+    clouds_.push_back(cloud);
+}
+
+/// How far the point lies under the cloud's skin, in kilometres; negative outside.
+float Clouds::depthInside(const Cloud& cloud, Vec3 p, bool fine) const {
+    float depth = -1e9f, radius = 0.1f;
+    for (const Puff& puff : cloud.puffs) {
+        const Vec3 d = p - puff.centre;
+        // Squared first: most puffs are out of reach.
+        const float reach = puff.radius - depth;
+        const float squared = dot(d, d);
+        if (reach <= 0 || squared >= reach * reach)
+            continue;
+        depth = puff.radius - std::sqrt(squared);
+        radius = puff.radius;
+    }
+    if (depth < -0.5f)
+        return depth;
+    const float lump = std::min(0.30f, 0.75f * radius);
+    depth += (billows_.at(p * 2.1f) - 0.62f) * lump;
+    if (fine)
+        depth += (billows_.at(p * 9.7f + Vec3{3, 1, 2}) - 0.55f) * lump * 0.34f;
+    // The flat base, a little ragged.
+    return std::min(depth, p.y - kBase);
+}
+
+void Clouds::march(const Crossing& crossing, Vec3 direction, Vec3 sun, float texel, float chance,
+                   Sight& sight) const {
+    const Cloud& cloud = *crossing.cloud;
+    float t = crossing.from;
+    bool outside = true;
+    while (t < crossing.to && sight.opacity < 0.99f) {
+        const Vec3 p = direction * t;
+        const float depth = depthInside(cloud, p, true);
+        const float edge = std::max(0.05f + 0.05f * cloud.softness, 1.6f * texel * t);
+        if (depth < -edge) {
+            t += std::max(0.6f * -depth, 0.02f);
+            outside = true;
+            continue;
+        }
+        const float step = std::max(0.022f, 0.5f * texel * t);
+        if (outside) {  // step in at a different place for every texel
+            outside = false;
+            t -= step * chance;
+        }
+        const float density = smoothstep(-edge, edge, depth);
+        const float alpha = 1 - std::exp(-kDensity * density * step);
+        if (alpha > 0.002f) {
+            float shadow = 0, reach = 0, stride = 0.06f;
+            for (int i = 0; i < 5; ++i) {
+                const Vec3 q = p + sun * (reach + 0.5f * stride);
+                shadow += stride * smoothstep(-edge, edge, depthInside(cloud, q, i < 2));
+                reach += stride;
+                stride *= 1.7f;
+            }
+            const float veil = kDensity * shadow;
+            const float direct = 0.66f * std::exp(-0.55f * veil) + 0.24f * std::exp(-0.16f * veil) +
+                                 0.10f * std::exp(-0.05f * veil);
+            const float lift = clamp01((p.y - kBase) / 0.9f);
+            const float light = clamp01(1.08f * direct + 0.30f * lift * (1 - direct));
+            const Vec3 own = mix(kShade, kLit, light);
+            const float distance = 1 - std::exp(-t / 42 - t * t / (60.0f * 60.0f));
+            const float share = alpha * (1 - sight.opacity);
+            sight.colour += mix(own, haze(), distance) * share;
+            sight.opacity += share;
+        }
+        t += step;
+    }
+}
+
+Clouds::Sight Clouds::look(Vec3 direction, float texel, float chance) const {
+    Sight sight;
+    const Vec3 ahead = normalize({direction.x, 0, direction.z});
+    const Vec3 right = cross(ahead, {0, 1, 0});
+    // The sky turns, the sun does not: it always stands behind the left shoulder.
+    const Vec3 sun = normalize(Vec3{0, 0.80f, 0} - right * 0.62f - ahead * 0.36f);
+
+    const float turn = std::atan2(direction.z, direction.x) / (2 * kPi);
+    const int sector = static_cast<int>(std::floor((turn < 0 ? turn + 1 : turn) * kSectors));
+    std::vector<Crossing> crossings;
+    for (const int i : sectors_[size_t(sector % kSectors)]) {
+        const Cloud& cloud = clouds_[size_t(i)];
+        const float middle = dot(cloud.centre, direction);
+        const float squared =
+            cloud.radius * cloud.radius - (dot(cloud.centre, cloud.centre) - middle * middle);
+        if (squared <= 0)
+            continue;
+        const float half = std::sqrt(squared);
+        // Nothing below the base.
+        const float from = std::max(middle - half, kBase / std::max(1e-4f, direction.y) - 0.1f);
+        if (from < middle + half)
+            crossings.push_back({from, middle + half, &cloud});
+    }
+    std::sort(crossings.begin(), crossings.end(),
+              [](const Crossing& a, const Crossing& b) { return a.from < b.from; });
+    for (const Crossing& crossing : crossings) {
+        march(crossing, direction, sun, texel, chance, sight);
+        if (sight.opacity >= 0.99f)
+            break;
+    }
+    return sight;
+}
+
+}  // namespace sky
