@@ -1,0 +1,56 @@
+#include "WaterGround.h"
+
+#include <SDL_timer.h>
+
+#include <cmath>
+
+namespace {
+
+constexpr float FULL_TURN = 6.2831855f;
+
+void advance(float& phase, Uint32 elapsed, double radiansPerMs) {
+    phase = static_cast<float>(phase + elapsed * radiansPerMs);
+    if (phase >= FULL_TURN)
+        phase -= FULL_TURN;
+}
+
+}  // namespace
+
+WaterGround::WaterGround() : timer(SDL_GetTicks()) {}
+
+void WaterGround::modify() {
+    const Uint32 now = SDL_GetTicks();
+    const Uint32 elapsed = now - timer;
+    timer = now;
+    if (!vertices)
+        return;
+    advance(curoffset1, elapsed, 0.0035);
+    advance(curoffset2, elapsed, 0.0025);
+    // Segments that changed since the strip was built say nothing about it.
+    if (!initialized)
+        return;
+
+    const auto acrossX = [this](float x) {
+        return static_cast<float>(std::sin(x * 3.1415927 * 0.19 + curoffset1) * 0.01);
+    };
+    // The sway of a row is the same in every column. It waits in the first column, which therefore
+    // is the last to get its own.
+    for (int j = 0; j < numSegments_y; ++j) {
+        const float z = j * stepsize_y * resizefactor_y;
+        vertices[2 * j].modifier_y =
+            static_cast<float>(std::sin(z * 3.1415927 * 0.13 + curoffset2) * 0.02);
+    }
+    for (int i = numSegments_x - 1; i >= 0; --i) {
+        const float x0 = i * stepsize_x * resizefactor_x;
+        const float x1 = (i * stepsize_x + stepsize_x) * resizefactor_x;
+        const bool up = i % 2 == 0;
+        const float first = acrossX(up ? x1 : x0);
+        const float second = acrossX(up ? x0 : x1);
+        MAP_VERTEX* pair = vertices + 2 * i * numSegments_y;
+        for (int n = 0; n < numSegments_y; ++n, pair += 2) {
+            const float row = vertices[2 * (up ? n : numSegments_y - 1 - n)].modifier_y;
+            pair[0].modifier_y = first - row;
+            pair[1].modifier_y = second - row;
+        }
+    }
+}

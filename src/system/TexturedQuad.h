@@ -1,0 +1,27 @@
+// A flat rectangle with a repeating texture.
+#pragma once
+
+#include "system/RenderObject.h"
+
+/// Lies in the x-y plane around its origin, counter-clockwise seen from +z; u = 0 at the left edge,
+/// v = 0 at the top edge. A negative size mirrors it.
+class TexturedQuad : public RenderObject {
+public:
+    void preRender() override;
+    void renderMesh() override;
+    void postRender() override;
+    void cleanup() override {}
+
+    void setSize(float x, float y);
+    /// How often the texture repeats.
+    void setTextureFactor(float f) { texturefactor_x = texturefactor_y = f; }
+    void setTextureFactorX(float f) { texturefactor_x = f; }
+    void setTextureFactorY(float f) { texturefactor_y = f; }
+
+    float size_x = 1;
+    float size_y = 1;
+    float halfsize_x = 0.5f;
+    float halfsize_y = 0.5f;
+    float texturefactor_x = 1;
+    float texturefactor_y = 1;
+};
