@@ -1,0 +1,301 @@
+#include "fish/anatomy.h"
+
+namespace art {
+namespace {
+
+constexpr Chart kCharts[kParts] = {
+    {0.00f, 0.00f, 1.00f, 0.50f},  // body
+    {0.00f, 0.50f, 0.34f, 1.00f},  // tail
+    {0.34f, 0.50f, 1.00f, 0.72f},  // dorsal
+    {0.34f, 0.72f, 0.72f, 0.88f},  // anal
+    {0.34f, 0.88f, 0.72f, 1.00f},  // pelvic
+    {0.72f, 0.72f, 0.86f, 0.90f},  // pectoral
+    {0.86f, 0.72f, 1.00f, 0.86f},  // eye
+    {0.72f, 0.90f, 1.00f, 1.00f},  // extra
+};
+/// Rim of every chart, so that filtering never reaches a neighbour: three texels of 512.
+constexpr float kRim = 3.0f / 512;
+
+/// How a vertex follows its fin.
+struct Rig {
+    float u = 0, reach = 0;  ///< Place on the fin; reach 0 at its root, 1 at its margin.
+    float ripple = 0;        ///< Of a middle fin.
+    const Fin* paired = nullptr;
+    Vec3 seat;       ///< Paired: the nearest place on the hinge line, in file units,
+    Vec3 away;       ///< the way from there to the vertex with the fin laid against the body,
+    Vec3 out;        ///< and with the fin spread at a right angle to it.
+    float late = 0;  ///< Turns of the stroke that this side lags.
+};
+
+float degreesToRadians(float degrees) { return degrees * kPi / 180; }
+
+class Builder {
+public:
+    explicit Builder(const Fish& fish) : fish_(fish) {}
+
+    void body();
+    void eyes();
+    void middleFin(const Fin& fin);
+    void pairedFin(const Fin& fin, float side);
+
+    Mesh mesh;
+    std::vector<Rig> rigs;
+
+private:
+    Vec3 place(Vec3 p) const {
+        return {p.x * fish_.length, (fish_.centre - p.y) * fish_.length, p.z * fish_.length};
+    }
+    int add(Vec3 p, Vec2 texture, Rig rig = {}) {
+        rigs.push_back(rig);
+        return mesh.add(place(p), texture);
+    }
+    /// The place on the skin of the right side that a side view shows there.
+    BodyPoint skinAt(Vec2 side_view) const {
+        float low = 0, high = 1;
+        for (int i = 0; i < 24; ++i) {
+            const float middle = (low + high) / 2;
+            const bool above = bodyPoint(fish_.body, side_view.x, middle).height > side_view.y;
+            (above ? low : high) = middle;
+        }
+        return bodyPoint(fish_.body, side_view.x, low);
+    }
+    void grid(int first, int columns, int rows) {
+        for (int i = 0; i < columns; ++i)
+            for (int j = 0; j < rows; ++j) {
+                const int a = first + i * (rows + 1) + j;
+                mesh.quad(a, a + 1, a + rows + 2, a + rows + 1);
+            }
+    }
+
+    const Fish& fish_;
+};
+
+void Builder::body() {
+    const Body& b = fish_.body;
+    const int half = b.half_sides, ring = 2 * half;
+    const int first = static_cast<int>(mesh.vertices.size());
+    for (const float along : b.stations)
+        for (int k = 0; k < ring; ++k) {
+            const float round = static_cast<float>(k <= half ? k : ring - k) / half;
+            BodyPoint p = bodyPoint(b, along, round);
+            if (k > half)
+                p.position.x = -p.position.x;
+            add(p.position, onSheet(Part::BODY, clamp01(along), round));
+        }
+    const int rings = static_cast<int>(b.stations.size());
+    for (int i = 0; i + 1 < rings; ++i)
+        for (int k = 0; k < ring; ++k) {
+            const int a = first + i * ring, c = (k + 1) % ring;
+            mesh.quad(a + k, a + c, a + ring + c, a + ring + k);
+        }
+    for (int k = 1; k + 1 < ring; ++k)  // the lips close the front
+        mesh.triangle(first, first + k, first + k + 1);
+}
+
+void Builder::eyes() {
+    constexpr int kSides = 10;
+    const Eye& eye = fish_.eye;
+    const BodyPoint seat = skinAt(eye.place);
+    for (const float side : {1.0f, -1.0f}) {
+        const Vec3 centre{side * seat.position.x, seat.position.y, seat.position.z};
+        const Vec3 out{side * seat.normal.x, seat.normal.y, seat.normal.z};
+        const Vec3 back = normalize(Vec3{0, 1, 0} - out * out.y);
+        const Vec3 up = normalize(Vec3{0, 0, 1} - out * out.z - back * back.z);
+        const auto point = [&](float radius, float turn) {
+            const float x = radius * std::cos(turn * 2 * kPi),
+                        y = radius * std::sin(turn * 2 * kPi);
+            const float lift = eye.bulge * (1 - radius * radius) + 0.12f * eye.bulge;
+            return add(centre + (back * x + up * y + out * lift) * eye.radius,
+                       onSheet(Part::EYE, 0.5f + 0.5f * x, 0.5f - 0.5f * y));
+        };
+        const int middle = point(0, 0);
+        for (int k = 0; k < kSides; ++k)
+            point(0.55f, static_cast<float>(k) / kSides);
+        for (int k = 0; k < kSides; ++k)
+            point(1, static_cast<float>(k) / kSides);
+        for (int k = 0; k < kSides; ++k) {
+            const int a = middle + 1 + k, b = middle + 1 + (k + 1) % kSides;
+            mesh.triangle(middle, a, b);
+            mesh.quad(a, a + kSides, b + kSides, b);
+        }
+    }
+}
+
+void Builder::middleFin(const Fin& fin) {
+    const int first = static_cast<int>(mesh.vertices.size());
+    for (int i = 0; i <= fin.columns; ++i)
+        for (int j = 0; j <= fin.rows; ++j) {
+            const float u = static_cast<float>(i) / fin.columns,
+                        v = static_cast<float>(j) / fin.rows;
+            const Vec2 p = finPoint(fin, u, v).side;
+            Rig rig;
+            rig.u = u;
+            rig.reach = v;
+            rig.ripple = fin.ripple;
+            add({0, p.x, p.y}, onSheet(fin.part, u, v), rig);
+        }
+    grid(first, fin.columns, fin.rows);
+}
+
+void Builder::pairedFin(const Fin& fin, float side) {
+    const Vec2 seat_place = fin.root.at(0);
+    const BodyPoint seat = skinAt(seat_place);
+    const Vec3 hinge{side * seat.position.x * 0.94f, seat.position.y, seat.position.z};
+    const Vec2 line = fin.root.at(1) - seat_place;
+    const Vec2 axis = line * (1 / length(line));
+    const int first = static_cast<int>(mesh.vertices.size());
+    for (int i = 0; i <= fin.columns; ++i)
+        for (int j = 0; j <= fin.rows; ++j) {
+            const float u = static_cast<float>(i) / fin.columns,
+                        v = static_cast<float>(j) / fin.rows;
+            const Vec2 flat = finPoint(fin, u, v).side - seat_place;
+            const Vec2 on = axis * dot(flat, axis), away = flat - on;
+            Rig rig;
+            rig.u = u;
+            rig.reach = v;
+            rig.paired = &fin;
+            rig.seat = place(hinge + Vec3{0, on.x, on.y});
+            rig.away = Vec3{0, -away.x, away.y} * fish_.length;
+            rig.out = Vec3{side * length(away) * fish_.length, 0, 0};
+            rig.late = side > 0 ? 0.0f : 0.12f;
+            add(hinge, onSheet(fin.part, u, v), rig);
+        }
+    grid(first, fin.columns, fin.rows);
+}
+
+/// The bent axis of one frame, sampled from before the snout to beyond the longest streamer.
+class Spine {
+public:
+    Spine(const Fish& fish, const Bend& bend, int frame) : fish_(fish) {
+        constexpr int kPivot = 64;  // the length that stays in place: a third down the body
+        heading_.resize(kSamples);
+        points_.resize(kSamples);
+        for (int i = 0; i < kSamples; ++i)
+            heading_[size_t(i)] = degreesToRadians(bend(along(i), frame));
+        points_[kPivot] = {0, (fish.centre - along(kPivot)) * fish.length};
+        for (int i = kPivot + 1; i < kSamples; ++i)
+            points_[size_t(i)] = points_[size_t(i - 1)] - step(i - 1, i);
+        for (int i = kPivot - 1; i >= 0; --i)
+            points_[size_t(i)] = points_[size_t(i + 1)] + step(i, i + 1);
+    }
+    /// Carries a point of the straight fish along.
+    Vec3 carry(Vec3 p) const {
+        const float place = ((fish_.centre - p.y / fish_.length) - kFirst) / kStep;
+        const int i = std::max(0, std::min(kSamples - 2, static_cast<int>(place)));
+        const float k = place - static_cast<float>(i);
+        const Vec2 m = points_[size_t(i)] + (points_[size_t(i + 1)] - points_[size_t(i)]) * k;
+        const float h = mix(heading_[size_t(i)], heading_[size_t(i + 1)], k);
+        return {m.x + p.x * std::cos(h), m.y - p.x * std::sin(h), p.z};
+    }
+
+private:
+    static constexpr int kSamples = 241;
+    static constexpr float kFirst = -0.30f, kStep = 0.01f;
+    static float along(int i) { return kFirst + kStep * static_cast<float>(i); }
+    Vec2 step(int a, int b) const {
+        const float h = (heading_[size_t(a)] + heading_[size_t(b)]) / 2;
+        return Vec2{std::sin(h), std::cos(h)} * (kStep * fish_.length);
+    }
+
+    const Fish& fish_;
+    std::vector<float> heading_;
+    std::vector<Vec2> points_;
+};
+
+}  // namespace
+
+Chart chartOf(Part part) {
+    const Chart c = kCharts[static_cast<int>(part)];
+    return {c.s0 + kRim, c.t0 + kRim, c.s1 - kRim, c.t1 - kRim};
+}
+
+BodyPoint bodyPoint(const Body& body, float along, float round) {
+    const auto surface = [&](float l, float r) {
+        const float top = body.top.at(l), bottom = body.bottom.at(l);
+        const float middle = mix(bottom, top, body.widest);
+        const float c = std::cos(r * kPi), s = std::sin(r * kPi);
+        const float z = c > 0 ? middle + (top - middle) * c : middle + (middle - bottom) * c;
+        return Vec3{body.width.at(l) * std::pow(std::max(s, 0.0f), body.keel), l, z};
+    };
+    BodyPoint p;
+    p.along = along;
+    p.round = round;
+    p.position = surface(along, round);
+    p.height = p.position.z;
+    const float top = body.top.at(along), bottom = body.bottom.at(along);
+    p.rise = (p.height - (top + bottom) / 2) / std::max((top - bottom) / 2, 1e-4f);
+    constexpr int kSteps = 12;
+    Vec3 last = surface(along, 0);
+    for (int i = 1; i <= kSteps; ++i) {
+        const Vec3 next = surface(along, round * static_cast<float>(i) / kSteps);
+        p.girth += art::length(next - last);
+        last = next;
+    }
+    constexpr float kE = 0.004f;
+    const float r = std::min(0.98f, std::max(0.02f, round)), l = std::max(along, 0.01f);
+    const Vec3 forward = surface(l + kE, r) - surface(l - kE, r);
+    const Vec3 down = surface(l, r + kE) - surface(l, r - kE);
+    p.normal = normalize(cross(down, forward));
+    if (p.normal.x < 0)
+        p.normal = -p.normal;
+    return p;
+}
+
+FinPoint finPoint(const Fin& fin, float u, float v) {
+    const Vec2 root = fin.root.at(u), margin = fin.margin.at(u);
+    return {fin.part, u, v, root + (margin - root) * v + fin.bow * (4 * v * (1 - v)),
+            length(margin - root)};
+}
+
+Bend swimming(const Swim& swim, int frames) {
+    return [swim, frames](float along, int frame) {
+        const float reach = std::min(1.15f, std::max(0.0f, along));
+        const float share = swim.head + (1 - swim.head) * std::pow(reach, 1.6f);
+        const float turn =
+            static_cast<float>(frame) / static_cast<float>(frames) - swim.waves * along;
+        return swim.sway * share * std::cos(2 * kPi * turn);
+    };
+}
+
+void saveFish(const Fish& fish, int frames, const Bend& bend,
+              const std::function<float(int frame)>& paddle, const std::string& path) {
+    Builder build(fish);
+    build.body();
+    build.eyes();
+    for (const Fin& fin : fish.fins)
+        if (fin.paired) {
+            build.pairedFin(fin, 1);
+            build.pairedFin(fin, -1);
+        } else {
+            build.middleFin(fin);
+        }
+
+    std::vector<Spine> spines;
+    for (int frame = 0; frame < frames; ++frame)
+        spines.emplace_back(fish, bend, frame);
+    const Pose pose = [&](int vertex, const Vec3& rest, int frame) {
+        const Rig& rig = build.rigs[size_t(vertex)];
+        const float turns = paddle(frame);
+        Vec3 p = rest;
+        if (rig.paired) {
+            // The outer part of a soft fin follows late.
+            const float phase =
+                static_cast<float>(rig.paired->beats) * turns + rig.late - 0.18f * rig.reach;
+            const float angle = degreesToRadians(rig.paired->splay +
+                                                 rig.paired->paddle * std::sin(2 * kPi * phase));
+            p = rig.seat + rig.away * std::cos(angle) + rig.out * std::sin(angle);
+        }
+        p.x += rig.ripple * fish.length * rig.reach * std::sin(2 * kPi * (turns - 1.3f * rig.u));
+        return spines[size_t(frame)].carry(p);
+    };
+    saveModel(build.mesh, frames, pose, path);
+}
+
+void saveFish(const Fish& fish, int frames, const std::string& path) {
+    saveFish(
+        fish, frames, swimming(fish.swim, frames),
+        [frames](int frame) { return static_cast<float>(frame) / static_cast<float>(frames); },
+        path);
+}
+
+}  // namespace art

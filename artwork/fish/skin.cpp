@@ -1,0 +1,214 @@
+#include "fish/skin.h"
+
+#include "common/noise.h"
+#include "common/parallel.h"
+
+namespace art {
+namespace {
+
+/// A bell of height 1 and the given half width.
+float bell(float distance, float width) {
+    return std::exp(-distance * distance / (2 * width * width));
+}
+
+float segmentDistance(Vec2 p, Vec2 a, Vec2 b) {
+    const Vec2 line = b - a;
+    const float t = clamp01(dot(p - a, line) / std::max(dot(line, line), 1e-8f));
+    return length(p - a - line * t);
+}
+
+struct Scale {
+    float edge = 0;  ///< 1 on the rear rim of a scale.
+    float dome = 0;  ///< 0 at its covered front, 1 towards the rim.
+    float tint = 0;  ///< -1..1, one value per scale.
+};
+
+/// Scales lie like roof tiles: each one covers the front of the next towards the tail.
+Scale scaleAt(float along, float girth, float size) {
+    const float x = along / size, y = girth / size;
+    const int column = static_cast<int>(std::floor(x));
+    for (int c = column - 1; c <= column + 1; ++c) {
+        const float shift = (c & 1) ? 0.5f : 0.0f;
+        const int row = static_cast<int>(std::floor(y - shift));
+        const float dx = x - static_cast<float>(c);
+        const float dy = y - shift - static_cast<float>(row) - 0.5f;
+        const float d = std::sqrt(dx * dx * 0.62f + dy * dy * 1.9f);
+        if (dx >= 0 && d < 1)
+            return {smoothstep(0.72f, 0.98f, d), d, 2 * hashUnit(c, row, 3, 71) - 1};
+    }
+    return {};
+}
+
+Vec3 lit(Vec3 colour, const BodyPoint& p) {
+    // Sun from above, light from the sand below: the flank is full, the lower belly turns cool.
+    const float up = p.normal.z;
+    const float sun = smoothstep(-0.85f, 0.45f, up);
+    const Vec3 shade = mix(Vec3{0.76f, 0.80f, 0.83f}, Vec3{1.05f, 1.04f, 1.01f}, sun);
+    return colour * shade;
+}
+
+Vec3 bodyColour(const Fish& fish, const Skin& skin, const BodyPoint& p) {
+    const Detail& d = skin.detail;
+    Vec3 c = skin.body(p);
+    const Vec2 side{p.along, p.height};
+    const float behind_gill = smoothstep(d.gill.x - 0.01f, d.gill.x + 0.05f, p.along);
+
+    float sheen = 1;
+    if (d.scale > 0) {
+        const Scale s = scaleAt(p.along, p.girth, d.scale);
+        const float on = behind_gill * (1 - 0.6f * smoothstep(0.9f, 1.0f, p.along));
+        c *= 1 + on * (d.scale_tint * s.tint + d.scale_depth * (0.45f * s.dome - 1.1f * s.edge));
+        sheen = mix(1.0f, 0.55f + 0.9f * s.dome * (1 - s.edge) + 0.25f * s.tint, on);
+    }
+    c *= 0.96f + 0.08f * mottle(p, 0.09f, 31);
+    c *= 0.985f + 0.03f * mottle(p, 0.02f, 37);
+
+    c = lit(c, p);
+    c += Vec3{1, 1, 1} *
+         (d.gloss * sheen * bell(p.normal.z - 0.62f, 0.13f) * smoothstep(0.02f, 0.16f, p.along) *
+          (1 - smoothstep(0.85f, 1.0f, p.along)));
+
+    // The gill cover's edge: a dark slit, light on the cover's rim before it, shade behind it.
+    const float h = (p.height - d.gill.y) / d.gill_height;
+    if (std::fabs(h) < 1.3f) {
+        const float edge = p.along - (d.gill.x - 0.42f * d.gill_height * h * h);
+        const float here = 1 - smoothstep(0.75f, 1.1f, std::fabs(h));
+        c *= 1 - 0.42f * here * bell(edge, 0.0055f);
+        c *= 1 - 0.16f * here * smoothstep(0, 0.004f, edge) * (1 - smoothstep(0.004f, 0.05f, edge));
+        c += Vec3{1, 1, 0.95f} * (0.07f * here * bell(edge + 0.014f, 0.007f));
+        // The cheek plate in front of it, barely there.
+        const float cheek = p.along - (d.gill.x * 0.72f - 0.35f * d.gill_height * h * h);
+        c *= 1 - 0.10f * here * bell(cheek, 0.006f);
+    }
+
+    const float mouth = segmentDistance(side, d.mouth_front, d.mouth_corner);
+    c *= 1 - 0.72f * (1 - smoothstep(0.002f, 0.0075f, mouth));
+    const float lip = segmentDistance(side - Vec2{0, 0.013f}, d.mouth_front, d.mouth_corner);
+    c += Vec3{1, 0.95f, 0.9f} * (0.05f * (1 - smoothstep(0.003f, 0.009f, lip)));
+
+    // The socket shades the skin around the eye; the nostril lies between eye and snout.
+    const float eye = length(side - fish.eye.place) / fish.eye.radius;
+    c *= 1 - 0.30f * (1 - smoothstep(0.95f, 1.45f, eye));
+    const Vec2 nostril =
+        fish.eye.place + (d.mouth_front - fish.eye.place) * 0.5f + Vec2{0, fish.eye.radius * 0.5f};
+    c *= 1 - 0.4f * (1 - smoothstep(0.3f, 1.0f, length(side - nostril) / 0.009f));
+    return c;
+}
+
+Pixel eyePixel(const EyeLook& look, float u, float v) {
+    const Vec2 p{2 * u - 1, 1 - 2 * v};  // x towards the tail, y up
+    const float r = length(p), turn = std::atan2(p.y, p.x);
+    const float fibre = valueNoise({turn * 5, r * 2.5f, 0}, 5) - 0.5f;
+    Vec3 c = mix(look.iris, look.rim, smoothstep(look.pupil, 0.88f, r)) * (1 + 0.25f * fibre);
+    c *= 0.72f + 0.38f * smoothstep(0.9f, -0.7f, p.y);  // the brow shades the iris' upper part
+    const float pupil = length(Vec2{p.x * 0.94f + 0.02f, p.y}) / look.pupil;
+    c = mix(Vec3{0.02f, 0.025f, 0.035f}, c, smoothstep(0.92f, 1.08f, pupil));
+    c = mix(c, {0.93f, 0.86f, 0.66f}, 0.35f * bell(pupil - 1.14f, 0.06f));
+    c = mix(c, c * 0.25f, smoothstep(0.80f, 0.96f, r));
+    c += Vec3{1, 1, 1} * (1 - smoothstep(0.10f, 0.24f, length(p - Vec2{-0.22f, 0.30f})));
+    c += Vec3{0.4f, 0.6f, 0.7f} *
+         (0.4f * (1 - smoothstep(0.1f, 0.4f, length(p - Vec2{0.2f, -0.42f}))));
+    return {c, 1 - smoothstep(0.90f, 1.0f, r)};
+}
+
+}  // namespace
+
+Pixel finPixel(const FinPoint& p, const Rays& rays) {
+    const bool hard = p.u < rays.spines;
+    // Rays fork once: twice as many near the margin.
+    const float phase = p.u * rays.count;
+    const float single = 0.5f + 0.5f * std::cos(2 * kPi * phase);
+    const float twin = 0.5f + 0.5f * std::cos(4 * kPi * phase);
+    const float ray = hard ? single * single : mix(single, twin, smoothstep(0.35f, 0.75f, p.v));
+
+    const float depth = hard ? 3.0f * rays.notch : rays.notch;
+    const float fray = 0.6f * rays.notch * (valueNoise({p.u * rays.count * 1.7f, 0, 0}, 11) - 0.5f);
+    const float tip = 1 - depth * (1 - (hard ? single : ray)) + fray - 0.5f * rays.notch;
+    const float soft = 0.035f;
+
+    Vec3 c =
+        mix(rays.base, rays.margin, smoothstep(1 - rays.edge * 1.6f, 1 - rays.edge * 0.4f, p.v));
+    c *= 0.80f + 0.24f * ray;
+    c *= 1 - 0.18f * (1 - smoothstep(0, 0.22f, p.v));  // the body shades the fin's root
+    c *= 0.97f + 0.06f * valueNoise({p.u * 9, p.v * 5, 0}, 23);
+
+    const float thin =
+        mix(rays.solid, mix(rays.skin, rays.solid, ray), smoothstep(0.05f, 0.7f, p.v));
+    const float sides = smoothstep(0, 0.02f, p.u) * smoothstep(1, 0.98f, p.u);
+    return {c, thin * sides * smoothstep(tip, tip - soft, p.v)};
+}
+
+float mottle(const BodyPoint& p, float size, uint32_t seed) {
+    return 0.5f + 0.7f * fractalNoise({p.along / size, p.girth / size, 0.5f}, 3, seed);
+}
+
+float spots(Vec2 place, float spacing, float radius, uint32_t seed) {
+    const float x = place.x / spacing, y = place.y / spacing;
+    const int row = static_cast<int>(std::floor(y));
+    float nearest = 1e9f;
+    for (int r = row - 1; r <= row + 1; ++r) {
+        const float shift = (r & 1) ? 0.5f : 0.0f;
+        const int column = static_cast<int>(std::floor(x - shift));
+        for (int c = column - 1; c <= column + 1; ++c) {
+            const float cx =
+                static_cast<float>(c) + 0.5f + shift + 0.42f * (hashUnit(c, r, 0, seed) - 0.5f);
+            const float cy =
+                static_cast<float>(r) + 0.5f + 0.42f * (hashUnit(c, r, 1, seed) - 0.5f);
+            const float size = radius / spacing * (0.7f + 0.6f * hashUnit(c, r, 2, seed));
+            nearest = std::min(nearest, length(Vec2{x - cx, y - cy}) / size);
+        }
+    }
+    return nearest;
+}
+
+void saveSkin(const Fish& fish, const Skin& skin, int size, const std::string& path) {
+    constexpr int kSamples = 3;  // per texel and axis
+    Image sheet(size, size, {{0, 0, 0}, 0});
+    for (int part = 0; part < kParts; ++part) {
+        const Part which = static_cast<Part>(part);
+        const Fin* fin = nullptr;
+        for (const Fin& f : fish.fins)
+            if (f.part == which)
+                fin = &f;
+        if (!fin && which != Part::BODY && which != Part::EYE)
+            continue;
+        const auto paint = [&](float u, float v) -> Pixel {
+            if (which == Part::BODY)
+                return {bodyColour(fish, skin, bodyPoint(fish.body, u, v)), 1};
+            if (which == Part::EYE)
+                return eyePixel(skin.eye, u, v);
+            return skin.fin(finPoint(*fin, u, v));
+        };
+        const Chart c = chartOf(which);
+        const float rim = 2.5f / 512;
+        const float scale = static_cast<float>(size);
+        const int x0 = static_cast<int>(std::ceil((c.s0 - rim) * scale)),
+                  x1 = static_cast<int>(std::floor((c.s1 + rim) * scale)),
+                  y0 = static_cast<int>(std::ceil((c.t0 - rim) * scale)),
+                  y1 = static_cast<int>(std::floor((c.t1 + rim) * scale));
+        parallelFor(y1 - y0, [&](int row) {
+            for (int x = x0; x < x1; ++x) {
+                Vec3 sum;
+                float alpha = 0;
+                for (int i = 0; i < kSamples * kSamples; ++i) {
+                    const float s = (static_cast<float>(x) +
+                                     (static_cast<float>(i % kSamples) + 0.5f) / kSamples) /
+                                    scale;
+                    const float t = (static_cast<float>(y0 + row) +
+                                     (static_cast<float>(i / kSamples) + 0.5f) / kSamples) /
+                                    scale;
+                    const Pixel p = paint(clamp01((s - c.s0) / (c.s1 - c.s0)),
+                                          clamp01((t - c.t0) / (c.t1 - c.t0)));
+                    sum += p.colour * p.alpha;
+                    alpha += p.alpha;
+                }
+                if (alpha > 0)
+                    sheet.at(x, y0 + row) = {sum / alpha, alpha / (kSamples * kSamples)};
+            }
+        });
+    }
+    bleed(sheet, 4);
+    saveBmp32(sheet, path);
+}
+
+}  // namespace art
