@@ -1,0 +1,614 @@
+#include "KMarivistaSetup.h"
+
+#include <KConfig>
+#include <KConfigGroup>
+#include <KUrlLabel>
+#include <QButtonGroup>
+#include <QCheckBox>
+#include <QComboBox>
+#include <QDesktopServices>
+#include <QDialogButtonBox>
+#include <QDir>
+#include <QGridLayout>
+#include <QGroupBox>
+#include <QKeyEvent>
+#include <QLabel>
+#include <QListWidget>
+#include <QMessageBox>
+#include <QPainter>
+#include <QPushButton>
+#include <QRadioButton>
+#include <QScrollBar>
+#include <QSignalBlocker>
+#include <QSlider>
+#include <QStandardPaths>
+#include <QStyleOptionFocusRect>
+#include <QUrl>
+#include <cstring>
+
+#include "framework/LanguagePack.h"
+
+namespace {
+
+const char SETTINGS_FILE[] = "Orvo Atollia";
+
+constexpr QSize WINDOW_SIZE(460, 299);
+constexpr QSize FISH_PICTURE(66, 40);
+constexpr QSize WIDE_PICTURE(120, 64);
+/// The intro picture keeps at least this height; it takes what the window has to spare.
+constexpr int INTRO_HEIGHT = 60;
+
+/// A link that the keyboard reaches and opens too.
+class Link : public KUrlLabel {
+public:
+    explicit Link(QWidget* parent) : KUrlLabel(parent) { setFocusPolicy(Qt::StrongFocus); }
+
+protected:
+    void keyPressEvent(QKeyEvent* event) override {
+        switch (event->key()) {
+            case Qt::Key_Return:
+            case Qt::Key_Enter:
+            case Qt::Key_Space:
+                emit leftClickedUrl();
+                break;
+            default:
+                KUrlLabel::keyPressEvent(event);
+        }
+    }
+    void paintEvent(QPaintEvent* event) override {
+        KUrlLabel::paintEvent(event);
+        if (!hasFocus())
+            return;
+        QStyleOptionFocusRect option;
+        option.initFrom(this);
+        QPainter painter(this);
+        style()->drawPrimitive(QStyle::PE_FrameFocusRect, &option, &painter, this);
+    }
+};
+
+/// Fills whatever room it has with the middle of its picture.
+class Banner : public QLabel {
+public:
+    using QLabel::QLabel;
+    QSize sizeHint() const override { return minimumSize(); }
+    QSize minimumSizeHint() const override { return minimumSize(); }
+
+protected:
+    void paintEvent(QPaintEvent*) override {
+        const QPixmap picture = pixmap(Qt::ReturnByValue);
+        if (picture.isNull())
+            return;
+        QSizeF part = QSizeF(size()).scaled(picture.size(), Qt::KeepAspectRatio);
+        QRectF source(QPointF(), part);
+        source.moveCenter(QRectF(picture.rect()).center());
+        QPainter painter(this);
+        painter.setRenderHint(QPainter::SmoothPixmapTransform);
+        painter.drawPixmap(QRectF(rect()), picture, source);
+    }
+};
+
+template <class Widget>
+Widget* named(Widget* widget, const char* name) {
+    widget->setObjectName(QLatin1String(name));
+    return widget;
+}
+
+/// A slider whose steps can be seen and which speaks its name.
+QSlider* makeSlider(const char* name, int low, int high, int tick, QWidget* parent) {
+    auto* slider = named(new QSlider(Qt::Horizontal, parent), name);
+    slider->setRange(low, high);
+    slider->setSingleStep(1);
+    slider->setPageStep(1);
+    slider->setTickPosition(QSlider::TicksBelow);
+    slider->setTickInterval(tick);
+    return slider;
+}
+
+/// A label that shows a slider's value beside it.
+QLabel* makeValueLabel(const char* name, const QString& text, QSlider* slider, QWidget* parent) {
+    auto* label = named(new QLabel(text, parent), name);
+    label->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
+    label->setMinimumWidth(label->fontMetrics().horizontalAdvance(QStringLiteral("000")));
+    label->setBuddy(slider);
+    return label;
+}
+
+/// Puts a picture on a button that shows nothing else, with the name that screen readers give it.
+void illustrate(QAbstractButton* button, const char* picture, const QSize& size,
+                const QString& name = QString()) {
+    button->setIcon(QIcon(QStringLiteral(":/setup/%1.png").arg(QLatin1String(picture))));
+    button->setIconSize(size);
+    button->setAccessibleName(name);
+}
+
+/// Numbers the buttons of a box from 0.
+QButtonGroup* numberButtons(QGroupBox* box, const QList<QAbstractButton*>& buttons) {
+    auto* group = new QButtonGroup(box);
+    for (int id = 0; id < buttons.size(); ++id)
+        group->addButton(buttons[id], id);
+    return group;
+}
+
+/// The settings file; its keys stand in the default group.
+class SettingsFile : public KConfig {
+public:
+    SettingsFile() : KConfig(QLatin1String(SETTINGS_FILE), KConfig::SimpleConfig) {}
+    KConfigGroup keys() { return group(QString()); }
+};
+
+/// The one text that is not in the language file, so that it can be shown without it.
+QString notSavedText(const std::string& language) {
+    const struct {
+        const char* language;
+        const char* text;
+    } texts[] = {
+        {"GER", "Die Einstellungen konnten nicht gespeichert werden."},
+        {"FRA", "Les réglages n’ont pas pu être enregistrés."},
+        {"ESP", "No se han podido guardar los ajustes."},
+        {"ITA", "Impossibile salvare le impostazioni."},
+    };
+    for (const auto& entry : texts)
+        if (language == entry.language)
+            return QString::fromUtf8(entry.text);
+    return QStringLiteral("The settings could not be saved.");
+}
+
+/// Shows the nearest value that the slider has without counting that as the person's choice.
+void showValue(QSlider* slider, int value) {
+    const QSignalBlocker blocker(slider);
+    slider->setValue(value);
+}
+
+}  // namespace
+
+KMarivistaSetup::KMarivistaSetup(QWidget* parent, Qt::WindowFlags flags)
+    : KMarivistaSetup(LOADDIR "Language.dat", DEFAULT_LANGUAGE, parent, flags) {}
+
+KMarivistaSetup::KMarivistaSetup(std::string languagefile, std::string language, QWidget* parent,
+                                 Qt::WindowFlags flags)
+    : QDialog(parent, flags),
+      actpage(0),
+      language_file(std::move(languagefile)),
+      language_code(std::move(language)) {
+    setObjectName(QStringLiteral("KMarivistaSetup"));
+
+    auto* layout = new QGridLayout(this);
+    layout->setColumnStretch(1, 1);
+    layout->setRowStretch(0, 1);
+    // The order of building is the order of the tab key.
+    buildList();
+    buildIntroPage();
+    buildBoidPage();
+    buildFishPage();
+    buildBirdsPage();
+    buildSkyPage();
+    buildCameraPage();
+    buildSoundPage();
+    buildButtons();
+
+    init();
+    fitTexts();
+    resize(WINDOW_SIZE);
+}
+
+/// An empty page in the place that all pages share.
+QFrame* KMarivistaSetup::addPage(const char* name) {
+    auto* page = named(new QFrame(this), name);
+    // Hidden pages keep claiming their room, so that the window fits all of them from the start.
+    QSizePolicy policy = page->sizePolicy();
+    policy.setRetainSizeWhenHidden(true);
+    page->setSizePolicy(policy);
+    auto* column = new QVBoxLayout(page);
+    column->setContentsMargins(0, 0, 0, 0);
+    static_cast<QGridLayout*>(layout())->addWidget(page, 0, 1);
+    return page;
+}
+
+void KMarivistaSetup::buildList() {
+    sellist = named(new QListWidget(this), "sellist");
+    sellist->setHorizontalScrollBarPolicy(Qt::ScrollBarAlwaysOff);
+    sellist->setSizePolicy(QSizePolicy::Fixed, QSizePolicy::Expanding);
+    static_cast<QGridLayout*>(layout())->addWidget(sellist, 0, 0);
+    connect(sellist, &QListWidget::currentRowChanged, this, &KMarivistaSetup::changePage);
+    // Picking the page that is shown already counts as highlighting it, too.
+    connect(sellist, &QListWidget::itemClicked, this,
+            [this](QListWidgetItem* item) { changePage(sellist->row(item)); });
+}
+
+void KMarivistaSetup::buildIntroPage() {
+    page_intro = addPage("page_intro");
+    PixmapLabel1 = named(new Banner(page_intro), "PixmapLabel1");
+    PixmapLabel1->setPixmap(QPixmap(QStringLiteral(":/setup/lagoon.png")));
+    PixmapLabel1->setMinimumHeight(INTRO_HEIGHT);
+    infotext = named(new QLabel(QStringLiteral("Infotext"), page_intro), "infotext");
+    infotext->setWordWrap(true);
+    infotext->setAlignment(Qt::AlignLeft | Qt::AlignTop);
+    hyperlink = named(new Link(page_intro), "hyperlink");
+    hyperlink->setText(QStringLiteral("url"));
+    hyperlink->setUseTips(true);
+    connect(hyperlink, QOverload<>::of(&KUrlLabel::leftClickedUrl), this,
+            [this] { leftClickedURL(hyperlink->url()); });
+
+    auto* column = static_cast<QVBoxLayout*>(page_intro->layout());
+    column->addWidget(PixmapLabel1, 1);
+    column->addWidget(infotext);
+    column->addWidget(hyperlink, 0, Qt::AlignLeft);
+}
+
+void KMarivistaSetup::buildBoidPage() {
+    page_boid = addPage("page_boid");
+    boidtype_txt = named(new QGroupBox(page_boid), "boidtype_txt");
+    boidtype_radio1 = named(new QRadioButton(boidtype_txt), "boidtype_radio1");
+    boidtype_radio2 = named(new QRadioButton(boidtype_txt), "boidtype_radio2");
+    illustrate(boidtype_radio1, "boid1", WIDE_PICTURE, QStringLiteral("Caesio caerulaurea"));
+    illustrate(boidtype_radio2, "boid2", WIDE_PICTURE, QStringLiteral("Centropyge bispinosa"));
+    auto* types = new QHBoxLayout(boidtype_txt);
+    types->addWidget(boidtype_radio1);
+    types->addWidget(boidtype_radio2);
+    connect(numberButtons(boidtype_txt, {boidtype_radio1, boidtype_radio2}),
+            &QButtonGroup::idClicked, this, &KMarivistaSetup::boidtype_clicked);
+
+    boidcount_txt = named(new QGroupBox(page_boid), "boidcount_txt");
+    boidcount_slider = makeSlider("boidcount_slider", 0, 4, 1, boidcount_txt);
+    boidcount_edit =
+        makeValueLabel("boidcount_edit", QStringLiteral("20"), boidcount_slider, boidcount_txt);
+    auto* count = new QHBoxLayout(boidcount_txt);
+    count->addWidget(boidcount_slider);
+    count->addWidget(boidcount_edit);
+    connect(boidcount_slider, &QSlider::valueChanged, this,
+            &KMarivistaSetup::boidcount_slider_valueChanged);
+
+    auto* column = static_cast<QVBoxLayout*>(page_boid->layout());
+    column->addWidget(boidtype_txt);
+    column->addWidget(boidcount_txt);
+    column->addStretch();
+}
+
+void KMarivistaSetup::buildFishPage() {
+    page_fish = addPage("page_fish");
+    fishspecies_txt = named(new QGroupBox(page_fish), "fishspecies_txt");
+    const struct {
+        QCheckBox** box;
+        const char* species;
+    } boxes[] = {
+        {&fishspecies1, "Pseudanthias squamipinnis"},
+        {&fishspecies2, "Paracanthurus hepatus"},
+        {&fishspecies3, "Zanclus cornutus"},
+        {&fishspecies4, "Cephalopholis miniata"},
+        {&fishspecies5, "Lutjanus kasmira"},
+        {&fishspecies6, "Epinephelus flavocaeruleus"},
+        {&fishspecies7, "Lutjanus bohar"},
+        {&fishspecies8, "Mobula birostris"},
+    };
+    constexpr int COLUMNS = 3;
+    auto* grid = new QGridLayout(fishspecies_txt);
+    QList<QAbstractButton*> buttons;
+    for (const auto& entry : boxes) {
+        const int id = buttons.size();
+        auto* box = new QCheckBox(fishspecies_txt);
+        box->setObjectName(QStringLiteral("fishspecies%1").arg(id + 1));
+        const QByteArray picture = "fish" + QByteArray::number(id + 1);
+        illustrate(box, picture.constData(), FISH_PICTURE, QLatin1String(entry.species));
+        grid->addWidget(box, id / COLUMNS, id % COLUMNS);
+        buttons.append(*entry.box = box);
+    }
+    QButtonGroup* group = numberButtons(fishspecies_txt, buttons);
+    group->setExclusive(false);
+    connect(group, &QButtonGroup::idClicked, this, &KMarivistaSetup::fishspecies_clicked);
+
+    fishcount_txt = named(new QGroupBox(page_fish), "fishcount_txt");
+    fishcount_slider = makeSlider("fishcount_slider", 0, 10, 1, fishcount_txt);
+    fishcount_edit =
+        makeValueLabel("fishcount_edit", QStringLiteral("10"), fishcount_slider, fishcount_txt);
+    auto* count = new QHBoxLayout(fishcount_txt);
+    count->addWidget(fishcount_slider);
+    count->addWidget(fishcount_edit);
+    connect(fishcount_slider, &QSlider::valueChanged, this,
+            &KMarivistaSetup::fishcount_slider_valueChanged);
+
+    auto* column = static_cast<QVBoxLayout*>(page_fish->layout());
+    column->addWidget(fishspecies_txt);
+    column->addWidget(fishcount_txt);
+    column->addStretch();
+}
+
+void KMarivistaSetup::buildBirdsPage() {
+    page_birds = addPage("page_birds");
+    birdspecies_txt = named(new QGroupBox(page_birds), "birdspecies_txt");
+    birdspecies1 = named(new QCheckBox(birdspecies_txt), "birdspecies1");
+    illustrate(birdspecies1, "gull", WIDE_PICTURE, QStringLiteral("Larus argentatus"));
+    (new QVBoxLayout(birdspecies_txt))->addWidget(birdspecies1);
+    QButtonGroup* group = numberButtons(birdspecies_txt, {birdspecies1});
+    group->setExclusive(false);
+    connect(group, &QButtonGroup::idClicked, this, &KMarivistaSetup::birdtype_clicked);
+
+    auto* column = static_cast<QVBoxLayout*>(page_birds->layout());
+    column->addWidget(birdspecies_txt);
+    column->addStretch();
+}
+
+void KMarivistaSetup::buildSkyPage() {
+    page_sky = addPage("page_sky");
+    sky_txt = named(new QGroupBox(page_sky), "sky_txt");
+    sky_radio1 = named(new QRadioButton(sky_txt), "sky_radio1");
+    sky_radio2 = named(new QRadioButton(sky_txt), "sky_radio2");
+    illustrate(sky_radio1, "cloudy", WIDE_PICTURE);
+    illustrate(sky_radio2, "cloudless", WIDE_PICTURE);
+    auto* choices = new QVBoxLayout(sky_txt);
+    choices->addWidget(sky_radio1);
+    choices->addWidget(sky_radio2);
+    connect(numberButtons(sky_txt, {sky_radio1, sky_radio2}), &QButtonGroup::idClicked, this,
+            &KMarivistaSetup::sky_clicked);
+
+    auto* column = static_cast<QVBoxLayout*>(page_sky->layout());
+    column->addWidget(sky_txt);
+    column->addStretch();
+}
+
+void KMarivistaSetup::buildCameraPage() {
+    page_camera = addPage("page_camera");
+    camera_txt = named(new QGroupBox(page_camera), "camera_txt");
+    camerapos_combo = named(new QComboBox(camera_txt), "camerapos_combo");
+    auto* grid = new QGridLayout(camera_txt);
+    grid->setColumnStretch(1, 1);
+    grid->addWidget(camerapos_combo, 0, 0, 1, 2);
+
+    const auto addRow = [&](QLabel** label, const char* label_name, QSlider* slider) {
+        *label = named(new QLabel(camera_txt), label_name);
+        (*label)->setBuddy(slider);
+        const int row = grid->rowCount();
+        grid->addWidget(*label, row, 0);
+        grid->addWidget(slider, row, 1);
+        // A fixed camera hides these; what is left must not move.
+        for (QWidget* widget : {static_cast<QWidget*>(*label), static_cast<QWidget*>(slider)}) {
+            QSizePolicy policy = widget->sizePolicy();
+            policy.setRetainSizeWhenHidden(true);
+            widget->setSizePolicy(policy);
+        }
+    };
+    scrollspeed_slider = makeSlider("scrollspeed_slider", 1, 9, 1, camera_txt);
+    addRow(&scrollspeed_txt, "scrollspeed_txt", scrollspeed_slider);
+    resttop_slider = makeSlider("resttop_slider", 1, 60, 5, camera_txt);
+    addRow(&resttop_txt, "resttop_txt", resttop_slider);
+    restbottom_slider = makeSlider("restbottom_slider", 5, 60, 5, camera_txt);
+    addRow(&restbottom_txt, "restbottom_txt", restbottom_slider);
+
+    connect(camerapos_combo, QOverload<int>::of(&QComboBox::activated), this,
+            &KMarivistaSetup::camerapos_activated);
+    connect(scrollspeed_slider, &QSlider::valueChanged, this,
+            &KMarivistaSetup::scrollspeed_valueChanged);
+    connect(resttop_slider, &QSlider::valueChanged, this, &KMarivistaSetup::resttop_valueChanged);
+    connect(restbottom_slider, &QSlider::valueChanged, this,
+            &KMarivistaSetup::restbottom_valueChanged);
+
+    auto* column = static_cast<QVBoxLayout*>(page_camera->layout());
+    column->addWidget(camera_txt);
+    column->addStretch();
+}
+
+void KMarivistaSetup::buildSoundPage() {
+    page_sound = addPage("page_sound");
+    sound_txt = named(new QGroupBox(page_sound), "sound_txt");
+    usesound = named(new QCheckBox(sound_txt), "usesound");
+    (new QVBoxLayout(sound_txt))->addWidget(usesound);
+    connect(usesound, &QCheckBox::toggled, this, &KMarivistaSetup::usesound_changed);
+
+    auto* column = static_cast<QVBoxLayout*>(page_sound->layout());
+    column->addWidget(sound_txt);
+    column->addStretch();
+}
+
+void KMarivistaSetup::buildButtons() {
+    auto* box = new QDialogButtonBox(this);
+    okbutton = named(new QPushButton(QStringLiteral("OK"), box), "okbutton");
+    cancelbutton = named(new QPushButton(QStringLiteral("Cancel"), box), "cancelbutton");
+    // The box puts the buttons in the order that the desktop is used to.
+    box->addButton(okbutton, QDialogButtonBox::AcceptRole);
+    box->addButton(cancelbutton, QDialogButtonBox::RejectRole);
+    okbutton->setDefault(true);
+    static_cast<QGridLayout*>(layout())->addWidget(box, 1, 0, 1, 2);
+    connect(okbutton, &QPushButton::clicked, this, &KMarivistaSetup::writeConfig);
+    connect(cancelbutton, &QPushButton::clicked, this, &KMarivistaSetup::reject);
+}
+
+/// By id. Dotted comes before yellow and blue here, unlike in the record: the boxes stand in that
+/// order on the page.
+std::array<KMarivistaSetup::SPECIES_BOX, 8> KMarivistaSetup::speciesBoxes() const {
+    return {{
+        {fishspecies1, &SaverSettings::fish_red},
+        {fishspecies2, &SaverSettings::fish_blue},
+        {fishspecies3, &SaverSettings::fish_stripe},
+        {fishspecies4, &SaverSettings::fish_dot},
+        {fishspecies5, &SaverSettings::fish_yell_blu},
+        {fishspecies6, &SaverSettings::fish_big_grey},
+        {fishspecies7, &SaverSettings::fish_big_red},
+        {fishspecies8, &SaverSettings::fish_manta},
+    }};
+}
+
+void KMarivistaSetup::init() {
+    LanguagePack texts;
+    actpage = 0;
+    readConfig();
+    texts.openFile(language_file.c_str());
+    texts.setLanguage(language_code.c_str());
+    const auto text = [&texts](const char* key) { return QString::fromUtf8(texts.getString(key)); };
+
+    const struct {
+        const char* key;
+        QFrame* frame;
+    } list[] = {
+        {"intro", page_intro}, {"boid", page_boid}, {"fish", page_fish},
+        {"birds", page_birds}, {"sky", page_sky},   {"camera", page_camera},
+        {"sound", page_sound},
+    };
+    pages.clear();
+    for (const auto& entry : list) {
+        FramePage page = {};
+        std::strncpy(page.name, texts.getString(entry.key), sizeof page.name - 1);
+        page.frame = entry.frame;
+        pages.push_back(page);
+    }
+    for (const FramePage& page : pages) {
+        sellist->addItem(QString::fromUtf8(page.name));
+        page.frame->hide();
+    }
+    pages[0].frame->show();
+    sellist->setCurrentRow(0);
+
+    // Highlighting the first entry has set a caption of its own; this one stands until the person
+    // picks a page.
+    setWindowTitle(text("caption"));
+    cancelbutton->setText(text("cancel"));
+    infotext->setText(text("infotxt"));
+    hyperlink->setText(text("hyperlink_txt"));
+    hyperlink->setUrl(text("hyperlink"));
+
+    boidtype_txt->setTitle(text("boidtype"));
+    boidcount_txt->setTitle(text("boidcount"));
+    boidtype_radio1->setChecked(settings.boidmodel == 0);
+    boidtype_radio2->setChecked(settings.boidmodel == 1);
+    showValue(boidcount_slider, settings.boidcount / 5);
+    boidcount_slider_valueChanged(boidcount_slider->value());
+
+    fishspecies_txt->setTitle(text("fishtype"));
+    fishcount_txt->setTitle(text("fishcount"));
+    for (const SPECIES_BOX& species : speciesBoxes())
+        species.box->setChecked(settings.*species.flag);
+    const int fishcount = settings.fishcount;
+    showValue(fishcount_slider, fishcount);
+    fishcount_slider_valueChanged(fishcount_slider->value());
+    settings.fishcount = fishcount;
+
+    birdspecies_txt->setTitle(text("birdtype"));
+    birdspecies1->setChecked(settings.bird_gull);
+
+    sky_txt->setTitle(text("skytext"));
+    sky_radio1->setChecked(settings.skytype == 0);
+    sky_radio2->setChecked(settings.skytype == 1);
+    sky_radio1->setText(text("cloudy"));
+    sky_radio2->setText(text("cloudless"));
+
+    camera_txt->setTitle(text("cameratext"));
+    for (const char* key : {"automatic", "top", "middle", "bottom"})
+        camerapos_combo->addItem(text(key));
+    scrollspeed_txt->setText(text("scrollspeed"));
+    resttop_txt->setText(text("resttime_top"));
+    restbottom_txt->setText(text("resttime_bottom"));
+    showValue(scrollspeed_slider, settings.cameraspeed);
+    showValue(resttop_slider, settings.camerafix_top);
+    showValue(restbottom_slider, settings.camerafix_bottom);
+    // The combo stays on its first entry, whatever the stored position: a position changes only
+    // when the person activates an entry.
+
+    sound_txt->setTitle(text("soundtext"));
+    usesound->setText(text("on_off"));
+    usesound->setChecked(settings.soundOn);
+}
+
+/// Gives the list and the information text the room that their texts need, and the controls
+/// without a label of their own the name of their box.
+void KMarivistaSetup::fitTexts() {
+    sellist->setFixedWidth(sellist->sizeHintForColumn(0) + 2 * sellist->frameWidth() + 8);
+    boidcount_slider->setAccessibleName(boidcount_txt->title());
+    fishcount_slider->setAccessibleName(fishcount_txt->title());
+    camerapos_combo->setAccessibleName(camera_txt->title());
+    scrollspeed_slider->setAccessibleName(scrollspeed_txt->text());
+    resttop_slider->setAccessibleName(resttop_txt->text());
+    restbottom_slider->setAccessibleName(restbottom_txt->text());
+}
+
+void KMarivistaSetup::readConfig() {
+    SettingsFile file;
+    const KConfigGroup keys = file.keys();
+    for (const SETTING& setting : settings_written) {
+        if (setting.number)
+            settings.*setting.number = keys.readEntry(setting.key, settings.*setting.number);
+        else
+            settings.*setting.flag = keys.readEntry(setting.key, settings.*setting.flag);
+    }
+}
+
+void KMarivistaSetup::writeConfig() {
+    SettingsFile file;
+    KConfigGroup keys = file.keys();
+    for (const SETTING& setting : settings_written) {
+        if (setting.number)
+            keys.writeEntry(setting.key, settings.*setting.number);
+        else
+            keys.writeEntry(setting.key, settings.*setting.flag);
+    }
+    // Saving replaces the file as a whole or leaves it alone.
+    if (file.sync()) {
+        accept();
+        return;
+    }
+    file.markAsClean();
+    tellNotSaved();
+}
+
+void KMarivistaSetup::tellNotSaved() {
+    QMessageBox box(QMessageBox::Warning, QStringLiteral("Atollia"), notSavedText(language_code),
+                    QMessageBox::Ok, this);
+    box.setInformativeText(QDir::toNativeSeparators(
+        QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation) + QLatin1Char('/') +
+        QLatin1String(SETTINGS_FILE)));
+    box.exec();
+}
+
+void KMarivistaSetup::leftClickedURL(const QString& url) { QDesktopServices::openUrl(QUrl(url)); }
+
+void KMarivistaSetup::changePage(int index) {
+    // Replaces the caption of the language file for good: a known oddity that is kept.
+    setWindowTitle(QStringLiteral("frame changed"));
+    if (index < 0 || index >= static_cast<int>(pages.size()) || index == actpage)
+        return;
+    // One repaint for both, or the gap between them would flash.
+    setUpdatesEnabled(false);
+    pages[actpage].frame->hide();
+    actpage = index;
+    pages[actpage].frame->show();
+    setUpdatesEnabled(true);
+}
+
+void KMarivistaSetup::boidcount_slider_valueChanged(int value) {
+    boidcount_edit->setText(QString::number(value * 5));
+    settings.boidcount = value * 5;
+}
+
+void KMarivistaSetup::boidtype_clicked(int id) { settings.boidmodel = id; }
+
+void KMarivistaSetup::fishspecies_clicked(int id) {
+    const auto boxes = speciesBoxes();
+    if (id < 0 || id >= static_cast<int>(boxes.size()))
+        return;
+    const SPECIES_BOX& species = boxes[id];
+    settings.*species.flag = species.box->isChecked();
+}
+
+void KMarivistaSetup::fishcount_slider_valueChanged(int value) {
+    fishcount_edit->setText(QString::number(value));
+    settings.fishcount = value;
+}
+
+void KMarivistaSetup::birdtype_clicked(int) { settings.bird_gull = birdspecies1->isChecked(); }
+
+void KMarivistaSetup::sky_clicked(int id) { settings.skytype = id; }
+
+void KMarivistaSetup::camerapos_activated(int index) {
+    settings.camerapos = index;
+    // Speed and rest times concern the camera that travels by itself only.
+    for (QWidget* widget :
+         {static_cast<QWidget*>(scrollspeed_txt), static_cast<QWidget*>(scrollspeed_slider),
+          static_cast<QWidget*>(resttop_txt), static_cast<QWidget*>(resttop_slider),
+          static_cast<QWidget*>(restbottom_txt), static_cast<QWidget*>(restbottom_slider)})
+        widget->setVisible(index == 0);
+}
+
+void KMarivistaSetup::scrollspeed_valueChanged(int value) { settings.cameraspeed = value; }
+
+void KMarivistaSetup::resttop_valueChanged(int value) { settings.camerafix_top = value; }
+
+void KMarivistaSetup::restbottom_valueChanged(int value) { settings.camerafix_bottom = value; }
+
+void KMarivistaSetup::usesound_changed(bool on) { settings.soundOn = on; }

@@ -1,0 +1,151 @@
+// The saver's settings dialog: a list of pages on the left, one page at a time beside it.
+#pragma once
+
+#include <QDialog>
+#include <array>
+#include <string>
+#include <vector>
+
+#include "MVSettingsDlg.h"
+
+class KUrlLabel;
+class QCheckBox;
+class QComboBox;
+class QFrame;
+class QGroupBox;
+class QLabel;
+class QListWidget;
+class QPushButton;
+class QRadioButton;
+class QSlider;
+
+/// One entry of the page list.
+struct FramePage {
+    char name[128];  ///< the title in the list, UTF-8, null-terminated
+    QFrame* frame;   ///< the page; owned by the dialog's widget tree
+};
+
+/// Edits the saver's settings. The controls write into `settings` as they are used; OK saves the
+/// record and closes, everything else that closes the dialog leaves the file alone. The texts come
+/// from the language file; without one they stay empty and everything still works.
+///
+/// A value that its control cannot show appears as the nearest one it can, and is saved as it was
+/// read unless the control is used. The size of the school is the exception: it is always made a
+/// multiple of 5 from 0 to 20.
+class KMarivistaSetup : public QDialog {
+    Q_OBJECT
+
+public:
+    explicit KMarivistaSetup(QWidget* parent = nullptr, Qt::WindowFlags flags = Qt::WindowFlags());
+
+    // Every widget is owned by the widget tree and carries its member's name as object name. The
+    // titled boxes around choices hold a QButtonGroup that numbers their buttons from 0.
+    QFrame* page_boid;
+    QGroupBox* boidcount_txt;
+    QLabel* boidcount_edit;
+    QSlider* boidcount_slider;  ///< fifths of the school's size: 0 to 4
+    QGroupBox* boidtype_txt;
+    QRadioButton* boidtype_radio1;
+    QRadioButton* boidtype_radio2;
+
+    QFrame* page_fish;
+    QGroupBox* fishspecies_txt;
+    QCheckBox* fishspecies1;  ///< red
+    QCheckBox* fishspecies2;  ///< blue
+    QCheckBox* fishspecies3;  ///< striped
+    QCheckBox* fishspecies4;  ///< dotted
+    QCheckBox* fishspecies5;  ///< yellow and blue
+    QCheckBox* fishspecies6;  ///< big grey
+    QCheckBox* fishspecies7;  ///< big red
+    QCheckBox* fishspecies8;  ///< manta
+    QGroupBox* fishcount_txt;
+    QLabel* fishcount_edit;
+    QSlider* fishcount_slider;  ///< 0 to 10 fish
+
+    QListWidget* sellist;
+
+    QFrame* page_birds;
+    QGroupBox* birdspecies_txt;
+    QCheckBox* birdspecies1;
+
+    QFrame* page_sky;
+    QGroupBox* sky_txt;
+    QRadioButton* sky_radio1;  ///< cloudy
+    QRadioButton* sky_radio2;  ///< cloudless
+
+    QFrame* page_camera;
+    QGroupBox* camera_txt;
+    QLabel* restbottom_txt;
+    QLabel* scrollspeed_txt;
+    QLabel* resttop_txt;
+    QComboBox* camerapos_combo;
+    QSlider* scrollspeed_slider;  ///< degrees per second: 1 to 9
+    QSlider* resttop_slider;      ///< seconds: 1 to 60
+    QSlider* restbottom_slider;   ///< seconds: 5 to 60
+
+    QFrame* page_sound;
+    QGroupBox* sound_txt;
+    QCheckBox* usesound;
+
+    QPushButton* okbutton;
+    QPushButton* cancelbutton;
+
+    QFrame* page_intro;
+    KUrlLabel* hyperlink;
+    QLabel* infotext;
+    QLabel* PixmapLabel1;
+
+    int actpage;                   ///< index of the page shown
+    SaverSettings settings;        ///< the values being edited
+    std::vector<FramePage> pages;  ///< in the order of the list
+
+public slots:
+    /// Reads settings and texts and fills every control. The constructor calls it last.
+    virtual void init();
+    /// Saves `settings` and closes the dialog. When they cannot be saved, says so in one message
+    /// and leaves dialog and file as they are.
+    virtual void writeConfig();
+    virtual void readConfig();
+    /// Shows the address in the person's browser.
+    virtual void leftClickedURL(const QString& url);
+    /// Shows another page; an index without a page changes the caption only.
+    virtual void changePage(int index);
+    virtual void boidcount_slider_valueChanged(int value);
+    virtual void boidtype_clicked(int id);
+    virtual void fishspecies_clicked(int id);
+    virtual void fishcount_slider_valueChanged(int value);
+    virtual void birdtype_clicked(int id);
+    virtual void sky_clicked(int id);
+    virtual void camerapos_activated(int index);
+    virtual void scrollspeed_valueChanged(int value);
+    virtual void resttop_valueChanged(int value);
+    virtual void restbottom_valueChanged(int value);
+    virtual void usesound_changed(bool on);
+
+protected:
+    /// The dialog in another language or from another language file.
+    KMarivistaSetup(std::string languagefile, std::string language, QWidget* parent,
+                    Qt::WindowFlags flags);
+
+private:
+    struct SPECIES_BOX {
+        QCheckBox* box;
+        bool SaverSettings::*flag;
+    };
+    std::array<SPECIES_BOX, 8> speciesBoxes() const;
+    QFrame* addPage(const char* name);
+    void buildList();
+    void buildIntroPage();
+    void buildBoidPage();
+    void buildFishPage();
+    void buildBirdsPage();
+    void buildSkyPage();
+    void buildCameraPage();
+    void buildSoundPage();
+    void buildButtons();
+    void fitTexts();
+    void tellNotSaved();
+
+    const std::string language_file;  ///< path
+    const std::string language_code;  ///< section of the file
+};
