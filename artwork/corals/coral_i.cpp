@@ -1,0 +1,36 @@
+// The stack on the right, a table on its top.
+#include "corals/gardens.h"
+
+namespace art {
+
+Garden coral_i() {
+    Garden garden;
+    garden.placement = kCorals[10];
+    garden.width = 1024;
+    garden.height = 1024;
+    garden.cell = 24;
+    const float x = 11, y = -7.1f, z = 18.4f;
+
+    Layer& rigid = garden.layer();
+    rigid.add(rock(141, {1.25f, 2.0f, 1.1f}), {{x, y + 0.1f, z}});
+    rigid.add(rock(142, {1.1f, 0.85f, 0.9f}), {{x - 1.2f, y, z - 0.5f}});
+    rigid.add(rock(143, {1.1f, 1.15f, 1.0f}), {{x + 1.3f, y, z - 0.1f}});
+    rigid.add(table(144, 1.25f, 0.75f), {{x - 0.2f, y + 1.95f, z}, {-12, 10, 0}});
+    rigid.add(brain(150, {0.40f, 0.36f, 0.40f}, rgb(214, 218, 108), rgb(116, 138, 56)),
+              {{x + 2.1f, y + 0.2f, z - 0.9f}, {-10, 0, 0}});
+    rigid.add(plates(146, 0.80f, 10, rgb(140, 112, 40), rgb(240, 200, 70)),
+              {{x + 0.35f, y + 1.25f, z - 0.95f}, {-30, 0, 0}});
+    strew(rigid, 919, x, z - 0.4f, 2.6f, 12);
+
+    Layer& soft = garden.layer();
+    soft.add(fan(147, 1.45f, rgb(180, 24, 116), rgb(255, 96, 186)),
+             {{x + 1.5f, y + 0.9f, z - 0.5f}, {-4, -15, -10}});
+    soft.add(staghorn(145, 1.3f, 13, 0.066f, violet(), 3),
+             {{x - 1.35f, y + 0.7f, z - 0.7f}, {-10, 0, 10}});
+    soft.add(sponges(148, 1.1f, 4, rgb(140, 78, 176), rgb(220, 166, 238)),
+             {{x - 0.55f, y + 0.15f, z - 1.45f}});
+    soft.add(staghorn(149, 1.0f, 12, 0.050f, cream(), 3), {{x + 1.7f, y + 0.15f, z - 1.1f}});
+    return garden;
+}
+
+}  // namespace art

@@ -1,0 +1,53 @@
+// A garden of corals, and how it becomes a model and a texture of the data tree.
+//
+// The eye of the scene never leaves its place, so a garden is drawn once, in full detail, as the
+// eye sees it. The picture, with its light, becomes the texture; a coarse mesh with the depth of
+// what it shows carries it, cut closely along the outline.
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "corals/growth.h"
+#include "floor/placement.h"
+
+namespace art {
+
+/// What sways together. Later layers stand before earlier ones as the eye sees them.
+struct Layer {
+    std::vector<Growth> growths;
+
+    void add(Growth growth, const Stand& where) {
+        growths.push_back(stand(std::move(growth), where));
+    }
+    void add(std::vector<Growth> several, const Stand& where) {
+        for (Growth& growth : several)
+            add(std::move(growth), where);
+    }
+};
+
+struct Garden {
+    Placement placement;            ///< the coral of the scene that it is drawn for
+    Vec3 eye = kEye;                ///< where it is seen from
+    int frames = 10;                ///< keyframes of one swell
+    int width = 512, height = 512;  ///< of the texture
+    int cell = 14;                  ///< texels between mesh points
+    float tiling = 1;               ///< the scene multiplies texture coordinates by it
+    std::vector<Layer> layers;      ///< world axes, y up
+
+    Layer& layer() {
+        layers.emplace_back();
+        return layers.back();
+    }
+};
+
+/// A point on the sea floor, or lifted above it.
+Vec3 onFloor(float x, float z, float lift = 0);
+
+/// Stones and small corals strewn round a place, thinning outwards.
+void strew(Layer& layer, uint32_t seed, float x, float z, float reach, int count);
+
+/// Writes models/<model>.nlm and models/<model>.nlt below the folder.
+void paintGarden(const Garden& garden, const std::string& folder);
+
+}  // namespace art
