@@ -1,0 +1,12 @@
+#!/bin/sh
+# Takes a picture of the scene: snapshot.sh OUT.png [--view bottom|middle|top|low|automatic]
+# [--seconds S] [--size WxH] [--seed N] [--config FILE] [--frames N --fps F] [--show-fps]
+# The same arguments give the same picture. Needs no display.
+set -eu
+top=$(cd "$(dirname "$0")/.." && pwd)
+(
+    cd "$top"
+    [ -f build/release/build.ninja ] || cmake --preset release
+    cmake --build --preset release --target data snapshot
+) >&2
+exec "$top/build/release/tools/snapshot" "$@"

@@ -1,0 +1,3 @@
+#include "Globals.h"
+
+std::string dataFile(const char* name) { return std::string(LOADDIR) + name; }

@@ -1,0 +1,148 @@
+// The scene: builds the island-and-reef world, advances it and draws it.
+#pragma once
+
+#include <string>
+#include <vector>
+
+#include "BigFishMovement.h"
+#include "FishSteering.h"
+#include "MVSettingsDlg.h"
+#include "SingleFishMovement.h"
+#include "SkyDome.h"
+#include "WaterGround.h"
+#include "WaterSurface.h"
+#include "framework/LanguagePack.h"
+#include "system/AnimationTrack.h"
+#include "system/Camera.h"
+#include "system/GLHelpers.h"
+#include "system/GLText.h"
+#include "system/InputIF.h"
+#include "system/ModelCore.h"
+#include "system/QModel.h"
+#include "system/Sound.h"
+#include "system/Texture.h"
+#include "system/TexturedQuad.h"
+
+// The frame that the scene sits in. Another host frame names its header in BASECLASS_HEADER, and
+// that header defines BASECLASS.
+#ifdef BASECLASS_HEADER
+#include BASECLASS_HEADER
+#else
+#include "framework/KDEFrame.h"
+#define BASECLASS KDEFrame
+#endif
+
+/// The one scene object of the saver. The frame calls readSettings, initGL and initScene once,
+/// then updateScene and renderScene for every tick, and cleanup before the GL context goes; all of
+/// them, and construction, on one thread. From initGL on a GL context must be current.
+///
+/// Every world object is a member; only the fish arrays and the sound player are allocated, by
+/// initScene, and released by cleanup. After cleanup the scene may still be updated and drawn: what
+/// was released is simply gone.
+class CMarivistaScreensaver : public BASECLASS {
+public:
+    CMarivistaScreensaver();
+    ~CMarivistaScreensaver() override = default;
+
+    bool initScene() override;
+    bool initGL() override;
+    void updateScene() override;
+    void renderScene() override;
+    bool releaseGL() override;
+    bool cleanup() override;
+    bool doConfig() override;
+    bool readSettings() override;
+    bool writeSettings() override;
+    bool resetEvents() override;
+    bool processSDLEvents(SDL_Event* event) override;
+
+    SaverSettings wantedwssettings;
+    bool init = false;
+    Uint32 timer;  ///< Tick count of the previous update, milliseconds.
+    char fpsstr[1024];
+    int framecounter = 0;
+    bool wireframe = false;
+    bool fpsOn = false;  ///< Show the frame-rate line; may be set at any time.
+    bool helpexpanded = false;
+    bool helpvisible = true;
+    Uint32 fpstimer = 0;       ///< Milliseconds since the last frame-rate line.
+    Uint32 lastframetime = 0;  ///< Length of the last tick, milliseconds.
+    float watertexmotion = 0;  ///< Texture offset of water and caustics, in [0, 1).
+    Uint32 gulltimer;          ///< Start of the gull's current animation phase, ticks.
+    bool gullflyanimation = true;
+    bool gullreverseflight = false;
+    int gull_nextani = 3000;  ///< Length of that phase, milliseconds.
+    bool mantareverse = false;
+    int autoCameraDirection = 0;  ///< 0 resting, 1 travelling up, -1 travelling down.
+    Uint32 cameratimer;           ///< Start of the current rest, ticks.
+    int camera_nextmove = 10000;  ///< Length of the current rest, milliseconds.
+    bool autocameramove = false;
+    bool camerascrolling = false;  ///< The camera started a travel in this tick.
+    int numFish = 0;               ///< Reef fish in fish and fishmove.
+    int boidcount = 0;             ///< School fish in fishcrowd.
+    bool bird_gull = false;
+    LanguagePack language;
+    Sound* sound = nullptr;  ///< Owned; only with sound switched on.
+    Texture tex_sky, tex_gull, tex_manta, tex_terrain, tex_coral_a, tex_coral_b, tex_coral_c,
+        tex_coral_d, tex_coral_f, tex_coral_g, tex_coral_h, tex_coral_i, tex_water, tex_gwfader,
+        tex_rock2, tex_island;
+    Texture tex_caustics[32], tex_caustics_fish[32], tex_highlight[32];
+    Texture tex_highlight_blend, tex_fish_blue, tex_fish_yellow, tex_fish_red, tex_fish_moorishidol,
+        tex_fish_ybig, tex_fish_rbig, tex_fish_gsb, tex_fish_swp;
+    ModelCore gull, manta;
+    QModel gull_model, manta_model;
+    ModelCore coral_a, coral_b[3], coral_c, coral_d[2], coral_f, coral_g, coral_h, coral_i;
+    QModel coral_a_model, coral_b_model, coral_c_model, coral_d_model, coral_f_model, coral_g_model,
+        coral_h_model, coral_i_model;
+    ModelCore vegetarian1;  ///< The school's leader; never drawn.
+    SingleFishMovement vmove1;
+    InputIF input;
+    GLText gltext, fpstext;
+    Camera camera;
+    SkyDome sky;
+    TexturedQuad skyflat;
+    WaterSurface water;
+    TexturedQuad gwfader, highlight, island, rock2;
+    AnimationTrack mantatrack, gulltrack;
+    IntervallTimer soundtimer, helptexttimer;
+    BigFishMovement bigfishmove;
+    ModelCore yellowbigfish, redbigfish;
+    QModel yellowbigfish_model, redbigfish_model;
+    ModelCore* fish = nullptr;  ///< Owned array of numFish.
+    QModel fish_stripe_model, fish_red_model, fish_blue_model, fish_yell_blu_model;
+    SingleFishMovement* fishmove = nullptr;  ///< Owned array of numFish.
+    WaterGround terrain;
+    FishSteering fishsteering;
+    ModelCore* fishcrowd = nullptr;  ///< Owned array of boidcount.
+    QModel crowd_model;
+    ModelCore hunter1;
+    QModel hunter1_model;
+    SingleFishMovement huntmove1;
+
+private:
+    void loadTextures();
+    void loadModels();
+    void initSound();
+    void initCamera();
+    void initGull();
+    void initSchoolLeader();
+    void initManta();
+    void initHunter();
+    void initBigFish(int* used);
+    void initReefFish(int count);
+    void initSchool();
+    void initSky();
+    void initSeaFloor();
+    void initCorals();
+    void initWaterAndQuads();
+
+    void addGullWaypoints(bool reverse);
+    void addMantaWaypoints(bool reverse);
+    void moveGull();
+    void moveManta();
+    void autoCameraMove();
+    void playRandomGullsound();
+
+    /// Frame of the 20 pictures-a-second animations that is due now.
+    static int animationFrame();
+};
