@@ -19,6 +19,22 @@ bool Picture::savePng(const std::string& path) const {
     return png_image_write_to_file(&png, path.c_str(), 0, rgb.data(), 0, nullptr) != 0;
 }
 
+Picture Picture::loadPng(const std::string& path) {
+    png_image png;
+    std::memset(&png, 0, sizeof png);
+    png.version = PNG_IMAGE_VERSION;
+    if (!png_image_begin_read_from_file(&png, path.c_str()))
+        return {};
+    png.format = PNG_FORMAT_RGB;
+    Picture picture;
+    picture.rgb.resize(PNG_IMAGE_SIZE(png));
+    if (!png_image_finish_read(&png, nullptr, picture.rgb.data(), 0, nullptr))
+        return {};
+    picture.width = static_cast<int>(png.width);
+    picture.height = static_cast<int>(png.height);
+    return picture;
+}
+
 OffscreenContext::OffscreenContext(int width, int height) : width_(width), height_(height) {
     setenv("LIBGL_ALWAYS_SOFTWARE", "1", 1);
     display_ = eglGetPlatformDisplay(EGL_PLATFORM_SURFACELESS_MESA, EGL_DEFAULT_DISPLAY, nullptr);

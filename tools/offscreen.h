@@ -12,6 +12,8 @@ struct Picture {
 
     /// Writes a PNG; false when the file cannot be written.
     bool savePng(const std::string& path) const;
+    /// Reads a PNG, without its alpha; an empty picture when that fails.
+    static Picture loadPng(const std::string& path);
 };
 
 /// A drawing area in memory with a 24-bit depth buffer and an OpenGL

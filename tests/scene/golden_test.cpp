@@ -1,0 +1,192 @@
+// Pictures of the real scene, drawn by Mesa and compared with pictures kept beside this file.
+//
+// The kept pictures change only through scripts/golden.sh.
+
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <unistd.h>
+
+#include <cmath>
+#include <cstdio>
+#include <cstdlib>
+#include <fstream>
+#include <sstream>
+#include <string>
+
+#include "offscreen.h"
+
+namespace {
+
+std::string temporary(const std::string& name) {
+    return testing::TempDir() + "atollia-" + std::to_string(getpid()) + "-" + name;
+}
+
+std::string bytes(const std::string& path) {
+    std::ifstream file(path, std::ios::binary);
+    std::ostringstream text;
+    text << file.rdbuf();
+    return text.str();
+}
+
+/// Runs the project's camera; the path of the picture it took.
+std::string snapshot(const std::string& name, const std::string& arguments) {
+    const std::string out = temporary(name);
+    const std::string command = std::string(SNAPSHOT) + " " + out + " " + arguments;
+    EXPECT_EQ(std::system(command.c_str()), 0) << command;
+    return out;
+}
+
+constexpr int BLOCK = 4;
+
+/// Mean colour of a block of 4 x 4 pixels.
+struct Block {
+    double channel[3] = {};
+};
+
+Block block(const Picture& picture, int x, int y) {
+    Block mean;
+    for (int b = 0; b < BLOCK; ++b)
+        for (int a = 0; a < BLOCK; ++a)
+            for (int c = 0; c < 3; ++c)
+                mean.channel[c] +=
+                    picture.rgb[static_cast<size_t>(((y + b) * picture.width + x + a) * 3 + c)] /
+                    double(BLOCK * BLOCK);
+    return mean;
+}
+
+struct Difference {
+    double mean = 0;   ///< Over all blocks and channels, in levels.
+    double worst = 0;  ///< Of one block and channel.
+    int x = 0, y = 0;  ///< Where that is.
+    int bad_blocks = 0;
+};
+
+/// A block is bad when it differs by more than this: what a fish seen from its other side does,
+/// and what another processor's rounding does not.
+constexpr double BAD_LEVELS = 20;
+constexpr int MOST_BAD_BLOCKS = 12;
+constexpr double MOST_MEAN = 1.0;
+
+Difference compare(const Picture& one, const Picture& other) {
+    Difference result;
+    int count = 0;
+    for (int y = 0; y + BLOCK <= one.height; y += BLOCK)
+        for (int x = 0; x + BLOCK <= one.width; x += BLOCK) {
+            const Block p = block(one, x, y), q = block(other, x, y);
+            double most = 0;
+            for (int c = 0; c < 3; ++c) {
+                const double d = std::fabs(p.channel[c] - q.channel[c]);
+                result.mean += d;
+                ++count;
+                most = std::max(most, d);
+            }
+            if (most > BAD_LEVELS)
+                ++result.bad_blocks;
+            if (most > result.worst) {
+                result.worst = most;
+                result.x = x;
+                result.y = y;
+            }
+        }
+    result.mean /= count;
+    return result;
+}
+
+struct Golden {
+    const char* name;
+    const char* arguments;
+};
+
+void PrintTo(const Golden& golden, std::ostream* out) { *out << golden.name; }
+
+class GoldenPicture : public testing::TestWithParam<Golden> {};
+
+TEST_P(GoldenPicture, IsAsItWas) {
+    const std::string name = GetParam().name;
+    std::string arguments = GetParam().arguments;
+    const std::string config = temporary(name + ".config");
+    std::ofstream(config) << "SkyType=" << (name.find("clear") != std::string::npos ? 1 : 0)
+                          << "\n";
+    const std::string path =
+        snapshot(name + ".png", arguments + " --size 640x474 --seed 1 --config " + config);
+    const Picture now = Picture::loadPng(path);
+    if (std::getenv("ATOLLIA_NEW_GOLDEN")) {
+        ASSERT_TRUE(now.savePng(TEST_DIR "golden/" + name + ".png"));
+        return;
+    }
+    const Picture golden = Picture::loadPng(TEST_DIR "golden/" + name + ".png");
+    ASSERT_EQ(golden.width, now.width);
+    ASSERT_EQ(golden.height, now.height);
+    const Difference difference = compare(golden, now);
+    EXPECT_LE(difference.mean, MOST_MEAN) << "see " << path;
+    EXPECT_LE(difference.bad_blocks, MOST_BAD_BLOCKS)
+        << "worst by " << difference.worst << " levels at " << difference.x << ", " << difference.y
+        << "; see " << path;
+    if (!HasFailure()) {
+        std::remove(path.c_str());
+        std::remove(config.c_str());
+    }
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Views, GoldenPicture,
+    testing::Values(Golden{"bottom-cloudy-4", "--view bottom --seconds 4"},
+                    Golden{"bottom-cloudy-9", "--view bottom --seconds 9"},
+                    Golden{"bottom-clear-4", "--view bottom --seconds 4"},
+                    Golden{"bottom-clear-9", "--view bottom --seconds 9"},
+                    Golden{"middle-cloudy-4", "--view middle --seconds 4"},
+                    Golden{"middle-cloudy-9", "--view middle --seconds 9"},
+                    Golden{"middle-clear-4", "--view middle --seconds 4"},
+                    Golden{"middle-clear-9", "--view middle --seconds 9"},
+                    Golden{"top-cloudy-4", "--view top --seconds 4"},
+                    Golden{"top-cloudy-9", "--view top --seconds 9"},
+                    Golden{"top-clear-4", "--view top --seconds 4"},
+                    Golden{"top-clear-9", "--view top --seconds 9"}),
+    [](const testing::TestParamInfo<Golden>& info) {
+        std::string name = info.param.name;
+        for (char& c : name)
+            if (c == '-')
+                c = '_';
+        return name;
+    });
+
+TEST(Snapshot, SameArgumentsGiveTheSameBytes) {
+    const std::string arguments = "--view bottom --seconds 3 --size 320x237";
+    const std::string one = snapshot("one.png", arguments), two = snapshot("two.png", arguments);
+    EXPECT_FALSE(bytes(one).empty());
+    EXPECT_EQ(bytes(one), bytes(two));
+}
+
+TEST(Snapshot, IsNotBlankAndDiffersBetweenViews) {
+    Picture views[3];
+    const char* const names[] = {"bottom", "middle", "top"};
+    for (int i = 0; i < 3; ++i) {
+        const std::string name = names[i];
+        views[i] = Picture::loadPng(
+            snapshot(name + ".png", "--view " + name + " --seconds 1 --size 320x237"));
+        ASSERT_EQ(views[i].width, 320);
+        const auto [low, high] = std::minmax_element(views[i].rgb.begin(), views[i].rgb.end());
+        EXPECT_GT(*high - *low, 100) << name;
+    }
+    EXPECT_GT(compare(views[0], views[1]).mean, 5);
+    EXPECT_GT(compare(views[1], views[2]).mean, 5);
+    EXPECT_GT(compare(views[0], views[2]).mean, 5);
+}
+
+TEST(Snapshot, NumbersThePicturesOfAStrip) {
+    const std::string out =
+        snapshot("strip.png", "--seconds 0.5 --frames 2 --fps 5 --size 160x118");
+    const std::string base = out.substr(0, out.size() - 4);
+    EXPECT_FALSE(bytes(base + "-0000.png").empty());
+    EXPECT_FALSE(bytes(base + "-0001.png").empty());
+    EXPECT_NE(bytes(base + "-0000.png"), bytes(base + "-0001.png"));
+}
+
+TEST(Snapshot, RefusesNonsense) {
+    for (const char* arguments : {"", "x.png --view sideways", "x.png --size big", "x.png --what"})
+        EXPECT_NE(
+            std::system((std::string(SNAPSHOT) + " " + arguments + " 2>/dev/null").c_str()), 0)
+            << arguments;
+}
+
+}  // namespace
