@@ -57,6 +57,14 @@ void addCausticTextures(RenderObject& object, Texture& picture, Texture& caustic
 /// Elapsed milliseconds since a tick count, right across the wrap of the 32-bit count.
 Sint64 since(Uint32 start, Uint32 now) { return static_cast<Uint32>(now - start); }
 
+void limitFish(int* count, const char* key) {
+    if (*count > MAX_FISH) {
+        std::printf("%s %d is more than %d, running with %d\n", key, *count, MAX_FISH, MAX_FISH);
+        *count = MAX_FISH;
+    }
+}
+
+/// Seconds of rest as milliseconds, kept within the range of an int.
 int saturatedSeconds(int seconds) {
     constexpr int limit = 2000000;
     return (seconds > limit ? limit : seconds < -limit ? -limit : seconds) * 1000;
@@ -85,6 +93,34 @@ bool CMarivistaScreensaver::resetEvents() { return true; }
 
 bool CMarivistaScreensaver::processSDLEvents(SDL_Event* event) {
     return BASECLASS::processSDLEvents(event);
+}
+
+// ---------------------------------------------------------------------------------------------
+// Settings
+
+bool CMarivistaScreensaver::readSettings() {
+    if (!openSettingsFile(strRegPath, strProjectName))
+        return true;
+    for (const SETTING& setting : settings_read)
+        if (setting.number)
+            wantedwssettings.*setting.number =
+                readInt(setting.key, wantedwssettings.*setting.number);
+        else
+            wantedwssettings.*setting.flag = readBool(setting.key, wantedwssettings.*setting.flag);
+    closeSettingsFile();
+    limitFish(&wantedwssettings.boidcount, "BoidCount");
+    limitFish(&wantedwssettings.fishcount, "FishCount");
+    return true;
+}
+
+bool CMarivistaScreensaver::writeSettings() {
+    if (!openSettingsFile(strRegPath, strProjectName))
+        return true;
+    for (const SETTING& setting : settings_written)
+        writeInt(setting.key, setting.number ? wantedwssettings.*setting.number
+                                             : int(wantedwssettings.*setting.flag));
+    closeSettingsFile();
+    return true;
 }
 
 // ---------------------------------------------------------------------------------------------

@@ -128,27 +128,26 @@ TEST_P(GoldenPicture, IsAsItWas) {
     }
 }
 
-INSTANTIATE_TEST_SUITE_P(
-    Views, GoldenPicture,
-    testing::Values(Golden{"bottom-cloudy-4", "--view bottom --seconds 4"},
-                    Golden{"bottom-cloudy-9", "--view bottom --seconds 9"},
-                    Golden{"bottom-clear-4", "--view bottom --seconds 4"},
-                    Golden{"bottom-clear-9", "--view bottom --seconds 9"},
-                    Golden{"middle-cloudy-4", "--view middle --seconds 4"},
-                    Golden{"middle-cloudy-9", "--view middle --seconds 9"},
-                    Golden{"middle-clear-4", "--view middle --seconds 4"},
-                    Golden{"middle-clear-9", "--view middle --seconds 9"},
-                    Golden{"top-cloudy-4", "--view top --seconds 4"},
-                    Golden{"top-cloudy-9", "--view top --seconds 9"},
-                    Golden{"top-clear-4", "--view top --seconds 4"},
-                    Golden{"top-clear-9", "--view top --seconds 9"}),
-    [](const testing::TestParamInfo<Golden>& info) {
-        std::string name = info.param.name;
-        for (char& c : name)
-            if (c == '-')
-                c = '_';
-        return name;
-    });
+INSTANTIATE_TEST_SUITE_P(Views, GoldenPicture,
+                         testing::Values(Golden{"bottom-cloudy-4", "--view bottom --seconds 4"},
+                                         Golden{"bottom-cloudy-9", "--view bottom --seconds 9"},
+                                         Golden{"bottom-clear-4", "--view bottom --seconds 4"},
+                                         Golden{"bottom-clear-9", "--view bottom --seconds 9"},
+                                         Golden{"middle-cloudy-4", "--view middle --seconds 4"},
+                                         Golden{"middle-cloudy-9", "--view middle --seconds 9"},
+                                         Golden{"middle-clear-4", "--view middle --seconds 4"},
+                                         Golden{"middle-clear-9", "--view middle --seconds 9"},
+                                         Golden{"top-cloudy-4", "--view top --seconds 4"},
+                                         Golden{"top-cloudy-9", "--view top --seconds 9"},
+                                         Golden{"top-clear-4", "--view top --seconds 4"},
+                                         Golden{"top-clear-9", "--view top --seconds 9"}),
+                         [](const testing::TestParamInfo<Golden>& info) {
+                             std::string name = info.param.name;
+                             for (char& c : name)
+                                 if (c == '-')
+                                     c = '_';
+                             return name;
+                         });
 
 TEST(Snapshot, SameArgumentsGiveTheSameBytes) {
     const std::string arguments = "--view bottom --seconds 3 --size 320x237";
@@ -184,8 +183,8 @@ TEST(Snapshot, NumbersThePicturesOfAStrip) {
 
 TEST(Snapshot, RefusesNonsense) {
     for (const char* arguments : {"", "x.png --view sideways", "x.png --size big", "x.png --what"})
-        EXPECT_NE(
-            std::system((std::string(SNAPSHOT) + " " + arguments + " 2>/dev/null").c_str()), 0)
+        EXPECT_NE(std::system((std::string(SNAPSHOT) + " " + arguments + " 2>/dev/null").c_str()),
+                  0)
             << arguments;
 }
 
