@@ -75,9 +75,8 @@ int saturatedSeconds(int seconds) {
 CMarivistaScreensaver::CMarivistaScreensaver() : BASECLASS(nullptr, nullptr) {
     std::strcpy(strRegPath, "Software\\Orvo\\Screensavers\\Atollia");
     std::strcpy(strProjectName, "Orvo Atollia");
-    char module[256];
-    getModulePath(module, sizeof module);
-    std::snprintf(dataPath, sizeof dataPath, "%sAtollia/", module);
+    getModulePath(dataPath, sizeof dataPath);
+    std::strcat(dataPath, "Atollia/");
     std::srand(static_cast<unsigned>(std::time(nullptr)));
     fpsstr[0] = '\0';
     timer = gulltimer = cameratimer = SDL_GetTicks();
