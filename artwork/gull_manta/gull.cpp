@@ -1,0 +1,398 @@
+// The gull: white body, grey mantle, black wing tips with white spots, yellow bill. Opaque, so
+// every outline is geometry. File units; the span is 30.
+#include <string>
+
+#include "common/image.h"
+#include "common/mesh.h"
+#include "common/noise.h"
+#include "common/parallel.h"
+#include "fish/curve.h"
+#include "gull_manta/wing.h"
+
+using namespace art;
+
+namespace {
+
+constexpr int kGlide = 20, kBetween = 3, kFly = 20, kFrames = kGlide + kBetween + kFly;
+
+// Body: 0 at the bill's tip, 1 at the root of the tail; heights and widths in file units.
+constexpr float kBodyLength = 10.6f, kBillTip = 6.4f;  // y of the tip
+constexpr int kHalfSides = 8;
+const Curve kTop = {{0, 0.62f},     {0.035f, 0.80f}, {0.10f, 0.90f}, {0.125f, 1.02f},
+                    {0.16f, 1.36f}, {0.20f, 1.48f},  {0.26f, 1.36f}, {0.34f, 1.16f},
+                    {0.50f, 1.10f}, {0.70f, 0.86f},  {0.88f, 0.46f}, {1.0f, 0.22f}};
+const Curve kBottom = {{0, 0.50f},      {0.03f, 0.48f},  {0.10f, 0.44f},  {0.125f, 0.36f},
+                       {0.17f, 0.10f},  {0.24f, -0.22f}, {0.34f, -0.86f}, {0.48f, -1.22f},
+                       {0.64f, -1.10f}, {0.82f, -0.52f}, {1.0f, 0.02f}};
+const Curve kWidth = {{0, 0.05f},     {0.04f, 0.14f}, {0.11f, 0.22f}, {0.14f, 0.46f},
+                      {0.19f, 0.66f}, {0.25f, 0.70f}, {0.34f, 0.96f}, {0.48f, 1.16f},
+                      {0.64f, 1.02f}, {0.84f, 0.62f}, {1.0f, 0.42f}};
+const float kStations[] = {0,     0.03f, 0.07f, 0.11f, 0.13f, 0.155f, 0.18f, 0.21f, 0.25f,
+                           0.30f, 0.36f, 0.44f, 0.52f, 0.60f, 0.70f,  0.80f, 0.90f, 1.0f};
+
+// Wing: 0 at the shoulder, 1 at the tip. Edges are y, relative to the shoulder line.
+constexpr float kShoulderX = 0.55f, kShoulderY = 1.9f, kShoulderZ = 0.62f;
+constexpr float kWingSpan = 15.0f - kShoulderX;
+constexpr float kWrist = 0.43f;
+const Curve kLeading = {{0, 1.05f},     {0.10f, 1.20f},  {0.25f, 1.85f},
+                        {0.38f, 2.35f}, {0.46f, 2.30f},  {0.60f, 1.45f},
+                        {0.78f, 0.05f}, {0.92f, -1.35f}, {1.0f, -2.35f}};
+const Curve kTrailing = {{0, -3.05f},     {0.12f, -2.55f}, {0.28f, -1.75f}, {0.42f, -1.55f},
+                         {0.55f, -1.85f}, {0.72f, -2.30f}, {0.88f, -2.62f}, {1.0f, -2.60f}};
+constexpr int kFeathers = 15;  // along the trailing edge of one wing
+constexpr float kChordsTop[] = {0, 0.07f, 0.22f, 0.50f, 0.80f, 1};
+constexpr float kChordsBottom[] = {0, 0.10f, 0.40f, 0.80f, 1};
+
+// The sheet: strips over its whole width, and the tail.
+struct Strip {
+    float s0, s1, t0, t1;
+};
+constexpr Strip kBodyStrip{0, 1, 0, 0.34f}, kWingTop{0, 1, 0.34f, 0.62f},
+    kWingBottom{0, 1, 0.62f, 0.82f}, kTailStrip{0, 0.5f, 0.82f, 1};
+constexpr int kSheet = 512;
+constexpr float kRim = 2.5f / kSheet;
+
+Vec2 onStrip(const Strip& strip, float u, float v) {
+    return {mix(strip.s0 + kRim, strip.s1 - kRim, u), mix(strip.t0 + kRim, strip.t1 - kRim, v)};
+}
+
+Vec3 bodySurface(float along, float round) {
+    const float top = kTop.at(along), bottom = kBottom.at(along), middle = mix(bottom, top, 0.5f);
+    const float angle = round * kPi;
+    return {kWidth.at(along) * std::sin(angle), kBillTip - along * kBodyLength,
+            middle + (top - middle) * std::cos(angle)};
+}
+
+/// How far the trailing edge is cut back at a place of the span: feathers end in points, deeper
+/// ones towards the tip.
+float notch(float along) { return mix(0.05f, 0.16f, smoothstep(0.45f, 1.0f, along)); }
+
+// ---- Mesh ----
+
+enum class Limb { BODY, WING, TAIL };
+struct Rig {
+    Limb limb = Limb::BODY;
+    float side = 1;   ///< Of a wing: 1 right, -1 left.
+    float along = 0;  ///< Of a wing: 0 shoulder, 1 tip; of the tail: 0 root, 1 end.
+};
+
+struct Gull {
+    Mesh mesh;
+    std::vector<Rig> rigs;
+
+    int add(Vec3 p, Vec2 texture, Rig rig) {
+        rigs.push_back(rig);
+        return mesh.add(p, texture);
+    }
+    void body();
+    void wing(float side);
+    void tail();
+};
+
+void Gull::body() {
+    constexpr int kRing = 2 * kHalfSides;
+    const int first = static_cast<int>(mesh.vertices.size());
+    int rings = 0;
+    for (const float along : kStations) {
+        for (int k = 0; k < kRing; ++k) {
+            const float round = static_cast<float>(k <= kHalfSides ? k : kRing - k) / kHalfSides;
+            Vec3 p = bodySurface(along, round);
+            if (k > kHalfSides)
+                p.x = -p.x;
+            add(p, onStrip(kBodyStrip, along, round), {});
+        }
+        ++rings;
+    }
+    for (int i = 0; i + 1 < rings; ++i)
+        for (int k = 0; k < kRing; ++k) {
+            const int a = first + i * kRing, c = (k + 1) % kRing;
+            mesh.quad(a + k, a + c, a + kRing + c, a + kRing + k);
+        }
+    for (const int cap : {first, first + (rings - 1) * kRing})
+        for (int k = 1; k + 1 < kRing; ++k)
+            mesh.triangle(cap, cap + k, cap + k + 1);
+}
+
+void Gull::wing(float side) {
+    const auto surface = [&](const Strip& strip, const float* chords, int count, float bulge) {
+        constexpr int kColumns = 2 * kFeathers;
+        const int first = static_cast<int>(mesh.vertices.size());
+        for (int i = 0; i <= kColumns; ++i) {
+            const float along = static_cast<float>(i) / kColumns;
+            const float front = kLeading.at(along);
+            const float cut = i % 2 == 0 && i > 0 && i < kColumns ? notch(along) : 0.0f;
+            for (int j = 0; j < count; ++j) {
+                // Every second column is a gap between two feathers.
+                const float chord = chords[j] * (j + 1 == count ? 1 - cut : 1);
+                const float y = mix(front, kTrailing.at(along), chord);
+                const float thick = mix(0.50f, 0.05f, smoothstep(0, 0.75f, along));
+                const float profile = std::sqrt(chord) * (1 - chord) * 2.2f;
+                const float camber = 0.30f * (1 - along * 0.6f) * std::sin(kPi * clamp01(chord));
+                add({side * (kShoulderX + along * kWingSpan), kShoulderY + y,
+                     kShoulderZ + camber + bulge * thick * profile},
+                    onStrip(strip, along, chord), {Limb::WING, side, along});
+            }
+        }
+        for (int i = 0; i < kColumns; ++i)
+            for (int j = 0; j + 1 < count; ++j) {
+                const int a = first + i * count + j;
+                mesh.quad(a, a + 1, a + count + 1, a + count);
+            }
+    };
+    surface(kWingTop, kChordsTop, static_cast<int>(std::size(kChordsTop)), 0.55f);
+    surface(kWingBottom, kChordsBottom, static_cast<int>(std::size(kChordsBottom)), -0.55f);
+}
+
+void Gull::tail() {
+    constexpr int kColumns = 12;
+    const float root_y = kBillTip - 0.90f * kBodyLength;
+    const int first = static_cast<int>(mesh.vertices.size());
+    for (int i = 0; i <= kColumns; ++i) {
+        const float u = static_cast<float>(i) / kColumns, turn = (u - 0.5f) * 0.86f;
+        for (int j = 0; j <= 2; ++j) {
+            const float v = static_cast<float>(j) / 2;
+            const float reach = 3.5f * v * (j == 2 && i % 2 == 0 ? 0.955f : 1.0f) *
+                                (1 - 0.10f * std::fabs(u - 0.5f));
+            const float x = 0.30f * (2 * u - 1) + std::sin(turn) * reach;
+            add({x, root_y - std::cos(turn) * reach, 0.20f - 0.05f * x * x},
+                onStrip(kTailStrip, u, v), {Limb::TAIL, 1, v});
+        }
+    }
+    for (int i = 0; i < kColumns; ++i)
+        for (int j = 0; j < 2; ++j) {
+            const int a = first + i * 3 + j;
+            mesh.quad(a, a + 1, a + 4, a + 3);
+        }
+}
+
+// ---- Flight ----
+
+/// Everything that moves in one frame. Gliding and the start of the beat share their pose, so that
+/// changing from one to the other does not jump.
+struct Posture {
+    float arm[2], hand[2];  ///< Degrees above level of inner and outer wing, right and left.
+    float sweep = 0;        ///< Degrees the hand is turned back.
+    float twist = 0;        ///< Degrees the leading edge is turned down.
+    float heave = 0;        ///< Of the body.
+    float tail = 0;         ///< Degrees the tail is bent down.
+    float tail_roll = 0;
+};
+
+constexpr float kGlideArm = 11, kGlideHand = -6, kGlideSweep = 7;
+
+Posture posture(int frame) {
+    Posture p;
+    if (frame < kGlide) {
+        const float t = 2 * kPi * static_cast<float>(frame) / kGlide;
+        const float rock = 1.8f * std::sin(t);
+        const float trim = 1.2f * std::sin(2 * t);
+        for (const int i : {0, 1}) {
+            const float way = i == 0 ? 1.0f : -1.0f;
+            p.arm[i] = kGlideArm + way * rock;
+            p.hand[i] = kGlideHand + way * (1.6f * rock + trim);
+        }
+        p.sweep = kGlideSweep;
+        p.tail_roll = -4 * std::sin(t);
+        p.heave = 0.04f * std::sin(t);
+        return p;
+    }
+    const float t =
+        frame < kGlide + kBetween ? 0.0f : static_cast<float>(frame - kGlide - kBetween) / kFly;
+    // Up first. The hand follows the arm late: bent up on the way down, hanging on the way up.
+    const float beat = 2 * kPi * t, late = 0.6f, reach = 40;
+    for (const int i : {0, 1}) {
+        p.arm[i] = kGlideArm + 31 * std::sin(beat);
+        p.hand[i] = kGlideHand + reach * (std::sin(beat - late) + std::sin(late));
+    }
+    const float recover = std::max(0.0f, std::sin(beat - kPi * 1.1f));
+    p.sweep = kGlideSweep + 20 * recover * recover;
+    p.twist = 9 * (std::sin(beat + kPi) * 0.3f - std::cos(beat) + 1) * 0.5f;
+    p.heave = -0.32f * std::sin(beat);
+    p.tail = 3 * std::sin(beat);
+    return p;
+}
+
+Vec3 pose(const Rig& rig, Vec3 p, const Posture& now) {
+    if (rig.limb == Limb::WING) {
+        const int i = rig.side > 0 ? 0 : 1;
+        const BentWing wing(
+            [&](float distance) {
+                const float bent = smoothstep(kWrist - 0.14f, kWrist + 0.14f, distance / kWingSpan);
+                return mix(now.arm[i], now.hand[i], bent);
+            },
+            kWingSpan);
+        float out = rig.along * kWingSpan, y = p.y - kShoulderY;
+        // The hand turns back about the wrist.
+        const float wrist = kWrist * kWingSpan;
+        if (out > wrist) {
+            const float soft = smoothstep(wrist, wrist + 3.0f, out);
+            const float a = now.sweep * soft * kPi / 180;
+            const float x = out - wrist, wrist_y = 1.2f, dy = y - wrist_y;
+            out = wrist + x * std::cos(a) + dy * std::sin(a);
+            y = wrist_y - x * std::sin(a) + dy * std::cos(a);
+        }
+        const float twist = now.twist * (0.3f + 0.7f * rig.along) * kPi / 180;
+        const Vec2 q = wing.carry(out, p.z - kShoulderZ - std::sin(twist) * y);
+        p = {rig.side * (kShoulderX + q.x), kShoulderY + y, kShoulderZ + q.y};
+    } else if (rig.limb == Limb::TAIL) {
+        const float roll = now.tail_roll * rig.along * kPi / 180;
+        p.z += p.x * std::sin(roll) - std::sin(now.tail * kPi / 180) * 3.5f * rig.along;
+    }
+    // The head keeps still while the body heaves.
+    const float head = rig.limb == Limb::BODY ? smoothstep(1.5f, 5.0f, p.y) : 0.0f;
+    p.z += now.heave * (1 - 0.8f * head);
+    return p;
+}
+
+// ---- Painting ----
+
+const Vec3 kWhite = rgb(252, 253, 254), kGrey = rgb(196, 205, 214), kBlack = rgb(38, 40, 46);
+
+/// Light on a surface that faces up by that much: warm sun above, sky and sea below.
+Vec3 lit(Vec3 c, float up) {
+    return c *
+           mix(Vec3{0.74f, 0.80f, 0.88f}, Vec3{1.0f, 1.0f, 0.99f}, smoothstep(-0.8f, 0.35f, up));
+}
+
+Vec3 bodyColour(float along, float round) {
+    const Vec3 p = bodySurface(along, round);
+    const float angle = round * kPi;
+    const float up = std::cos(angle);
+    Vec3 c = kWhite;
+    // The mantle between the wings.
+    const float mantle = smoothstep(0.52f, 0.40f, round) * band(along, 0.36f, 0.80f, 0.05f);
+    c = mix(c, kGrey, mantle);
+    // Feathers: fine scallops, clearer on the mantle.
+    const float tuft = fractalNoise({along * 70, round * 26, 0}, 3, 5);
+    c *= 1 + (0.030f + 0.025f * mantle) * tuft;
+    c = lit(c, up);
+
+    // Bill: yellow, paler at the cutting edge, red spot below near the tip.
+    const float bill = smoothstep(0.128f, 0.118f, along + 0.012f * std::cos(2 * angle));
+    Vec3 horn = mix(rgb(238, 178, 34), rgb(255, 214, 90), smoothstep(-0.2f, 0.8f, up));
+    const float gape = std::fabs(p.z - (0.62f - 0.35f * std::max(0.0f, along - 0.03f)));
+    horn *= 1 - 0.5f * smoothstep(0.035f, 0.012f, gape) * smoothstep(0.015f, 0.03f, along);
+    horn = mix(
+        horn, rgb(214, 60, 30),
+        smoothstep(1.0f, 0.7f, length(Vec2{(along - 0.040f) / 0.014f, (round - 0.78f) / 0.16f})));
+    c = mix(c, horn, bill);
+
+    // Eye: pale iris, yellow lid ring, soft shade before it.
+    const Vec2 eye{(along - 0.176f) * kBodyLength, p.z - 1.02f};
+    const float r = length(eye);
+    c *= 1 - 0.16f * smoothstep(0.42f, 0.18f, length(eye - Vec2{-0.12f, 0}));
+    c = mix(c, rgb(226, 150, 40), smoothstep(0.20f, 0.185f, r));
+    c = mix(c, rgb(240, 226, 150), smoothstep(0.165f, 0.15f, r));
+    c = mix(c, rgb(12, 12, 14), smoothstep(0.115f, 0.10f, r));
+    c = mix(c, kWhite, smoothstep(0.05f, 0.03f, length(eye - Vec2{-0.05f, 0.06f})));
+    return c;
+}
+
+/// Both sides of the wing; along the span, chord from the leading edge back.
+Vec3 wingColour(float along, float chord, bool above) {
+    const float black = smoothstep(0.735f, 0.775f, along + 0.10f * (chord - 0.5f));
+    Vec3 c = above ? mix(kWhite, kGrey, smoothstep(0.02f, 0.07f, chord)) : kWhite;
+    if (above)
+        c = mix(c, rgb(222, 228, 234), 0.6f * smoothstep(0.45f, 0.72f, along));
+
+    // Rows of coverts overlap like tiles in front of the flight feathers.
+    for (int row = 0; row < 3; ++row) {
+        const float count = 30.0f - 4.0f * static_cast<float>(row);
+        const float phase = along * count + 0.5f * static_cast<float>(row);
+        const float f = 2 * (phase - std::floor(phase)) - 1;
+        const float edge = 0.19f + 0.125f * static_cast<float>(row) + 0.035f * (1 - f * f);
+        const float behind = chord - edge;
+        const float here = 1 - smoothstep(0.72f, 0.85f, along);
+        c *= 1 - (above ? 0.17f : 0.09f) * here * smoothstep(0, 0.006f, behind) *
+                     smoothstep(0.055f, 0.0f, behind);
+        c *= 1 + 0.03f * here * smoothstep(-0.03f, 0.0f, behind) * smoothstep(0.004f, 0.0f, behind);
+    }
+    // Flight feathers: each shades the next one's edge, a thin shaft runs down its middle. Those of
+    // the hand lean outwards.
+    const float lean = 0.09f * smoothstep(0.35f, 0.9f, along) * (1 - chord);
+    const float phase = (along + lean) * kFeathers;
+    const float f = phase - std::floor(phase);
+    const float flight = smoothstep(0.40f, 0.55f, chord + 0.25f * smoothstep(0.5f, 0.8f, along));
+    c *= 1 - (above ? 0.20f : 0.15f) * flight * smoothstep(0.55f, 1.0f, f);
+    c *= 1 + 0.05f * flight * smoothstep(0.25f, 0.0f, f);
+    const float shaft = std::fabs(f - 0.45f);
+    c *= 1 - 0.10f * flight * smoothstep(0.05f, 0.015f, shaft);
+    // A white hem behind the arm.
+    c = mix(c, kWhite, smoothstep(0.86f, 0.92f, chord) * (1 - smoothstep(0.55f, 0.66f, along)));
+
+    // The black tip with its row of white spots.
+    Vec3 dark = kBlack * (1 + 0.5f * smoothstep(0.3f, 0.0f, f) * flight);
+    dark *= 0.93f + 0.14f * valueNoise({along * 60, chord * 8, 0}, 3);
+    c = mix(c, above ? dark : mix(dark, rgb(96, 102, 112), 0.35f), black);
+    const float spot = length(Vec2{(f - 0.45f) / 0.38f, (chord - 0.90f) / 0.055f});
+    c = mix(c, kWhite, smoothstep(1.15f, 0.85f, spot) * smoothstep(0.76f, 0.80f, along));
+    const float mirror = length(Vec2{(along - 0.915f) / 0.028f, (chord - 0.42f) / 0.24f});
+    c = mix(c, kWhite, smoothstep(1.1f, 0.85f, mirror));
+
+    c *= 0.975f + 0.05f * valueNoise({along * 46, chord * 11, 0}, 9);
+    if (above)  // the leading edge turns down, the hollow behind the arm lies a little darker
+        return c * (1 - 0.07f * band(chord, 0.30f, 0.60f, 0.2f) * (1 - along));
+    // Sun shines through the hem of the flight feathers.
+    const float through = 0.10f * smoothstep(0.5f, 1.0f, chord) * (1 - black);
+    return c * Vec3{0.80f + through, 0.85f + through * 0.9f, 0.92f + through * 0.5f} *
+           (1 - 0.14f * smoothstep(0.18f, 0.0f, along));
+}
+
+Vec3 tailColour(float u, float v) {
+    const float phase = u * 6, f = std::fabs(phase - std::floor(phase) - 0.5f) * 2;
+    Vec3 c = kWhite * (1 - 0.13f * smoothstep(0.70f, 1.0f, f) * smoothstep(0.1f, 0.4f, v));
+    c *= 1 - 0.08f * smoothstep(0.35f, 0.0f, v);
+    return c * Vec3{0.96f, 0.97f, 0.99f};
+}
+
+void paint(Image& sheet, const Strip& strip, const std::function<Vec3(float u, float v)>& colour) {
+    constexpr int kSamples = 3;
+    const int x0 = static_cast<int>(std::lround(strip.s0 * kSheet)),
+              x1 = static_cast<int>(std::lround(strip.s1 * kSheet));
+    const int y0 = static_cast<int>(std::lround(strip.t0 * kSheet)),
+              y1 = static_cast<int>(std::lround(strip.t1 * kSheet));
+    const Vec2 low = onStrip(strip, 0, 0), high = onStrip(strip, 1, 1);
+    parallelFor(y1 - y0, [&](int row) {
+        for (int x = x0; x < x1; ++x) {
+            Vec3 sum;
+            for (int i = 0; i < kSamples * kSamples; ++i) {
+                const float s =
+                    (static_cast<float>(x) + (static_cast<float>(i % kSamples) + 0.5f) / kSamples) /
+                    kSheet;
+                const float t = (static_cast<float>(y0 + row) +
+                                 (static_cast<float>(i / kSamples) + 0.5f) / kSamples) /
+                                kSheet;
+                sum += colour(clamp01((s - low.x) / (high.x - low.x)),
+                              clamp01((t - low.y) / (high.y - low.y)));
+            }
+            sheet.at(x, y0 + row).colour = sum / (kSamples * kSamples);
+        }
+    });
+}
+
+}  // namespace
+
+int main(int, char** arguments) {
+    const std::string folder = std::string(arguments[1]) + "/models/";
+    Gull gull;
+    gull.body();
+    gull.tail();
+    gull.wing(1);
+    gull.wing(-1);
+    std::vector<Posture> postures;
+    for (int frame = 0; frame < kFrames; ++frame)
+        postures.push_back(posture(frame));
+    saveModel(
+        gull.mesh, kFrames,
+        [&](int vertex, const Vec3& rest, int frame) {
+            return pose(gull.rigs[size_t(vertex)], rest, postures[size_t(frame)]);
+        },
+        folder + "gull.nlm");
+
+    Image sheet(kSheet, kSheet, {kWhite, 1});
+    paint(sheet, kBodyStrip, bodyColour);
+    paint(sheet, kWingTop, [](float u, float v) { return wingColour(u, v, true); });
+    paint(sheet, kWingBottom, [](float u, float v) { return wingColour(u, v, false); });
+    paint(sheet, kTailStrip, tailColour);
+    saveBmp24(sheet, folder + "gull.nlt");
+}
