@@ -22,6 +22,9 @@ public:
     virtual bool close(bool alsoDelete);
     using QGLWidget::close;
 
+    /// Has the scene release its GL objects and everything else that must not outlive the window.
+    void releaseScene();
+
     virtual void resetSDLEvents();
     bool processSDLEvents(SDL_Event* event) override;
     bool initGL() override = 0;
@@ -58,8 +61,6 @@ protected:
     void closeEvent(QCloseEvent* event) override;
 
 private:
-    void releaseScene();
-
     QByteArray text_read;
     bool scene_released;  ///< this close has released the scene already
 };

@@ -1,0 +1,243 @@
+#include "host/Arguments.h"
+
+#include <array>
+#include <cctype>
+#include <climits>
+#include <cstdlib>
+#include <limits>
+
+namespace {
+
+/// Exit status for an option that nobody knows, outside the saver modes.
+constexpr int UNKNOWN_OPTION = 254;
+
+constexpr std::array ignored_flags = {"install", "noinstall", "mono", "nocrashhandler"};
+constexpr std::array ignored_values = {"visual", "session", "style", "name",
+                                       "title",  "caption", "icon",  "miniicon"};
+
+template <class LIST>
+bool contains(const LIST& list, const std::string& name) {
+    for (const char* entry : list)
+        if (name == entry)
+            return true;
+    return false;
+}
+
+std::optional<int> parseRate(const std::string& text) {
+    char* end = nullptr;
+    const long value = std::strtol(text.c_str(), &end, 10);
+    if (text.empty() || !std::isdigit(static_cast<unsigned char>(text[0])) || *end || value < 1 ||
+        value > 1000)
+        return {};
+    return static_cast<int>(value);
+}
+
+/// Reads an unsigned number at `at` and moves past it.
+bool readNumber(const char*& at, int& number) {
+    if (!std::isdigit(static_cast<unsigned char>(*at)))
+        return false;
+    char* end = nullptr;
+    const long value = std::strtol(at, &end, 10);
+    if (value > SHRT_MAX)  // X's coordinates have 16 bits
+        return false;
+    at = end;
+    number = static_cast<int>(value);
+    return true;
+}
+
+/// Reads a sign and a number, as in +20 or -0.
+bool readOffset(const char*& at, int& number, bool& fromFarEdge) {
+    if (*at != '+' && *at != '-')
+        return false;
+    fromFarEdge = *at++ == '-';
+    return readNumber(at, number);
+}
+
+/// The options that choose what to do, as they came; their precedence is settled at the end.
+struct REQUESTS {
+    bool help = false;
+    bool version = false;
+    bool setup = false;
+    bool demo = false;
+    bool own_window = false;
+    bool root = false;
+    bool unknown = false;
+    std::optional<std::string> window_id;
+};
+
+void refuse(ARGUMENTS& arguments, int status) {
+    arguments.mode = SAVER_MODE::REFUSED;
+    arguments.status = status;
+}
+
+/// Embeds in the window that the text names, or refuses.
+void embed(ARGUMENTS& arguments, const std::string& text, const char* source) {
+    const auto window = parseWindowId(text);
+    if (!window) {
+        arguments.complaints.push_back(std::string(source) + ": \"" + text +
+                                       "\" is not a window id");
+        refuse(arguments, 1);
+        return;
+    }
+    arguments.mode = SAVER_MODE::EMBED;
+    arguments.window = *window;
+}
+
+void chooseMode(ARGUMENTS& arguments, const REQUESTS& asked, const char* hostWindow) {
+    if (asked.help)
+        arguments.mode = SAVER_MODE::HELP;
+    else if (asked.version)
+        arguments.mode = SAVER_MODE::VERSION;
+    else if (asked.setup)
+        arguments.mode = SAVER_MODE::SETUP;
+    else if (asked.demo)
+        arguments.mode = SAVER_MODE::DEMO;
+    else if (asked.window_id)
+        embed(arguments, *asked.window_id, "-window-id");
+    else if (asked.own_window)
+        arguments.mode = SAVER_MODE::DEMO;
+    else if (hostWindow)
+        // A host that names its window wrongly must not get a full-screen window instead.
+        embed(arguments, hostWindow, "XSCREENSAVER_WINDOW");
+    else
+        arguments.mode = asked.root ? SAVER_MODE::ROOT : SAVER_MODE::DEMO;
+
+    const bool carriesOn = arguments.mode == SAVER_MODE::EMBED ||
+                           arguments.mode == SAVER_MODE::ROOT ||
+                           arguments.mode == SAVER_MODE::REFUSED;
+    if (asked.unknown && !carriesOn)
+        refuse(arguments, UNKNOWN_OPTION);
+}
+
+}  // namespace
+
+std::optional<std::uint32_t> parseWindowId(const std::string& text) {
+    const bool hexadecimal = text.size() > 2 && text[0] == '0' && (text[1] | 0x20) == 'x';
+    const std::string digits = hexadecimal ? text.substr(2) : text;
+    const int base = hexadecimal ? 16 : 10;
+    std::uint64_t value = 0;
+    for (const char c : digits) {
+        const auto digit = static_cast<unsigned char>(c);
+        if (hexadecimal ? !std::isxdigit(digit) : !std::isdigit(digit))
+            return {};
+        value = value * base + (std::isdigit(digit) ? c - '0' : (c | 0x20) - 'a' + 10);
+        if (value > std::numeric_limits<std::uint32_t>::max())
+            return {};
+    }
+    if (value == 0)
+        return {};
+    return static_cast<std::uint32_t>(value);
+}
+
+std::optional<GEOMETRY> parseGeometry(const std::string& text) {
+    GEOMETRY geometry;
+    const char* at = text.c_str();
+    if (std::isdigit(static_cast<unsigned char>(*at))) {
+        if (!readNumber(at, geometry.width) || (*at | 0x20) != 'x')
+            return {};
+        ++at;
+        if (!readNumber(at, geometry.height) || geometry.width == 0 || geometry.height == 0)
+            return {};
+    }
+    if (*at) {
+        geometry.placed = true;
+        if (!readOffset(at, geometry.x, geometry.from_right) ||
+            !readOffset(at, geometry.y, geometry.from_bottom))
+            return {};
+    }
+    if (*at || text.empty())
+        return {};
+    return geometry;
+}
+
+ARGUMENTS parseArguments(const std::vector<std::string>& words, const char* hostWindow) {
+    ARGUMENTS arguments;
+    REQUESTS asked;
+
+    for (std::size_t i = 0; i < words.size(); ++i) {
+        const std::string& word = words[i];
+        const std::size_t dashes = word.compare(0, 2, "--") == 0 ? 2 : 1;
+        if (word.size() <= dashes || word[0] != '-') {
+            asked.unknown = true;
+            arguments.complaints.push_back("unknown argument " + word);
+            continue;
+        }
+        const std::size_t equals = word.find('=');
+        const std::string name = word.substr(dashes, equals - dashes);  // npos: all of it
+
+        const auto value = [&]() -> std::optional<std::string> {
+            if (equals != std::string::npos)
+                return word.substr(equals + 1);
+            if (i + 1 < words.size())
+                return words[++i];
+            arguments.complaints.push_back(word + " needs a value");
+            return {};
+        };
+
+        if (name == "help")
+            asked.help = true;
+        else if (name == "version")
+            asked.version = true;
+        else if (name == "setup")
+            asked.setup = true;
+        else if (name == "demo")
+            asked.demo = true;
+        else if (name == "window")
+            asked.own_window = true;
+        else if (name == "root")
+            asked.root = true;
+        else if (name == "fps")
+            arguments.fps = true;
+        else if (name == "no-fps")
+            arguments.fps = false;
+        else if (name == "window-id")
+            asked.window_id = value().value_or("");
+        else if (name == "display")
+            arguments.display = value().value_or("");
+        else if (name == "geometry") {
+            if (const auto text = value()) {
+                if (const auto geometry = parseGeometry(*text))
+                    arguments.geometry = *geometry;
+                else
+                    arguments.complaints.push_back("-geometry: \"" + *text +
+                                                   "\" is not of the form WxH+X+Y");
+            }
+        } else if (name == "maxfps") {
+            if (const auto text = value()) {
+                if (const auto rate = parseRate(*text))
+                    arguments.maxfps = *rate;
+                else
+                    arguments.complaints.push_back("-maxfps: \"" + *text +
+                                                   "\" is not a number from 1 to 1000");
+            }
+        } else if (contains(ignored_values, name))
+            value();
+        else if (!contains(ignored_flags, name)) {
+            asked.unknown = true;
+            arguments.complaints.push_back("unknown option " + word);
+        }
+    }
+
+    chooseMode(arguments, asked, hostWindow);
+    return arguments;
+}
+
+std::string usage() {
+    return "Usage: atollia.kss [option]...\n"
+           "A tropical island and its reef as a screensaver.\n"
+           "\n"
+           "  -demo                 draw in a window of its own (also without any option)\n"
+           "  -root                 draw on the root window, or where XSCREENSAVER_WINDOW says\n"
+           "  -window-id ID         draw in the window with this id, decimal or 0xHEX\n"
+           "  -setup                show the setup dialog\n"
+           "  -geometry WxH+X+Y     size and place of the window of its own\n"
+           "  -display NAME         the X display to use\n"
+           "  -fps, -no-fps         show the frame rate or not\n"
+           "  -maxfps N             draw at most N frames per second\n"
+           "  -help                 print this text\n"
+           "  -version              print name and version\n"
+           "\n"
+           "Options may be written with one dash or two. For hosts that pass them, these are\n"
+           "accepted without effect: -visual V -install -noinstall -mono -session X -style X\n"
+           "-name X -title X -caption X -icon X -miniicon X -nocrashhandler.\n";
+}

@@ -1,0 +1,103 @@
+#include "host/Ending.h"
+
+#include <X11/Xlib.h>
+#include <fcntl.h>
+#include <unistd.h>
+
+#include <QSocketNotifier>
+#include <csignal>
+#include <cstdio>
+#include <ctime>
+#include <utility>
+
+namespace {
+
+constexpr int ending_signals[] = {SIGTERM, SIGINT, SIGHUP};
+constexpr long PATIENCE = 80'000'000;  // nanoseconds
+
+int wakeup[2] = {-1, -1};
+timer_t backstop;
+volatile std::sig_atomic_t received = 0;
+
+/// Async-signal-safe.
+void dieBy(int number) {
+    std::signal(number, SIG_DFL);
+    sigset_t set;
+    sigemptyset(&set);
+    sigaddset(&set, number);
+    std::raise(number);
+    pthread_sigmask(SIG_UNBLOCK, &set, nullptr);
+}
+
+void onSignal(int number) {
+    if (received)
+        return;
+    received = number;
+    const itimerspec limit = {{0, 0}, {0, PATIENCE}};
+    timer_settime(backstop, 0, &limit, nullptr);
+    const char byte = 0;
+    // Nothing is lost when the pipe is full or closed: the timer runs.
+    if (write(wakeup[1], &byte, 1) < 0)
+        return;
+}
+
+void onBackstop(int) { dieBy(received); }
+
+void handle(int number, void (*handler)(int)) {
+    struct sigaction action = {};
+    action.sa_handler = handler;
+    action.sa_flags = SA_RESTART;
+    sigemptyset(&action.sa_mask);
+    sigaction(number, &action, nullptr);
+}
+
+int onLostConnection(Display*) { _exit(0); }
+
+void onMessage(QtMsgType type, const QMessageLogContext& context, const QString& message) {
+    // The toolkit says this just before it exits with an error of its own.
+    if (message.startsWith(QLatin1String("The X11 connection broke")))
+        _exit(0);
+    // Looked for at the start, whether needed or not; many hosts do not pass the variable.
+    if (message.startsWith(QLatin1String("QStandardPaths: ")))
+        return;
+    std::fprintf(stderr, "%s\n", qPrintable(qFormatLogMessage(type, context, message)));
+}
+
+}  // namespace
+
+Ending::Ending(std::function<void()> stop) : stop_drawing(std::move(stop)) {
+    XSetIOErrorHandler(onLostConnection);
+
+    sigevent event = {};
+    event.sigev_notify = SIGEV_SIGNAL;
+    event.sigev_signo = SIGALRM;
+    if (pipe2(wakeup, O_CLOEXEC | O_NONBLOCK) != 0 ||
+        timer_create(CLOCK_MONOTONIC, &event, &backstop) != 0)
+        return;  // the signals keep their default action, which ends the process, too
+    auto* notifier = new QSocketNotifier(wakeup[0], QSocketNotifier::Read, this);
+    connect(notifier, &QSocketNotifier::activated, this, [this] {
+        stop_drawing();
+        dieBy(received);
+    });
+    handle(SIGALRM, onBackstop);
+    for (const int number : ending_signals)
+        handle(number, onSignal);
+}
+
+Ending::~Ending() {
+    // From here on the process is ending anyway.
+    for (const int number : ending_signals)
+        std::signal(number, SIG_DFL);
+}
+
+void prepareEnding() {
+    qInstallMessageHandler(onMessage);
+    sigset_t set;
+    sigemptyset(&set);
+    for (const int number : ending_signals)
+        sigaddset(&set, number);
+    sigaddset(&set, SIGALRM);
+    pthread_sigmask(SIG_UNBLOCK, &set, nullptr);
+    std::signal(SIGUSR1, SIG_IGN);  // some lockers tell their savers news this way
+    std::signal(SIGPIPE, SIG_IGN);  // whoever reads our messages may leave
+}

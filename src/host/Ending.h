@@ -1,0 +1,25 @@
+#pragma once
+
+#include <QObject>
+
+#include <functional>
+
+/// How the program ends from outside.
+///
+/// Signals that ask it to end (TERM, INT, HUP) run `stop` from the event loop; then the process
+/// dies by that same signal, because hosts read the cause of death. A host may wait for it with the
+/// screen locked, so a timer ends the process when that takes longer than 80 milliseconds. A lost
+/// X connection ends it at once, quietly, with status 0.
+class Ending : public QObject {
+public:
+    /// `stop` must stop the drawing and close the sound. One object per process.
+    explicit Ending(std::function<void()> stop);
+    ~Ending() override;
+
+private:
+    std::function<void()> stop_drawing;
+};
+
+/// To be called before the toolkit starts: hosts may start us with those signals blocked, some send
+/// others as messages of their own, and the toolkit comments on what is not worth a line.
+void prepareEnding();

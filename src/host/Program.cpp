@@ -1,0 +1,174 @@
+#include <unistd.h>
+
+#include <QApplication>
+#include <QDialog>
+#include <QGLFormat>
+#include <QLoggingCategory>
+#include <QScreen>
+#include <cstdio>
+#include <cstdlib>
+#include <memory>
+#include <optional>
+#include <string>
+#include <vector>
+
+#include "framework/KDEFrame.h"
+#include "host/Arguments.h"
+#include "host/DisplayProbe.h"
+#include "host/Ending.h"
+#include "host/KDEScreensaverFrame.h"
+#include "main.h"
+
+namespace {
+
+constexpr QSize demo_size(600, 420);
+
+int fail(const std::string& reason) {
+    std::fprintf(stderr, "atollia.kss: %s\n", reason.c_str());
+    return 1;
+}
+
+/// The host's window has the size it has, on X: what the desktop tells its own applications about
+/// platforms, scaling, themes and sessions must not reach a saver.
+void settleEnvironment() {
+    setenv("QT_QPA_PLATFORM", "xcb", 1);
+    for (const char* name :
+         {"QT_SCALE_FACTOR", "QT_SCREEN_SCALE_FACTORS", "QT_AUTO_SCREEN_SCALE_FACTOR",
+          "QT_ENABLE_HIGHDPI_SCALING", "QT_DEVICE_PIXEL_RATIO", "QT_XCB_GL_INTEGRATION",
+          "QT_QPA_PLATFORMTHEME", "QT_STYLE_OVERRIDE", "SESSION_MANAGER"})
+        unsetenv(name);
+    QCoreApplication::setAttribute(Qt::AA_DisableHighDpiScaling);
+    // A window that goes while we draw makes X errors that mean nothing.
+    QLoggingCategory::setFilterRules(QStringLiteral("qt.qpa.xcb*=false"));
+}
+
+/// Some hosts pass no runtime directory. Sound servers listen in it, and without it the toolkit
+/// would make a directory in /tmp. While this object lives there is always a value.
+class RuntimeDirectory {
+public:
+    RuntimeDirectory() : missing(false) {
+        const std::string usual = "/run/user/" + std::to_string(getuid());
+        missing = !std::getenv(variable) && access(usual.c_str(), X_OK) != 0;
+        setenv(variable, missing ? "/dev/null/none" : usual.c_str(), 0);
+    }
+    ~RuntimeDirectory() {
+        if (missing)
+            unsetenv(variable);
+    }
+
+private:
+    static constexpr const char* variable = "XDG_RUNTIME_DIR";
+    bool missing;
+};
+
+/// Finds the window to draw into and makes sure that drawing is possible. Returns false after
+/// telling why not.
+bool findWindow(ARGUMENTS& arguments) {
+    const char* name = std::getenv("DISPLAY");
+    const DisplayProbe display;
+    if (!display.connected()) {
+        fail(name ? "cannot open display \"" + std::string(name) + "\""
+                  : "no display: DISPLAY is not set");
+        return false;
+    }
+    if (!display.hasGlx()) {
+        fail("the display has no GLX, nothing can be drawn");
+        return false;
+    }
+    if (arguments.mode == SAVER_MODE::ROOT)
+        arguments.window = display.rootWindow();
+    if (arguments.mode == SAVER_MODE::DEMO)
+        return true;
+    const auto screen = display.screenOf(arguments.window);
+    if (!screen) {
+        char text[64];
+        std::snprintf(text, sizeof text, "there is no window 0x%x", arguments.window);
+        fail(text);
+        return false;
+    }
+    // A window can only have children that were made on its own screen.
+    if (name && *screen != display.screen())
+        setenv("DISPLAY", displayOnScreen(name, *screen).c_str(), 1);
+    return true;
+}
+
+void showDemo(KScreenSaver& window, const GEOMETRY& wanted) {
+    QSize size = demo_size;
+    if (wanted.width)
+        size = QSize(wanted.width, wanted.height);
+    window.setWindowTitle(QString::fromLatin1(kss_description));
+    window.resize(size);
+    if (wanted.placed) {
+        const QSize screen = window.screen()->size();
+        window.move(wanted.from_right ? screen.width() - size.width() - wanted.x : wanted.x,
+                    wanted.from_bottom ? screen.height() - size.height() - wanted.y : wanted.y);
+    }
+    window.show();
+}
+
+int runSetup(QApplication&) {
+    const std::unique_ptr<QDialog> dialog(kss_setup());
+    if (!dialog)
+        return fail("the setup dialog is not there yet");
+    dialog->exec();
+    return 0;
+}
+
+int runSaver(QApplication& application, const ARGUMENTS& arguments) {
+    const bool demo = arguments.mode == SAVER_MODE::DEMO;
+    application.setQuitOnLastWindowClosed(demo);
+    QGLFormat format;
+    format.setSwapInterval(1);
+    QGLFormat::setDefaultFormat(format);
+
+    const std::unique_ptr<KScreenSaver> saver(kss_create(demo ? 0 : arguments.window));
+    if (arguments.fps)
+        showFrameRate(*saver);
+    const Ending ending([&saver] {
+        saver->setUpdatesEnabled(false);
+        static_cast<KDEScreensaverFrame&>(*saver).saver->releaseScene();
+    });
+    if (demo)
+        showDemo(*saver, arguments.geometry);
+    return application.exec();
+}
+
+}  // namespace
+
+int main(int argc, char* argv[]) {
+    ARGUMENTS arguments = parseArguments(std::vector<std::string>(argv + (argc > 0), argv + argc),
+                                         std::getenv("XSCREENSAVER_WINDOW"));
+    for (const std::string& line : arguments.complaints)
+        fail(line);
+    switch (arguments.mode) {
+        case SAVER_MODE::REFUSED:
+            return arguments.status;
+        case SAVER_MODE::HELP:
+            std::fputs(usage().c_str(), stdout);
+            return 0;
+        case SAVER_MODE::VERSION:
+            std::printf("%s %s\n", kss_description, kss_version);
+            return 0;
+        default:
+            break;
+    }
+
+    if (!arguments.display.empty())
+        setenv("DISPLAY", arguments.display.c_str(), 1);
+    const bool setup = arguments.mode == SAVER_MODE::SETUP;
+    if (!setup) {
+        prepareEnding();
+        settleEnvironment();
+        if (!findWindow(arguments))
+            return 1;
+    }
+
+    // The toolkit must not see the options: it takes several of them for itself.
+    int ownArgc = 1;
+    char* ownArgv[] = {argv[0], nullptr};
+    std::optional<RuntimeDirectory> runtime(std::in_place);
+    QApplication application(ownArgc, ownArgv);
+    runtime.reset();
+    QCoreApplication::setApplicationName(QStringLiteral("atollia"));
+    return setup ? runSetup(application) : runSaver(application, arguments);
+}

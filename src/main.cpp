@@ -1,0 +1,37 @@
+#include "main.h"
+
+#include <QCoreApplication>
+#include <QDialog>
+#include <optional>
+
+#include "Marivista.h"
+#include "host/KDEScreensaverFrame.h"
+
+#define EXPORTED __attribute__((visibility("default")))
+
+extern "C" {
+
+EXPORTED const char* kss_applicationName = "atollia.kss";
+EXPORTED const char* kss_description = "Atollia";
+EXPORTED const char* kss_version = "0.1";
+
+EXPORTED KScreenSaver* kss_create(WId id) {
+    static std::optional<CMarivistaScreensaver> scene;
+    if (!scene) {
+        scene.emplace();
+        // The end of the application is the last moment at which a widget can be destroyed.
+        qAddPostRoutine([] { scene.reset(); });
+    }
+    auto* frame = new KDEScreensaverFrame(id);
+    frame->init(&*scene);
+    return frame;
+}
+
+EXPORTED QDialog* kss_setup() { return nullptr; }
+}
+
+void showFrameRate(KScreenSaver& saver) {
+    auto* frame = static_cast<KDEScreensaverFrame&>(saver).saver;
+    if (auto* scene = dynamic_cast<CMarivistaScreensaver*>(frame))
+        scene->fpsOn = true;
+}

@@ -1,0 +1,382 @@
+// The program in its hosts' windows, on X servers of its own. The scene is a stand-in that paints
+// one colour and says what happens to it; everything else is what people run.
+#include <gmock/gmock.h>
+#include <gtest/gtest.h>
+#include <xcb/xtest.h>
+
+#include <csignal>
+#include <optional>
+
+#include "host/virtual_display.h"
+
+namespace {
+
+using test::Client;
+using test::END;
+using test::hex;
+using test::PIXEL;
+using test::Process;
+using test::VirtualDisplay;
+using testing::IsEmpty;
+using testing::StartsWith;
+
+constexpr PIXEL scene_colour = {0, 128, 255};
+
+int count(const std::string& text, const std::string& part) {
+    int found = 0;
+    for (std::size_t at = text.find(part); at != std::string::npos; at = text.find(part, at + 1))
+        ++found;
+    return found;
+}
+
+/// What a clean end looks like from outside.
+void expectCleanEnd(const Process& saver, const END& end) {
+    EXPECT_TRUE(end.ended);
+    EXPECT_EQ(end.signal, 0);
+    EXPECT_EQ(end.status, 0);
+    EXPECT_EQ(count(saver.output(), "constructed"), 1);
+    EXPECT_EQ(count(saver.output(), "releaseGL current\ncleanup\n"), 1) << saver.output();
+    EXPECT_EQ(count(saver.output(), "destroyed"), 1);
+    EXPECT_LT(saver.output().find("cleanup"), saver.output().find("destroyed"));
+    EXPECT_EQ(saver.errors(), "");
+}
+
+class Program : public testing::Test {
+protected:
+    void SetUp() override { begin({"-screen", "0", "800x600x24"}); }
+
+    void begin(const std::vector<std::string>& options) {
+        display.emplace(options);
+        ASSERT_NE(display->name(), "") << "no X server";
+        client.emplace(display->name());
+    }
+
+    std::vector<std::string> environment(std::vector<std::string> more = {}) const {
+        more.insert(more.begin(), {"DISPLAY=" + display->name(), "XSCREENSAVER_WINDOW",
+                                   "LIBGL_ALWAYS_SOFTWARE=1"});
+        return more;
+    }
+
+    Process start(std::vector<std::string> words, std::vector<std::string> more = {},
+                  const std::vector<int>& blocked = {}) const {
+        words.insert(words.begin(), STANDIN_SAVER);
+        return Process(words, environment(std::move(more)), blocked);
+    }
+
+    std::optional<VirtualDisplay> display;
+    std::optional<Client> client;
+};
+
+TEST_F(Program, FillsFollowsAndLeavesTheWindowOfAnotherClient) {
+    // No client of this server has used GL when the window is made.
+    const xcb_window_t host = client->window(50, 40, 320, 200);
+    Process saver = start({"-window-id", std::to_string(host)});
+    ASSERT_TRUE(saver.waitForLine("drawing")) << saver.errors();
+    EXPECT_THAT(saver.output(), testing::HasSubstr("initScene 320 x 200\n"));
+    EXPECT_TRUE(client->waitForPixel(50, 40, scene_colour));
+    EXPECT_TRUE(client->waitForPixel(369, 239, scene_colour));
+    EXPECT_FALSE(client->pixel(370, 240) == scene_colour);
+
+    client->resize(host, 400, 300);
+    EXPECT_TRUE(client->waitForPixel(449, 339, scene_colour));
+    client->resize(host, 100, 80);
+    EXPECT_TRUE(client->waitForPixel(150, 120, {0, 0, 0}));
+    EXPECT_TRUE(client->waitForPixel(149, 119, scene_colour));
+    EXPECT_EQ(count(saver.output(), "initScene"), 1);
+
+    client->destroy(host);
+    expectCleanEnd(saver, saver.wait());
+}
+
+TEST_F(Program, EndsWhenItsHostDies) {
+    std::optional<Client> other(std::in_place, display->name());
+    const xcb_window_t host = other->window(0, 0, 320, 200);
+    Process saver = start({"-window-id", hex(host)});
+    ASSERT_TRUE(saver.waitForLine("drawing")) << saver.errors();
+    other.reset();
+    expectCleanEnd(saver, saver.wait());
+}
+
+TEST_F(Program, EndsWhenTheWindowGoesWhileItStarts) {
+    for (int i = 0; i < 5; ++i) {
+        const xcb_window_t host = client->window(0, 0, 320, 200);
+        Process saver = start({"-window-id", hex(host)});
+        if (i > 0)
+            saver.waitForLine("constructed");
+        client->destroy(host);
+        const END end = saver.wait();
+        EXPECT_TRUE(end.ended);
+        EXPECT_EQ(end.signal, 0);
+        EXPECT_EQ(count(saver.output(), "constructed"), count(saver.output(), "destroyed"));
+    }
+}
+
+TEST_F(Program, EndsWhenItsOwnWindowIsDestroyed) {
+    const xcb_window_t host = client->window(0, 0, 320, 200);
+    Process saver = start({"-window-id", hex(host)});
+    ASSERT_TRUE(saver.waitForLine("drawing")) << saver.errors();
+    ASSERT_NE(client->child(host), 0U);
+    client->destroy(client->child(host));
+    expectCleanEnd(saver, saver.wait());
+}
+
+TEST_F(Program, TwoSaversInTwoWindows) {
+    const xcb_window_t left = client->window(0, 0, 300, 300);
+    const xcb_window_t right = client->window(400, 0, 300, 300);
+    Process one = start({"-window-id", hex(left)});
+    Process two = start({"--root"}, {"XSCREENSAVER_WINDOW=" + hex(right)});
+    ASSERT_TRUE(one.waitForLine("drawing")) << one.errors();
+    ASSERT_TRUE(two.waitForLine("drawing")) << two.errors();
+    EXPECT_TRUE(client->waitForPixel(150, 150, scene_colour));
+    EXPECT_TRUE(client->waitForPixel(550, 150, scene_colour));
+    client->destroy(left);
+    expectCleanEnd(one, one.wait());
+    EXPECT_TRUE(client->waitForPixel(550, 150, scene_colour));
+    EXPECT_FALSE(two.wait(0).ended);
+    client->destroy(right);
+    expectCleanEnd(two, two.wait());
+}
+
+TEST_F(Program, WindowOfAnotherDepth) {
+    const xcb_window_t host = client->window(0, 0, 300, 200, 32);
+    Process saver = start({"-window-id", hex(host)});
+    ASSERT_TRUE(saver.waitForLine("drawing")) << saver.errors();
+    EXPECT_TRUE(client->waitForPixel(299, 199, scene_colour));
+    client->destroy(host);
+    expectCleanEnd(saver, saver.wait());
+}
+
+TEST_F(Program, PreviewSize) {
+    const xcb_window_t host = client->window(10, 10, 151, 115);
+    Process saver = start({"-window-id", std::to_string(host)});
+    ASSERT_TRUE(saver.waitForLine("initScene 151 x 115")) << saver.errors();
+    EXPECT_TRUE(client->waitForPixel(160, 124, scene_colour));
+}
+
+TEST_F(Program, InputReachesTheHost) {
+    const xcb_window_t host = client->window(0, 0, 300, 200);
+    Process saver = start({"-window-id", hex(host)});
+    ASSERT_TRUE(saver.waitForLine("drawing")) << saver.errors();
+    ASSERT_TRUE(client->waitForPixel(150, 100, scene_colour));
+    xcb_connection_t* x = client->connection();
+    xcb_test_fake_input(x, XCB_MOTION_NOTIFY, 0, 0, client->root(), 100, 100, 0);
+    xcb_test_fake_input(x, XCB_MOTION_NOTIFY, 0, 0, client->root(), 150, 110, 0);
+    xcb_flush(x);
+    EXPECT_TRUE(client->waitForEvent(XCB_MOTION_NOTIFY));
+    xcb_test_fake_input(x, XCB_BUTTON_PRESS, 1, 0, client->root(), 0, 0, 0);
+    xcb_flush(x);
+    EXPECT_TRUE(client->waitForEvent(XCB_BUTTON_PRESS));
+    xcb_test_fake_input(x, XCB_KEY_PRESS, 38, 0, client->root(), 0, 0, 0);
+    xcb_flush(x);
+    EXPECT_TRUE(client->waitForEvent(XCB_KEY_PRESS));
+}
+
+TEST_F(Program, VirtualRootWindow) {
+    client->window(0, 0, 10, 10);
+    const xcb_window_t locker = client->window(0, 0, 700, 500);
+    client->mark(locker, "__SWM_VROOT");
+    Process saver = start({"-root"});
+    ASSERT_TRUE(saver.waitForLine("initScene 700 x 500")) << saver.errors();
+    EXPECT_TRUE(client->waitForPixel(699, 499, scene_colour));
+    EXPECT_NE(client->child(locker), 0U);
+
+    // The locker stops its saver while the screen is off, and ends it with a signal.
+    saver.signal(SIGSTOP);
+    saver.signal(SIGCONT);
+    client->resize(locker, 720, 520);
+    EXPECT_TRUE(client->waitForPixel(719, 519, scene_colour));
+    saver.signal(SIGTERM);
+    EXPECT_EQ(saver.wait().signal, SIGTERM);
+}
+
+TEST_F(Program, RealRootWindowLiesBelowEverything) {
+    const xcb_window_t window = client->window(100, 100, 50, 50);
+    Process saver = start({"-root"});
+    ASSERT_TRUE(saver.waitForLine("initScene 800 x 600")) << saver.errors();
+    EXPECT_TRUE(client->waitForPixel(0, 0, scene_colour));
+    EXPECT_TRUE(client->waitForPixel(799, 599, scene_colour));
+    EXPECT_TRUE(client->waitForPixel(125, 125, {255, 255, 255}));
+    EXPECT_TRUE(client->exists(window));
+}
+
+TEST_F(Program, WindowOnAnotherScreen) {
+    begin({"-screen", "0", "640x480x24", "-screen", "1", "400x300x24"});
+    const xcb_window_t host = client->window(0, 0, 200, 100, 0, 1);
+    Process saver = start({"-window-id", hex(host)});
+    ASSERT_TRUE(saver.waitForLine("initScene 200 x 100")) << saver.errors();
+    EXPECT_TRUE(client->waitForPixel(199, 99, scene_colour, 1));
+    Process second = start({"-root", "-display", display->name() + ".1"});
+    ASSERT_TRUE(second.waitForLine("initScene 400 x 300")) << second.errors();
+    EXPECT_TRUE(client->waitForPixel(399, 299, scene_colour, 1));
+}
+
+TEST_F(Program, TheDesktopsSettingsForApplicationsDoNotReachASaver) {
+    const xcb_window_t host = client->window(0, 0, 300, 200);
+    Process saver = start(
+        {"-window-id", hex(host)},
+        {"QT_SCALE_FACTOR=2", "QT_SCREEN_SCALE_FACTORS=2", "QT_FONT_DPI=192",
+         "QT_AUTO_SCREEN_SCALE_FACTOR=1", "QT_QPA_PLATFORM=wayland", "QT_XCB_GL_INTEGRATION=none",
+         "QT_QPA_PLATFORMTHEME=gtk3", "SESSION_MANAGER=local/nowhere:/tmp/none"});
+    ASSERT_TRUE(saver.waitForLine("initScene 300 x 200")) << saver.errors();
+    EXPECT_TRUE(client->waitForPixel(299, 199, scene_colour));
+    client->destroy(host);
+    expectCleanEnd(saver, saver.wait());
+}
+
+class Signals : public Program, public testing::WithParamInterface<int> {};
+
+TEST_P(Signals, DieByTheSameSignal) {
+    const int number = GetParam();
+    const xcb_window_t host = client->window(0, 0, 300, 200);
+    Process saver = start({"-window-id", hex(host)});
+    ASSERT_TRUE(saver.waitForLine("drawing")) << saver.errors();
+    saver.signal(number);
+    const END end = saver.wait();
+    EXPECT_TRUE(end.ended);
+    EXPECT_EQ(end.signal, number);
+    EXPECT_EQ(saver.errors(), "");
+    EXPECT_EQ(count(saver.output(), "cleanup"), 1);
+    EXPECT_TRUE(client->exists(host));
+}
+
+TEST_P(Signals, EvenWhenTheyWereBlockedAtTheStart) {
+    const int number = GetParam();
+    const xcb_window_t host = client->window(0, 0, 300, 200);
+    Process saver = start({"-window-id", hex(host)}, {}, {SIGTERM, SIGINT, SIGHUP, SIGALRM});
+    ASSERT_TRUE(saver.waitForLine("drawing")) << saver.errors();
+    saver.signal(number);
+    EXPECT_EQ(saver.wait().signal, number);
+}
+
+TEST_P(Signals, EvenWhenTheSceneHangs) {
+    const int number = GetParam();
+    const xcb_window_t host = client->window(0, 0, 300, 200);
+    Process saver = start({"-window-id", hex(host)}, {"STANDIN_HANGS=1"});
+    ASSERT_TRUE(saver.waitForLine("drawing")) << saver.errors();
+    saver.signal(number);
+    EXPECT_EQ(saver.wait().signal, number);
+}
+
+INSTANTIATE_TEST_SUITE_P(Each, Signals, testing::Values(SIGTERM, SIGINT, SIGHUP));
+
+TEST_F(Program, MessagesFromLockersDoNotKill) {
+    const xcb_window_t host = client->window(0, 0, 300, 200);
+    Process saver = start({"-window-id", hex(host)});
+    ASSERT_TRUE(saver.waitForLine("drawing")) << saver.errors();
+    saver.signal(SIGUSR1);
+    client->resize(host, 310, 210);
+    EXPECT_TRUE(client->waitForPixel(309, 209, scene_colour));
+}
+
+TEST_F(Program, LostConnectionEndsItQuietly) {
+    const xcb_window_t host = client->window(0, 0, 300, 200);
+    Process saver = start({"-window-id", hex(host)});
+    ASSERT_TRUE(saver.waitForLine("drawing")) << saver.errors();
+    display->kill();
+    const END end = saver.wait();
+    EXPECT_TRUE(end.ended);
+    EXPECT_EQ(end.signal, 0);
+    EXPECT_EQ(end.status, 0);
+    EXPECT_EQ(saver.errors(), "");
+}
+
+TEST_F(Program, DemoWindowHasItsSizeAndEndsWhenClosed) {
+    Process saver = start({"-demo"});
+    ASSERT_TRUE(saver.waitForLine("initScene 600 x 420")) << saver.errors();
+    ASSERT_TRUE(saver.waitForLine("drawing"));
+    const xcb_window_t window = client->find(600, 420);
+    ASSERT_NE(window, 0U);
+
+    // What a window manager sends when its close button is pressed.
+    xcb_connection_t* x = client->connection();
+    const auto atom = [x](const std::string& name) {
+        std::unique_ptr<xcb_intern_atom_reply_t, void (*)(void*)> reply(
+            xcb_intern_atom_reply(x, xcb_intern_atom(x, 0, name.size(), name.data()), nullptr),
+            std::free);
+        return reply->atom;
+    };
+    xcb_client_message_event_t event = {};
+    event.response_type = XCB_CLIENT_MESSAGE;
+    event.format = 32;
+    event.window = window;
+    event.type = atom("WM_PROTOCOLS");
+    event.data.data32[0] = atom("WM_DELETE_WINDOW");
+    xcb_send_event(x, 0, window, 0, reinterpret_cast<const char*>(&event));
+    xcb_flush(x);
+    expectCleanEnd(saver, saver.wait());
+}
+
+class DemoKeys : public Program, public testing::WithParamInterface<int> {};
+
+TEST_P(DemoKeys, EndIt) {
+    Process saver = start({});
+    ASSERT_TRUE(saver.waitForLine("drawing")) << saver.errors();
+    const xcb_window_t window = client->find(600, 420);
+    ASSERT_NE(window, 0U);
+    xcb_connection_t* x = client->connection();
+    xcb_set_input_focus(x, XCB_INPUT_FOCUS_PARENT, window, XCB_CURRENT_TIME);
+    xcb_test_fake_input(x, XCB_KEY_PRESS, GetParam(), 0, client->root(), 0, 0, 0);
+    xcb_test_fake_input(x, XCB_KEY_RELEASE, GetParam(), 0, client->root(), 0, 0, 0);
+    xcb_flush(x);
+    expectCleanEnd(saver, saver.wait());
+}
+
+// Key codes of q and Escape on every PC keyboard.
+INSTANTIATE_TEST_SUITE_P(Each, DemoKeys, testing::Values(24, 9));
+
+TEST_F(Program, GeometryOfTheDemoWindow) {
+    Process saver = start({"-window", "-geometry", "300x200-0-0", "-fps"});
+    ASSERT_TRUE(saver.waitForLine("initScene 300 x 200")) << saver.errors();
+    EXPECT_TRUE(client->waitForPixel(799, 599, scene_colour));
+    EXPECT_TRUE(client->waitForPixel(500, 400, scene_colour));
+    EXPECT_FALSE(client->pixel(499, 399) == scene_colour);
+    EXPECT_THAT(saver.output(), testing::HasSubstr("frame rate\n"));
+}
+
+// ---- What cannot work says so in one line -------------------------------------------------------
+
+void expectRefusal(Process& saver, int status, const std::string& line) {
+    const END end = saver.wait();
+    EXPECT_EQ(end.status, status);
+    EXPECT_EQ(saver.errors(), line + "\n");
+    EXPECT_EQ(saver.output(), "");
+}
+
+TEST_F(Program, NoSuchWindow) {
+    Process saver = start({"-window-id", "0x7654321"});
+    expectRefusal(saver, 1, "atollia.kss: there is no window 0x7654321");
+}
+
+TEST_F(Program, HostVariableThatIsNoNumber) {
+    Process saver = start({"--root"}, {"XSCREENSAVER_WINDOW=wayland-0"});
+    expectRefusal(saver, 1, "atollia.kss: XSCREENSAVER_WINDOW: \"wayland-0\" is not a window id");
+}
+
+TEST_F(Program, NoGlx) {
+    begin({"-screen", "0", "640x480x24", "-extension", "GLX"});
+    Process saver = start({"-demo"});
+    expectRefusal(saver, 1, "atollia.kss: the display has no GLX, nothing can be drawn");
+}
+
+TEST(WithoutADisplay, OneLine) {
+    Process unset({STANDIN_SAVER, "-demo"}, {"DISPLAY"});
+    expectRefusal(unset, 1, "atollia.kss: no display: DISPLAY is not set");
+    Process wrong({STANDIN_SAVER, "-root"}, {"DISPLAY=:54321", "XSCREENSAVER_WINDOW"});
+    expectRefusal(wrong, 1, "atollia.kss: cannot open display \":54321\"");
+    Process option({STANDIN_SAVER, "-display", "nowhere:5"}, {"DISPLAY=:0", "XSCREENSAVER_WINDOW"});
+    expectRefusal(option, 1, "atollia.kss: cannot open display \"nowhere:5\"");
+}
+
+TEST(WithoutADisplay, HelpAndVersionWork) {
+    Process help({STANDIN_SAVER, "--help"}, {"DISPLAY"});
+    EXPECT_EQ(help.wait().status, 0);
+    EXPECT_THAT(help.output(), StartsWith("Usage: atollia.kss"));
+    EXPECT_THAT(help.errors(), IsEmpty());
+    Process version({STANDIN_SAVER, "-version"}, {"DISPLAY"});
+    EXPECT_EQ(version.wait().status, 0);
+    EXPECT_EQ(version.output(), "Stand-in 1\n");
+    Process unknown({STANDIN_SAVER, "-sparkle"}, {"DISPLAY", "XSCREENSAVER_WINDOW"});
+    expectRefusal(unknown, 254, "atollia.kss: unknown option -sparkle");
+}
+
+}  // namespace
