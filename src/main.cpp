@@ -1,9 +1,9 @@
 #include "main.h"
 
 #include <QCoreApplication>
-#include <QDialog>
 #include <optional>
 
+#include "KMarivistaSetup.h"
 #include "Marivista.h"
 #include "host/KDEScreensaverFrame.h"
 
@@ -27,7 +27,7 @@ EXPORTED KScreenSaver* kss_create(WId id) {
     return frame;
 }
 
-EXPORTED QDialog* kss_setup() { return nullptr; }
+EXPORTED QDialog* kss_setup() { return new KMarivistaSetup; }
 }
 
 void showFrameRate(KScreenSaver& saver) {

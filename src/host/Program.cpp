@@ -61,16 +61,26 @@ private:
     bool missing;
 };
 
+bool cannotOpen(const char* display) {
+    fail(display ? "cannot open display \"" + std::string(display) + "\""
+                 : "no display: DISPLAY is not set");
+    return false;
+}
+
+/// The dialog, unlike the saver, also runs where the toolkit has another platform than X.
+bool canShowDialog() {
+    if (std::getenv("QT_QPA_PLATFORM") || std::getenv("WAYLAND_DISPLAY"))
+        return true;
+    return DisplayProbe().connected() || cannotOpen(std::getenv("DISPLAY"));
+}
+
 /// Finds the window to draw into and makes sure that drawing is possible. Returns false after
 /// telling why not.
 bool findWindow(ARGUMENTS& arguments) {
     const char* name = std::getenv("DISPLAY");
     const DisplayProbe display;
-    if (!display.connected()) {
-        fail(name ? "cannot open display \"" + std::string(name) + "\""
-                  : "no display: DISPLAY is not set");
-        return false;
-    }
+    if (!display.connected())
+        return cannotOpen(name);
     if (!display.hasGlx()) {
         fail("the display has no GLX, nothing can be drawn");
         return false;
@@ -106,10 +116,8 @@ void showDemo(KScreenSaver& window, const GEOMETRY& wanted) {
     window.show();
 }
 
-int runSetup(QApplication&) {
+int runSetup() {
     const std::unique_ptr<QDialog> dialog(kss_setup());
-    if (!dialog)
-        return fail("the setup dialog is not there yet");
     dialog->exec();
     return 0;
 }
@@ -159,16 +167,18 @@ int main(int argc, char* argv[]) {
     if (!setup) {
         prepareEnding();
         settleEnvironment();
-        if (!findWindow(arguments))
-            return 1;
     }
+    if (setup ? !canShowDialog() : !findWindow(arguments))
+        return 1;
 
     // The toolkit must not see the options: it takes several of them for itself.
     int ownArgc = 1;
     char* ownArgv[] = {argv[0], nullptr};
-    std::optional<RuntimeDirectory> runtime(std::in_place);
+    std::optional<RuntimeDirectory> runtime;
+    if (!setup)
+        runtime.emplace();
     QApplication application(ownArgc, ownArgv);
     runtime.reset();
     QCoreApplication::setApplicationName(QStringLiteral("atollia"));
-    return setup ? runSetup(application) : runSaver(application, arguments);
+    return setup ? runSetup() : runSaver(application, arguments);
 }
