@@ -6,7 +6,7 @@ build="cmake ninja-build g++ pkg-config git
     qtbase5-dev libqt5opengl5-dev libqt5x11extras5-dev libkf5config-dev libkf5widgetsaddons-dev
     libsdl1.2-dev libsdl-mixer1.2-dev libgl-dev libegl-dev libglu1-mesa-dev libgl1-mesa-dri
     libxcb1-dev libx11-dev libpng-dev"
-artwork="povray povray-includes libfreetype-dev fonts-dejavu-core csound"
+artwork="povray povray-includes libfreetype-dev fonts-dejavu-core"
 run="xvfb imagemagick"
 tests="libgtest-dev libgmock-dev libbenchmark-dev clang-format"
 
