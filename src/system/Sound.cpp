@@ -78,19 +78,25 @@ Mix_Chunk* loadWav(const char* path) {
 }  // namespace
 
 Sound::~Sound() {
-    Mix_HaltMusic();
-    Mix_HaltChannel(-1);
+    // The mixer must not be asked to halt anything while it is closed: it forgets its channels but
+    // not how many there were.
+    if (opened_) {
+        Mix_HaltMusic();
+        Mix_HaltChannel(-1);
+    }
     if (musicchunk)
         Mix_FreeChunk(musicchunk);
     musicchunk = nullptr;
     for (const SoundChannel& sound : sounds)
         Mix_FreeChunk(sound.chunk);
-    Mix_CloseAudio();
+    if (opened_)
+        Mix_CloseAudio();
 }
 
 bool Sound::initialize() {
     if (Mix_OpenAudio(audio_rate, audio_format, audio_channels, audio_buffers) != 0)
         return false;
+    opened_ = true;
     Mix_QuerySpec(&audio_rate, &audio_format, &audio_channels);
     return true;
 }

@@ -42,4 +42,7 @@ public:
     int audio_buffers = 4096;          ///< sample frames mixed at a time
     Mix_Chunk* musicchunk = nullptr;   ///< owned
     std::vector<SoundChannel> sounds;  ///< in load order
+
+private:
+    bool opened_ = false;  ///< initialize() got the device, so we give it back
 };
