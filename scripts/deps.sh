@@ -7,7 +7,7 @@ build="cmake ninja-build g++ pkg-config git
     libsdl1.2-dev libsdl-mixer1.2-dev libgl-dev libegl-dev libglu1-mesa-dev libgl1-mesa-dri
     libxcb1-dev libx11-dev libpng-dev"
 artwork="povray povray-includes libfreetype-dev fonts-dejavu-core"
-run="xvfb imagemagick"
+run="xvfb xauth x11-utils imagemagick"
 tests="libgtest-dev libgmock-dev libbenchmark-dev clang-format"
 
 missing=""
