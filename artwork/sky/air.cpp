@@ -47,4 +47,9 @@ float wisps(Vec3 direction) {
            smoothstep(0.03f, 0.2f, direction.y);
 }
 
+Vec3 grained(Vec3 colour, int x, int y) {
+    const float grain = (hashUnit(x, y, 0, 5) - 0.5f) / 255;
+    return colour + Vec3{grain, grain, grain};
+}
+
 }  // namespace sky

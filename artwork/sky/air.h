@@ -14,5 +14,7 @@ art::Vec3 haze();
 art::Vec3 sea(float elevation);
 /// Thin high clouds in a direction (a unit vector with y up): 0 for none, 1 for white.
 float wisps(art::Vec3 direction);
+/// The colour with a grain too fine to see, which keeps the steps of 8 bits from showing as bands.
+art::Vec3 grained(art::Vec3 colour, int x, int y);
 
 }  // namespace sky

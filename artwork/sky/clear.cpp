@@ -54,7 +54,7 @@ int main(int argc, char** argv) {
             for (int i = 0; i < kGrid * kGrid; ++i)
                 sum += look(static_cast<float>(x) + (static_cast<float>(i % kGrid) + 0.5f) / kGrid,
                             static_cast<float>(y) + (static_cast<float>(i / kGrid) + 0.5f) / kGrid);
-            full.at(x, y).colour = sum / (kGrid * kGrid);
+            full.at(x, y).colour = sky::grained(sum / (kGrid * kGrid), x, y);
         }
     });
     saveBmp32(full, folder + "/sky_clear_32.nlt");

@@ -10,8 +10,8 @@ namespace {
 
 constexpr float kBase = 0.85f;
 constexpr int kSectors = 720;
-constexpr float kDensity = 26;  // optical depth of a kilometre of cloud
-const Vec3 kLit = rgb(247, 249, 250), kShade = rgb(163, 179, 190);
+constexpr float kDensity = 38;  // optical depth of a kilometre of cloud
+const Vec3 kLit = rgb(251, 251, 249), kHalf = rgb(212, 222, 230), kShade = rgb(162, 180, 190);
 
 constexpr int kGrid = 96, kLumps = 6;  // samples and coarsest lumps along each side of the cube
 
@@ -59,24 +59,7 @@ float Billows::at(Vec3 p) const {
 }
 
 Clouds::Clouds() {
-    Random random(2024);
-    constexpr float kNearest = 6.5f, kFarthest = 62;
-    for (int i = 0; i < 5200; ++i) {
-        // Evenly over the area.
-        const float r = std::sqrt(mix(kNearest * kNearest, kFarthest * kFarthest, random.unit()));
-        const float angle = random.range(0, 2 * kPi);
-        const Vec3 foot{r * std::cos(angle), kBase, r * std::sin(angle)};
-        const float size = random.unit(), pick = random.unit();
-        // Clouds gather in fields with open sky between them.
-        const float field = fractalNoise({foot.x * 0.055f, foot.z * 0.055f, 0.5f}, 3, 91);
-        const float far = smoothstep(kNearest, 30, r);
-        if (pick > 0.30f * smoothstep(-0.10f, 0.35f, field + 0.18f * far))
-            continue;
-        const float width = mix(0.35f, 1.25f, size * size) * mix(0.75f, 1.35f, far);
-        const float height = width * random.range(0.75f, 1.25f) * mix(0.8f, 1.15f, far);
-        heapUp(foot, width, height, random);
-    }
-
+    scatter();
     sectors_.resize(kSectors);
     for (size_t i = 0; i < clouds_.size(); ++i) {
         const Cloud& cloud = clouds_[i];
@@ -89,72 +72,131 @@ Clouds::Clouds() {
     }
 }
 
-/// Several towers side by side, each a stack of puffs with smaller puffs on its flanks.
-void Clouds::heapUp(Vec3 foot, float width, float height, Random& random) {
+void Clouds::scatter() {
+    Random random(2024);
+    const auto place = [](float r, float angle) {
+        return Vec3{r * std::cos(angle), kBase, r * std::sin(angle)};
+    };
+    // A few great ones, each with companions.
+    constexpr int kGreat = 9;
+    for (int i = 0; i < kGreat; ++i) {
+        const float angle = 2 * kPi * (static_cast<float>(i) + random.range(-0.3f, 0.3f)) / kGreat;
+        const float r = random.range(9.5f, 15);
+        const float width = random.range(1.2f, 2.1f);
+        pileUp(place(r, angle), width, width * random.range(0.85f, 1.25f), random);
+        for (int k = random.index(4); k > 0; --k) {
+            const float small = random.range(0.35f, 0.8f);
+            const float aside = (random.unit() < 0.5f ? -1.0f : 1.0f) * random.range(1.0f, 1.7f);
+            pileUp(place(r + random.range(-1.5f, 1.5f), angle + aside * width / r), small,
+                   small * random.range(0.6f, 0.9f), random);
+        }
+    }
+    // Small ones above, and the bank of them all towards the horizon.
+    constexpr float kNearest = 6.5f, kFarthest = 65;
+    for (int i = 0; i < 5200; ++i) {
+        // Evenly over the area.
+        const float r = std::sqrt(mix(kNearest * kNearest, kFarthest * kFarthest, random.unit()));
+        const Vec3 foot = place(r, random.range(0, 2 * kPi));
+        const float size = random.unit(), pick = random.unit(), tall = random.range(0.7f, 1.15f);
+        // Clouds gather in fields with open sky between them.
+        const float field = fractalNoise({foot.x * 0.06f, foot.z * 0.06f, 0.5f}, 3, 91);
+        const float far = smoothstep(12, 28, r);
+        if (pick > mix(0.08f, 0.36f, far) * smoothstep(-0.12f, 0.30f, field + 0.12f * far))
+            continue;
+        const float width = mix(0.30f, 0.85f, size * size) + far * 1.6f * std::pow(size, 4.0f);
+        pileUp(foot, width, width * tall * mix(0.8f, 1.25f, far), random);
+    }
+}
+
+/// Several towers side by side, each a stack of heaps.
+void Clouds::pileUp(Vec3 foot, float width, float height, Random& random) {
     Cloud cloud;
     cloud.softness = random.unit();
-    const int towers = 3 + random.index(5);
+    const int towers = 4 + static_cast<int>(width * 4) + random.index(3);
     const float heading = random.range(0, kPi);
     for (int k = 0; k < towers; ++k) {
-        const float along = random.range(-1, 1), across = random.range(-0.5f, 0.5f);
+        const float along = random.range(-1, 1), across = random.range(-0.6f, 0.6f);
         const float rim = std::min(1.0f, std::hypot(along, across));
         const Vec3 at = foot + Vec3{along * std::cos(heading) - across * std::sin(heading), 0,
                                     along * std::sin(heading) + across * std::cos(heading)} *
                                    width;
-        const float top = height * (1 - 0.62f * rim) * random.range(0.6f, 1.0f);
-        const float girth = width * mix(0.50f, 0.24f, rim) * random.range(0.8f, 1.15f);
-        const int storeys = std::max(2, static_cast<int>(std::ceil(top / (girth * 0.75f))));
+        const float top = height * (1 - 0.70f * rim * rim) * random.range(0.50f, 1.0f);
+        const float girth =
+            std::min(0.6f * top, width * mix(0.40f, 0.22f, rim) * random.range(0.75f, 1.2f));
+        const int storeys = std::max(2, static_cast<int>(std::ceil(top / (girth * 0.8f))));
         for (int s = 0; s < storeys; ++s) {
             const float up = static_cast<float>(s) / static_cast<float>(storeys - 1);
-            const float radius = girth * mix(1.0f, 0.58f, up * up) * random.range(0.85f, 1.1f);
+            const float radius = girth * mix(1.0f, 0.55f, up) * random.range(0.8f, 1.15f);
             const Vec3 centre =
-                at + Vec3{random.range(-0.3f, 0.3f) * girth, mix(0.35f * girth, top - radius, up),
-                          random.range(-0.3f, 0.3f) * girth};
-            cloud.puffs.push_back({centre, radius});
-            for (int c = 0; c < 5; ++c) {
-                Vec3 side{random.range(-1, 1), random.range(-0.25f, 1), random.range(-1, 1)};
-                side = normalize(side);
-                cloud.puffs.push_back(
-                    {centre + side * (radius * 0.80f), radius * random.range(0.32f, 0.52f)});
+                at + Vec3{random.range(-0.4f, 0.4f) * girth, mix(0.30f * girth, top - radius, up),
+                          random.range(-0.4f, 0.4f) * girth};
+            Heap heap{centre, 1.45f * radius, {{centre, radius}}};
+            for (int c = 0; c < 7; ++c) {
+                const Vec3 side =
+                    normalize({random.range(-1, 1), random.range(-0.25f, 1), random.range(-1, 1)});
+                heap.puffs.push_back(
+                    {centre + side * (radius * 0.82f), radius * random.range(0.28f, 0.55f)});
             }
+            cloud.heaps.push_back(heap);
         }
     }
-    Vec3 low = cloud.puffs[0].centre, high = low;
-    for (const Puff& puff : cloud.puffs) {
-        low = {std::min(low.x, puff.centre.x), std::min(low.y, puff.centre.y),
-               std::min(low.z, puff.centre.z)};
-        high = {std::max(high.x, puff.centre.x), std::max(high.y, puff.centre.y),
-                std::max(high.z, puff.centre.z)};
+    Vec3 low = cloud.heaps[0].centre, high = low;
+    for (const Heap& heap : cloud.heaps) {
+        const Vec3 c = heap.centre;
+        low = {std::min(low.x, c.x), std::min(low.y, c.y), std::min(low.z, c.z)};
+        high = {std::max(high.x, c.x), std::max(high.y, c.y), std::max(high.z, c.z)};
     }
     cloud.centre = (low + high) / 2;
     cloud.radius = 0;
-    for (const Puff& puff : cloud.puffs)
-        cloud.radius =
-            std::max(cloud.radius, length(puff.centre - cloud.centre) + puff.radius * 1.3f);
+    for (const Heap& heap : cloud.heaps)
+        cloud.radius = std::max(cloud.radius, length(heap.centre - cloud.centre) + heap.radius);
     clouds_.push_back(cloud);
 }
 
 /// How far the point lies under the cloud's skin, in kilometres; negative outside.
 float Clouds::depthInside(const Cloud& cloud, Vec3 p, bool fine) const {
     float depth = -1e9f, radius = 0.1f;
-    for (const Puff& puff : cloud.puffs) {
-        const Vec3 d = p - puff.centre;
-        // Squared first: most puffs are out of reach.
-        const float reach = puff.radius - depth;
-        const float squared = dot(d, d);
-        if (reach <= 0 || squared >= reach * reach)
+    const auto reaches = [&](Vec3 centre, float size) {
+        // Squared first: most are out of reach.
+        const Vec3 d = p - centre;
+        const float reach = size - depth;
+        return dot(d, d) < reach * reach;
+    };
+    for (const Heap& heap : cloud.heaps) {
+        if (!reaches(heap.centre, heap.radius))
             continue;
-        depth = puff.radius - std::sqrt(squared);
-        radius = puff.radius;
+        for (const Puff& puff : heap.puffs)
+            if (reaches(puff.centre, puff.radius)) {
+                depth = puff.radius - length(p - puff.centre);
+                radius = puff.radius;
+            }
     }
-    if (depth < -0.5f)
+    if (depth < -0.45f)
         return depth;
-    const float lump = std::min(0.30f, 0.75f * radius);
-    depth += (billows_.at(p * 2.1f) - 0.62f) * lump;
+    const float lump = std::min(0.34f, 0.9f * radius);
+    depth += (billows_.at(p * 2.0f) - 0.62f) * lump;
     if (fine)
-        depth += (billows_.at(p * 9.7f + Vec3{3, 1, 2}) - 0.55f) * lump * 0.34f;
+        depth += (billows_.at(p * 8.3f + Vec3{3, 1, 2}) - 0.58f) * lump * 0.42f;
     // The flat base, a little ragged.
     return std::min(depth, p.y - kBase);
+}
+
+/// The light that comes to a place inside the cloud, 0..1.
+float Clouds::sunlight(const Cloud& cloud, Vec3 p, Vec3 sun, float edge) const {
+    float shadow = 0, reach = 0, stride = 0.05f;
+    for (int i = 0; i < 6; ++i) {
+        const Vec3 q = p + sun * (reach + 0.5f * stride);
+        shadow += stride * smoothstep(-edge, edge, depthInside(cloud, q, i < 3));
+        reach += stride;
+        stride *= 1.7f;
+    }
+    const float veil = kDensity * shadow;
+    const float direct = 0.60f * std::exp(-0.50f * veil) + 0.26f * std::exp(-0.12f * veil) +
+                         0.14f * std::exp(-0.03f * veil);
+    // Light from the open sky comes to the tops and not into the folds.
+    const float open = smoothstep(0.25f, -0.05f, depthInside(cloud, p + Vec3{0, 0.10f, 0}, true));
+    const float lift = clamp01((p.y - kBase) / 0.7f);
+    return clamp01(0.95f * direct + 0.16f * open + 0.12f * lift);
 }
 
 void Clouds::march(const Crossing& crossing, Vec3 direction, Vec3 sun, float texel, float chance,
@@ -165,13 +207,14 @@ void Clouds::march(const Crossing& crossing, Vec3 direction, Vec3 sun, float tex
     while (t < crossing.to && sight.opacity < 0.99f) {
         const Vec3 p = direction * t;
         const float depth = depthInside(cloud, p, true);
-        const float edge = std::max(0.05f + 0.05f * cloud.softness, 1.6f * texel * t);
+        const float edge =
+            std::max(0.018f + 0.04f * cloud.softness * cloud.softness, 0.8f * texel * t);
         if (depth < -edge) {
-            t += std::max(0.6f * -depth, 0.02f);
+            t += std::max(0.6f * -depth, 0.016f);
             outside = true;
             continue;
         }
-        const float step = std::max(0.022f, 0.5f * texel * t);
+        const float step = std::max(0.018f, 0.5f * texel * t);
         if (outside) {  // step in at a different place for every texel
             outside = false;
             t -= step * chance;
@@ -179,20 +222,10 @@ void Clouds::march(const Crossing& crossing, Vec3 direction, Vec3 sun, float tex
         const float density = smoothstep(-edge, edge, depth);
         const float alpha = 1 - std::exp(-kDensity * density * step);
         if (alpha > 0.002f) {
-            float shadow = 0, reach = 0, stride = 0.06f;
-            for (int i = 0; i < 5; ++i) {
-                const Vec3 q = p + sun * (reach + 0.5f * stride);
-                shadow += stride * smoothstep(-edge, edge, depthInside(cloud, q, i < 2));
-                reach += stride;
-                stride *= 1.7f;
-            }
-            const float veil = kDensity * shadow;
-            const float direct = 0.66f * std::exp(-0.55f * veil) + 0.24f * std::exp(-0.16f * veil) +
-                                 0.10f * std::exp(-0.05f * veil);
-            const float lift = clamp01((p.y - kBase) / 0.9f);
-            const float light = clamp01(1.08f * direct + 0.30f * lift * (1 - direct));
-            const Vec3 own = mix(kShade, kLit, light);
-            const float distance = 1 - std::exp(-t / 42 - t * t / (60.0f * 60.0f));
+            const float light = sunlight(cloud, p, sun, edge);
+            const Vec3 own =
+                light < 0.5f ? mix(kShade, kHalf, 2 * light) : mix(kHalf, kLit, 2 * light - 1);
+            const float distance = 1 - std::exp(-t / 46 - t * t / (62.0f * 62.0f));
             const float share = alpha * (1 - sight.opacity);
             sight.colour += mix(own, haze(), distance) * share;
             sight.opacity += share;

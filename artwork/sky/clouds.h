@@ -37,19 +37,27 @@ private:
         art::Vec3 centre;
         float radius;
     };
-    struct Cloud {
-        art::Vec3 centre;  ///< Of the sphere that holds it all.
-        float radius;
-        float softness;  ///< 0 hard and dense, 1 wispy
+    /// A puff with the smaller ones on its flanks.
+    struct Heap {
+        art::Vec3 centre;
+        float radius;  ///< Of the sphere that holds them all.
         std::vector<Puff> puffs;
+    };
+    struct Cloud {
+        art::Vec3 centre;
+        float radius;    ///< Of the sphere that holds it all.
+        float softness;  ///< 0 hard and dense, 1 wispy
+        std::vector<Heap> heaps;
     };
     struct Crossing {
         float from, to;
         const Cloud* cloud;
     };
 
-    void heapUp(art::Vec3 foot, float width, float height, art::Random& random);
+    void scatter();
+    void pileUp(art::Vec3 foot, float width, float height, art::Random& random);
     float depthInside(const Cloud& cloud, art::Vec3 p, bool fine) const;
+    float sunlight(const Cloud& cloud, art::Vec3 p, art::Vec3 sun, float edge) const;
     void march(const Crossing& crossing, art::Vec3 direction, art::Vec3 sun, float texel,
                float chance, Sight& sight) const;
 

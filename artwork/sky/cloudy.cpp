@@ -60,7 +60,7 @@ int main(int argc, char** argv) {
     Image image(size, size);
     parallelFor(size, [&](int y) {
         for (int x = 0; x < size; ++x)
-            image.at(x, y).colour = texel(x, y, size, clouds);
+            image.at(x, y).colour = sky::grained(texel(x, y, size, clouds), x, y);
     });
     saveBmp24(image, std::string(argv[1]) + "/sky_cloudy.nlt");
 }
