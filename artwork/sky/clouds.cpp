@@ -81,7 +81,7 @@ void Clouds::scatter() {
     constexpr int kGreat = 9;
     for (int i = 0; i < kGreat; ++i) {
         const float angle = 2 * kPi * (static_cast<float>(i) + random.range(-0.3f, 0.3f)) / kGreat;
-        const float r = random.range(9.5f, 15);
+        const float r = random.range(7.5f, 15);
         const float width = random.range(1.2f, 2.1f);
         pileUp(place(r, angle), width, width * random.range(0.85f, 1.25f), random);
         for (int k = random.index(4); k > 0; --k) {
@@ -101,9 +101,9 @@ void Clouds::scatter() {
         // Clouds gather in fields with open sky between them.
         const float field = fractalNoise({foot.x * 0.06f, foot.z * 0.06f, 0.5f}, 3, 91);
         const float far = smoothstep(12, 28, r);
-        if (pick > mix(0.08f, 0.36f, far) * smoothstep(-0.12f, 0.30f, field + 0.12f * far))
+        if (pick > mix(0.10f, 0.55f, far) * smoothstep(-0.15f, 0.25f, field + 0.15f * far))
             continue;
-        const float width = mix(0.30f, 0.85f, size * size) + far * 1.6f * std::pow(size, 4.0f);
+        const float width = mix(0.30f, 0.85f, size * size) + far * 2.1f * std::pow(size, 4.0f);
         pileUp(foot, width, width * tall * mix(0.8f, 1.25f, far), random);
     }
 }
@@ -191,12 +191,12 @@ float Clouds::sunlight(const Cloud& cloud, Vec3 p, Vec3 sun, float edge) const {
         stride *= 1.7f;
     }
     const float veil = kDensity * shadow;
-    const float direct = 0.60f * std::exp(-0.50f * veil) + 0.26f * std::exp(-0.12f * veil) +
-                         0.14f * std::exp(-0.03f * veil);
+    const float direct = 0.66f * std::exp(-0.45f * veil) + 0.22f * std::exp(-0.10f * veil) +
+                         0.12f * std::exp(-0.02f * veil);
     // Light from the open sky comes to the tops and not into the folds.
     const float open = smoothstep(0.25f, -0.05f, depthInside(cloud, p + Vec3{0, 0.10f, 0}, true));
     const float lift = clamp01((p.y - kBase) / 0.7f);
-    return clamp01(0.95f * direct + 0.16f * open + 0.12f * lift);
+    return clamp01(1.00f * direct + 0.14f * open + 0.08f * lift - 0.04f);
 }
 
 void Clouds::march(const Crossing& crossing, Vec3 direction, Vec3 sun, float texel, float chance,
@@ -225,7 +225,7 @@ void Clouds::march(const Crossing& crossing, Vec3 direction, Vec3 sun, float tex
             const float light = sunlight(cloud, p, sun, edge);
             const Vec3 own =
                 light < 0.5f ? mix(kShade, kHalf, 2 * light) : mix(kHalf, kLit, 2 * light - 1);
-            const float distance = 1 - std::exp(-t / 46 - t * t / (62.0f * 62.0f));
+            const float distance = 1 - std::exp(-t / 75 - t * t / (52.0f * 52.0f));
             const float share = alpha * (1 - sight.opacity);
             sight.colour += mix(own, haze(), distance) * share;
             sight.opacity += share;
