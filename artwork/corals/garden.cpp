@@ -5,186 +5,10 @@
 
 #include "common/image.h"
 #include "common/noise.h"
-#include "common/parallel.h"
-#include "corals/light.h"
 #include "floor/ground.h"
 
 namespace art {
 namespace {
-
-/// How the eye sees a garden: x to the right and y down, in texels; depth along the line of sight.
-class Camera {
-public:
-    Camera(Vec3 eye, Vec3 target) : eye_(eye) {
-        forward_ = normalize(target - eye);
-        right_ = normalize(cross({0, 1, 0}, forward_));
-        up_ = cross(forward_, right_);
-    }
-    void setScale(float texels) { scale_ = texels; }
-    Vec3 project(Vec3 p) const {
-        const Vec3 d = p - eye_;
-        const float depth = dot(d, forward_);
-        return {scale_ * dot(d, right_) / depth, -scale_ * dot(d, up_) / depth, depth};
-    }
-    Vec3 unproject(float x, float y, float depth) const {
-        return eye_ + (forward_ + right_ * (x / scale_) - up_ * (y / scale_)) * depth;
-    }
-    Vec3 towardsEye(Vec3 p) const { return normalize(eye_ - p); }
-
-private:
-    Vec3 eye_, right_, up_, forward_;
-    float scale_ = 1;
-};
-
-/// A layer as a picture, with what the mesh needs to know about each texel.
-struct Picture {
-    int x = 0, y = 0;  ///< camera coordinates of its first texel
-    int width = 0, height = 0;
-    int at_x = 0, at_y = 0;  ///< place in the texture
-    Image image{0, 0};
-    std::vector<float> depth, bend;  ///< means over what covers the texel; depth 0 for nothing
-
-    size_t index(int column, int row) const { return size_t(row) * size_t(width) + size_t(column); }
-};
-
-constexpr int kMargin = 3;   ///< empty texels round every picture
-constexpr int kSamples = 2;  ///< per texel side
-
-/// The rectangle that a layer covers, not yet drawn.
-Picture frame(const Layer& layer, const Camera& camera) {
-    Vec2 low{1e9f, 1e9f}, high{-1e9f, -1e9f};
-    for (const Growth& growth : layer.growths)
-        for (const Vertex& v : growth.mesh.vertices) {
-            const Vec3 p = camera.project(v.position);
-            low = {std::min(low.x, p.x), std::min(low.y, p.y)};
-            high = {std::max(high.x, p.x), std::max(high.y, p.y)};
-        }
-    Picture picture;
-    picture.x = static_cast<int>(std::floor(low.x)) - kMargin;
-    picture.y = static_cast<int>(std::floor(low.y)) - kMargin;
-    picture.width = static_cast<int>(std::ceil(high.x)) + kMargin - picture.x;
-    picture.height = static_cast<int>(std::ceil(high.y)) + kMargin - picture.y;
-    return picture;
-}
-
-struct Hit {
-    float depth = 0;
-    int growth = -1, triangle = 0;
-    float a = 0, b = 0;  ///< shares of the first two corners
-};
-
-Vec3 sunColour() { return {1.08f, 1.02f, 0.93f}; }
-Vec3 skyColour() { return {0.86f, 0.99f, 1.08f}; }
-Vec3 sandColour() { return {1.02f, 1.0f, 0.86f}; }
-
-/// The light that leaves a surface towards the eye.
-Vec3 shade(const Light& light, const Paint& paint, Vec3 point, Vec3 normal) {
-    const Vec3 n = normalize(normal + paint.bump);
-    const float sun = light.sun(point, normal) * std::max(0.0f, dot(n, towardsSun()));
-    const float sky = light.sky(point, normal);
-    const float relief = 0.75f + 0.25f * dot(n, normal);
-    const float from_sand = std::max(0.0f, 0.35f - 0.65f * n.y) * std::min(1.0f, 0.25f + sky);
-    return paint.colour * (sunColour() * (0.80f * sun) + skyColour() * (0.62f * sky * relief) +
-                           sandColour() * (0.30f * from_sand) + Vec3{0.06f, 0.08f, 0.09f});
-}
-
-class Painter {
-public:
-    Painter(const Light& light, const Camera& camera) : light_(light), camera_(camera) {}
-
-    /// Draws a layer into its framed picture.
-    void paint(const Layer& layer, Picture& picture) const {
-        picture.image = Image(picture.width, picture.height, {{}, 0});
-        const int width = picture.width * kSamples, height = picture.height * kSamples;
-        std::vector<Hit> hits(size_t(width) * size_t(height));
-        std::vector<std::vector<Vec3>> normals;
-        for (size_t g = 0; g < layer.growths.size(); ++g) {
-            normals.push_back(layer.growths[g].mesh.normals());
-            trace(layer.growths[g].mesh, static_cast<int>(g), picture, hits, width, height);
-        }
-        const size_t texels = size_t(picture.width) * size_t(picture.height);
-        picture.depth.assign(texels, 0);
-        picture.bend.assign(texels, 0);
-        parallelFor(picture.height, [&](int row) {
-            for (int column = 0; column < picture.width; ++column) {
-                Vec3 colour;
-                float depth = 0, bend = 0, covered = 0;
-                for (int s = 0; s < kSamples * kSamples; ++s) {
-                    const int x = column * kSamples + s % kSamples,
-                              y = row * kSamples + s / kSamples;
-                    const Hit& hit = hits[size_t(y) * size_t(width) + size_t(x)];
-                    if (hit.growth < 0)
-                        continue;
-                    const Growth& growth = layer.growths[size_t(hit.growth)];
-                    const auto& corner = growth.mesh.triangles[size_t(hit.triangle)];
-                    const float share[3] = {hit.a, hit.b, 1 - hit.a - hit.b};
-                    Vec3 point, normal;
-                    Vec2 texture;
-                    for (size_t k = 0; k < 3; ++k) {
-                        const size_t v = size_t(corner[k]);
-                        point += growth.mesh.vertices[v].position * share[k];
-                        texture = texture + growth.mesh.vertices[v].texture * share[k];
-                        normal += normals[size_t(hit.growth)][v] * share[k];
-                        bend += growth.bend[v] * share[k];
-                    }
-                    normal = normalize(normal);
-                    if (dot(normal, camera_.towardsEye(point)) < 0)
-                        normal = -normal;
-                    colour += shade(light_, growth.material(texture, point), point, normal);
-                    depth += hit.depth;
-                    ++covered;
-                }
-                if (covered == 0)
-                    continue;
-                picture.image.at(column, row) = {colour / covered, covered / (kSamples * kSamples)};
-                picture.depth[picture.index(column, row)] = depth / covered;
-                picture.bend[picture.index(column, row)] = bend / covered;
-            }
-        });
-    }
-
-private:
-    void trace(const Mesh& mesh, int growth, const Picture& picture, std::vector<Hit>& hits,
-               int width, int height) const {
-        std::vector<Vec3> projected;
-        projected.reserve(mesh.vertices.size());
-        for (const Vertex& v : mesh.vertices) {
-            const Vec3 p = camera_.project(v.position);
-            projected.push_back({(p.x - static_cast<float>(picture.x)) * kSamples,
-                                 (p.y - static_cast<float>(picture.y)) * kSamples, p.z});
-        }
-        for (size_t t = 0; t < mesh.triangles.size(); ++t) {
-            const Vec3 &a = projected[size_t(mesh.triangles[t][0])],
-                       &b = projected[size_t(mesh.triangles[t][1])],
-                       &c = projected[size_t(mesh.triangles[t][2])];
-            const float area = (b.x - a.x) * (c.y - a.y) - (b.y - a.y) * (c.x - a.x);
-            if (std::fabs(area) < 1e-9f)
-                continue;
-            const int x0 =
-                std::max(0, static_cast<int>(std::floor(std::min({a.x, b.x, c.x}) - 0.5f)));
-            const int x1 = std::min(width - 1, static_cast<int>(std::max({a.x, b.x, c.x})));
-            const int y0 =
-                std::max(0, static_cast<int>(std::floor(std::min({a.y, b.y, c.y}) - 0.5f)));
-            const int y1 = std::min(height - 1, static_cast<int>(std::max({a.y, b.y, c.y})));
-            for (int y = y0; y <= y1; ++y)
-                for (int x = x0; x <= x1; ++x) {
-                    const float px = static_cast<float>(x) + 0.5f,
-                                py = static_cast<float>(y) + 0.5f;
-                    const float u = ((b.x - px) * (c.y - py) - (b.y - py) * (c.x - px)) / area;
-                    const float v = ((c.x - px) * (a.y - py) - (c.y - py) * (a.x - px)) / area;
-                    if (u < 0 || v < 0 || u + v > 1)
-                        continue;
-                    const float depth = u * a.z + v * b.z + (1 - u - v) * c.z;
-                    Hit& hit = hits[size_t(y) * size_t(width) + size_t(x)];
-                    if (hit.growth < 0 || depth < hit.depth)
-                        hit = {depth, growth, static_cast<int>(t), u, v};
-                }
-        }
-    }
-
-    const Light& light_;
-    const Camera& camera_;
-};
 
 /// Places the pictures in the texture, side by side in rows; false when they do not fit.
 bool pack(std::vector<Picture>& pictures, int width, int height) {
@@ -445,13 +269,12 @@ void paintGarden(const Garden& garden, const std::string& folder) {
         scale *= 0.98f;
     } while (!pack(pictures, garden.width, garden.height));
 
-    const Painter painter(light, camera);
     Image texture(garden.width, garden.height, {{}, 0});
     Relief relief;
     Cutter cutter(garden, camera);
     for (size_t i = 0; i < pictures.size(); ++i) {
         Picture& picture = pictures[i];
-        painter.paint(garden.layers[i], picture);
+        draw(garden.layers[i], camera, light, picture);
         for (int y = 0; y < picture.height; ++y)
             for (int x = 0; x < picture.width; ++x)
                 texture.at(picture.at_x + x, picture.at_y + y) = picture.image.at(x, y);

@@ -8,23 +8,10 @@
 #include <string>
 #include <vector>
 
-#include "corals/growth.h"
+#include "corals/portrait.h"
 #include "floor/placement.h"
 
 namespace art {
-
-/// What sways together. Later layers stand before earlier ones as the eye sees them.
-struct Layer {
-    std::vector<Growth> growths;
-
-    void add(Growth growth, const Stand& where) {
-        growths.push_back(stand(std::move(growth), where));
-    }
-    void add(std::vector<Growth> several, const Stand& where) {
-        for (Growth& growth : several)
-            add(std::move(growth), where);
-    }
-};
 
 struct Garden {
     Placement placement;            ///< the coral of the scene that it is drawn for

@@ -463,16 +463,16 @@ Growth brain(uint32_t seed, Vec3 radii, Vec3 ridge, Vec3 groove) {
     skin(growth.mesh, 0, kDown, kAround);
     growth.bend.assign(growth.mesh.vertices.size(), 0);
     // As many windings to the unit on a large dome as on a small one.
-    const float windings = 0.30f * radii.x;
+    const float windings = 0.75f * radii.x;
     growth.material = [=](Vec2 t, Vec3 p) {
         const Labyrinth& maze = labyrinth();
         const float x = t.x * windings + where * 0.37f, y = t.y * windings;
         const float v = maze(x, y), e = 1.5f / 256;
         const float dx = maze(x + e, y) - v, dy = maze(x, y + e) - v;
-        Vec3 c = mix(groove, ridge, smoothstep(0.12f, 0.75f, v));
+        Vec3 c = mix(mix(groove, ridge, 0.25f), ridge, smoothstep(0.15f, 0.75f, v));
         c = c * (1 + 0.20f * fractalNoise(p * 2.2f, 3, seed + 3));
         // The picture's axes lie along x and z near the top, which is where the sun shows relief.
-        return Paint{c * mix(0.62f, 1.08f, smoothstep(0, 0.6f, v)), Vec3{-dx, 0, -dy} * 1.1f};
+        return Paint{c * mix(0.78f, 1.05f, smoothstep(0, 0.6f, v)), Vec3{-dx, 0, -dy} * 0.9f};
     };
     return growth;
 }

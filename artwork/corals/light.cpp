@@ -84,17 +84,14 @@ bool Light::View::hidden(Vec3 point, float bias) const {
     return depth[size_t(y) * size_t(width) + size_t(x)] > dot(point, towards) + bias;
 }
 
-float Light::sun(Vec3 point, Vec3 normal) const {
+float Light::sun(Vec3 point, Vec3 normal, float soft) const {
     const Vec3 at = point + normal * 0.03f;
     float seen = 0;
     for (int j = -1; j <= 1; ++j)
-        for (int i = -1; i <= 1; ++i)
-            seen += sun_.hidden(at + (sun_.right * static_cast<float>(i) +
-                                      sun_.up * static_cast<float>(j)) *
-                                         0.018f,
-                                0.04f)
-                        ? 0.0f
-                        : 1.0f;
+        for (int i = -1; i <= 1; ++i) {
+            const Vec3 aside = sun_.right * static_cast<float>(i) + sun_.up * static_cast<float>(j);
+            seen += sun_.hidden(at + aside * soft, 0.04f) ? 0.0f : 1.0f;
+        }
     return seen / 9;
 }
 

@@ -13,8 +13,9 @@ public:
     /// Meshes in world axes, y up; they are not kept.
     explicit Light(const std::vector<const Mesh*>& occluders);
 
-    /// Share of the sun that reaches a point, 0..1, with a soft edge.
-    float sun(Vec3 point, Vec3 normal) const;
+    /// Share of the sun that reaches a point, 0..1; the edge of a shadow is about three times soft
+    /// wide, in world units.
+    float sun(Vec3 point, Vec3 normal, float soft = 0.018f) const;
     /// Share of the sky's light that reaches a surface; 1 on open level ground.
     float sky(Vec3 point, Vec3 normal) const;
 

@@ -2,9 +2,12 @@
 //
 // Everything is seen from one eye only. Things that stand up from the sand (stones, shells) are
 // painted as the eye sees them, drawn out away from it over the floor.
+#include <memory>
+
 #include "common/image.h"
 #include "common/noise.h"
 #include "common/parallel.h"
+#include "corals/gardens.h"
 #include "floor/ground.h"
 #include "floor/placement.h"
 
@@ -21,13 +24,12 @@ float rowOf(float z) { return (Ground::kDepth - z) / kTexelZ; }
 
 /// Distance to the nearest coral's foot, in units of how far its garden reaches.
 struct Footprint {
-    float x, z, reach, strength;
+    float x, z, reach;
 };
 constexpr Footprint kFootprints[] = {
-    {-2.8f, 20.2f, 2.7f, 0.8f}, {-3.7f, 14.2f, 0.85f, 0.7f}, {-5, 13.7f, 0.95f, 0.7f},
-    {-3.4f, 12.8f, 0.7f, 0.7f}, {-8.9f, 19.2f, 1.1f, 0.7f},  {-5.6f, 15, 1.2f, 0.8f},
-    {-11.6f, 15, 1.3f, 0.8f},   {-10, 20.2f, 1.3f, 0.7f},    {0, 25.2f, 2.2f, 0.75f},
-    {7, 22, 2.4f, 0.75f},       {11, 18.4f, 1.9f, 0.8f}};
+    {-2.8f, 20.2f, 2.7f}, {-3.7f, 14.2f, 0.85f}, {-5, 13.7f, 0.95f},     {-3.4f, 12.8f, 0.7f},
+    {-8.9f, 19.2f, 1.1f}, {-5.6f, 15, 1.2f},     {-11.6f, 15, 1.3f},     {-10, 20.2f, 1.3f},
+    {0, 25.2f, 2.2f},     {7, 22, 2.4f},         {11, 18.4f, 1.9f}};
 
 float nearness(float x, float z) {
     float best = 1e9f;
@@ -116,20 +118,53 @@ Vec3 sand(float x, float z) {
     return c;
 }
 
-/// The sun's and the sky's shadow of the corals, 0 none to 1.
-float coralShadow(float x, float z) {
-    float shade = 0;
-    for (const Footprint& f : kFootprints) {
-        const float wide = length(Vec2{x - f.x, z - f.z}) / f.reach;
-        const float fallen =
-            length(Vec2{(x - f.x - 0.42f * f.reach) * 0.9f, (z - f.z - 0.22f * f.reach)}) / f.reach;
-        const float soft = 0.16f * fractalNoise({x * 1.6f, z * 1.6f, 0.5f}, 3, 561);
-        const float under = 1 - smoothstep(0.55f, 1.25f, wide + soft);
-        const float cast = 1 - smoothstep(0.50f, 1.35f, fallen + soft);
-        shade = std::max(shade, f.strength * std::max(0.75f * under, cast));
+/// The light that the corals leave to the floor.
+class Shade {
+public:
+    Shade() {
+        for (const std::vector<Mesh>& corals : standingCorals()) {
+            std::vector<const Mesh*> meshes;
+            Group group;
+            for (const Mesh& mesh : corals) {
+                meshes.push_back(&mesh);
+                for (const Vertex& v : mesh.vertices) {
+                    group.low = {std::min(group.low.x, v.position.x - kReach),
+                                 std::min(group.low.y, v.position.z - kReach)};
+                    group.high = {std::max(group.high.x, v.position.x + kReach),
+                                  std::max(group.high.y, v.position.z + kReach)};
+                }
+            }
+            group.light = std::make_unique<Light>(meshes);
+            groups_.push_back(std::move(group));
+        }
     }
-    return shade;
-}
+
+    /// What is left of the light at a point of the floor: 1 in the open.
+    Vec3 operator()(Vec3 point) const {
+        float sun = 1, sky = 1;
+        for (const Group& group : groups_) {
+            const float inside = std::min({point.x - group.low.x, group.high.x - point.x,
+                                           point.z - group.low.y, group.high.y - point.z});
+            if (inside <= 0)
+                continue;
+            // The floor is coarse; a group must not end at a visible line.
+            const float fade = smoothstep(0, 1, inside);
+            const Vec3 up{0, 1, 0};
+            sun = std::min(sun, mix(1, group.light->sun(point, up, 0.045f), fade));
+            sky = std::min(sky, mix(1, group.light->sky(point, up), fade));
+        }
+        return Vec3{0.60f, 0.57f, 0.54f} * sun + Vec3{0.40f, 0.43f, 0.46f} * (sky * sky);
+    }
+
+private:
+    /// How far from a coral its shade is felt.
+    static constexpr float kReach = 2.5f;
+    struct Group {
+        Vec2 low{1e9f, 1e9f}, high{-1e9f, -1e9f};
+        std::unique_ptr<Light> light;
+    };
+    std::vector<Group> groups_;
+};
 
 /// A lump on the sand, painted as the eye sees it.
 struct Stone {
@@ -365,14 +400,16 @@ Image paintFloor() {
     });
     paintStones(image);
     paintStars(image);
+    const Ground ground;
+    const Shade shade;
     parallelFor(kTexels, [&](int row) {
         const float z = worldZ(static_cast<float>(row) + 0.5f);
         // Water colour grows with distance; the fog takes over behind.
         const Vec3 water = mix({1, 0.992f, 0.965f}, {0.72f, 0.93f, 0.94f}, smoothstep(4, 32, z));
         for (int column = 0; column < kTexels; ++column) {
-            const float shade = coralShadow(worldX(static_cast<float>(column) + 0.5f), z);
+            const float x = worldX(static_cast<float>(column) + 0.5f);
             Vec3& c = image.at(column, row).colour;
-            c = c * water * mix({1, 1, 1}, rgb(95, 100, 95) * (1 / 0.92f), shade * 0.9f);
+            c = c * water * shade({x, ground.height(x, z), z});
         }
     });
     return soften(image);
