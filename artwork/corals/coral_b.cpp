@@ -213,7 +213,7 @@ void paintBranches(Image& texture) {
         picture.y = -kSize / 2;
         picture.width = kStrip;
         picture.height = kSize;
-        draw(layer, camera, light, picture);
+        draw(layer, camera, light, nullptr, picture);
         for (int y = 0; y < kSize; ++y)
             for (int x = 0; x < kStrip; ++x) {
                 Pixel pixel = picture.image.at(x, y);

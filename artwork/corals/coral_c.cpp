@@ -13,8 +13,8 @@ Garden coral_c() {
     const float x = -8.9f, y = -6.25f, z = 19.2f;
 
     Layer& back = garden.layer();
-    back.add(fan(92, 2.35f, rgb(186, 26, 118), rgb(255, 92, 190)),
-             {{x, y + 0.25f, z}, {6, -10, 0}});
+    back.add(fan(92, 2.1f, rgb(186, 26, 118), rgb(255, 92, 190)),
+             {{x + 0.25f, y + 0.25f, z}, {6, -10, 4}});
 
     Layer& front = garden.layer();
     front.add(rock(91, {0.95f, 0.42f, 0.8f}), {{x, y, z}});

@@ -10,6 +10,7 @@ Garden coral_d() {
     garden.width = 512;
     garden.height = 512;
     garden.cell = 16;
+    garden.cut = false;
     // Seen from between the two directions from which the eye sees the two.
     const Placement& twin = kCorals[6];
     const Vec3 other = garden.placement.toWorld(twin.toFile(kEye));

@@ -14,14 +14,14 @@ Garden coral_f() {
     Layer& rigid = garden.layer();
     rigid.add(rock(111, {1.35f, 0.5f, 1.1f}), {{x, y, z}});
     rigid.add(rock(114, {0.8f, 0.42f, 0.7f}), {{x - 1.5f, y - 0.15f, z - 0.3f}});
-    rigid.add(plates(112, 1.35f, 14, rgb(132, 116, 40), rgb(222, 206, 78)),
-              {{x + 0.1f, y + 0.30f, z}, {-10, 40, 8}});
+    rigid.add(plates(112, 1.35f, 14, rgb(160, 132, 48), rgb(236, 214, 92)),
+              {{x - 0.75f, y + 0.45f, z}, {-14, 40, 8}});
     rigid.add(brain(115, {0.42f, 0.36f, 0.42f}, rgb(236, 176, 150), rgb(150, 86, 84)),
               {{x - 0.95f, y + 0.10f, z - 0.85f}});
     strew(rigid, 913, x - 0.5f, z - 0.3f, 2.0f, 8);
 
     Layer& soft = garden.layer();
-    soft.add(staghorn(113, 1.35f, 14, 0.062f, green(), 3), {{x - 1.9f, y - 0.1f, z - 0.6f}});
+    soft.add(staghorn(113, 1.35f, 14, 0.062f, green(), 3), {{x - 2.3f, y - 0.1f, z - 0.5f}});
     soft.add(anemone(116, 0.55f, 150), {{x - 0.25f, y + 0.25f, z - 1.0f}, {-12, 0, 0}});
     return garden;
 }

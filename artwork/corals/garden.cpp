@@ -58,7 +58,8 @@ float kept(float v) { return std::round(v * 64) / 64; }
 
 class Cutter {
 public:
-    Cutter(const Garden& garden, const Camera& camera) : garden_(garden), camera_(camera) {}
+    Cutter(const Garden& garden, const Camera& camera, const Ground& ground)
+        : garden_(garden), camera_(camera), ground_(ground) {}
 
     /// Appends a picture's mesh, far triangles first; it stays before everything cut earlier.
     void cut(const Picture& picture, Relief& relief) {
@@ -132,7 +133,11 @@ private:
             near = nearby(picture, column, row, reach);
         const float x = static_cast<float>(picture.x + column),
                     y = static_cast<float>(picture.y + row);
+        // A little nearer than it is, and before the floor: the picture already ends where the
+        // floor begins.
         float depth = near.depth / near.weight;
+        if (garden_.cut)
+            depth = std::min(depth - 0.10f, floorDepth(x, y) - 0.12f);
         depth = std::min(depth, nearestBefore(x, y) - 0.02f);
         // The file keeps coarse positions; the texture is taken where the kept one really appears.
         Vec3 file = garden_.placement.toFile(camera_.unproject(x, y, depth));
@@ -146,6 +151,18 @@ private:
         relief.world.push_back(world);
         relief.bend.push_back(near.bend / near.weight);
         return relief.mesh.add(file, texture * (1 / garden_.tiling));
+    }
+
+    /// Depth at which a line of sight meets the sea floor.
+    float floorDepth(float x, float y) const {
+        constexpr float kStride = 0.05f, kFarthest = 60;
+        float depth = camera_.project(garden_.placement.foot).z - 6;
+        for (; depth < kFarthest; depth += kStride) {
+            const Vec3 p = camera_.unproject(x, y, depth);
+            if (p.y < ground_.height(p.x, p.z))
+                break;
+        }
+        return depth;
     }
 
     /// Depth of the nearest thing cut earlier round a place of the camera's picture.
@@ -175,12 +192,12 @@ private:
     };
     const Garden& garden_;
     const Camera& camera_;
+    const Ground& ground_;
     std::vector<Node> nodes_;
 };
 
 /// The sea floor round a garden, which shades it and lights it from below.
-Mesh groundRound(const Garden& garden) {
-    const Ground ground;
+Mesh groundRound(const Garden& garden, const Ground& ground) {
     Mesh mesh;
     constexpr int kCells = 24;
     constexpr float kReach = 5;
@@ -243,7 +260,8 @@ void strew(Layer& layer, uint32_t seed, float x, float z, float reach, int count
 }
 
 void paintGarden(const Garden& garden, const std::string& folder) {
-    const Mesh floor = groundRound(garden);
+    const Ground ground;
+    const Mesh floor = groundRound(garden, ground);
     std::vector<const Mesh*> occluders{&floor};
     Vec3 middle;
     float count = 0;
@@ -271,10 +289,10 @@ void paintGarden(const Garden& garden, const std::string& folder) {
 
     Image texture(garden.width, garden.height, {{}, 0});
     Relief relief;
-    Cutter cutter(garden, camera);
+    Cutter cutter(garden, camera, ground);
     for (size_t i = 0; i < pictures.size(); ++i) {
         Picture& picture = pictures[i];
-        draw(garden.layers[i], camera, light, picture);
+        draw(garden.layers[i], camera, light, garden.cut ? &ground : nullptr, picture);
         for (int y = 0; y < picture.height; ++y)
             for (int x = 0; x < picture.width; ++x)
                 texture.at(picture.at_x + x, picture.at_y + y) = picture.image.at(x, y);

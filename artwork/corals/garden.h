@@ -19,6 +19,7 @@ struct Garden {
     int frames = 10;                ///< keyframes of one swell
     int width = 512, height = 512;  ///< of the texture
     int cell = 14;                  ///< texels between mesh points
+    bool cut = true;                ///< along the sea floor; not for what stands elsewhere too
     float tiling = 1;               ///< the scene multiplies texture coordinates by it
     std::vector<Layer> layers;      ///< world axes, y up
 

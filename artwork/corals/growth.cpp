@@ -377,40 +377,61 @@ Growth plates(uint32_t seed, float radius, int count, Vec3 low, Vec3 high) {
     return growth;
 }
 
-Growth leather(uint32_t seed, float radius) {
-    Growth growth;
-    constexpr int kAround = 64, kTop = 16, kFoot = 7;
+std::vector<Growth> leather(uint32_t seed, float radius) {
+    Growth cap;
+    constexpr int kAround = 120, kTop = 20, kFoot = 10;
     const float where = static_cast<float>(seed % 37);
+    const auto point = [&](float angle, float t) {
+        // The cap rolls over its rim, which runs in folds; below it narrows to the foot.
+        const float fold = std::sin(angle * 7 + 1.6f * std::sin(angle * 2 + where) + where);
+        if (t <= 1) {
+            const float r =
+                radius * t * (1 + (0.07f * std::sin(angle * 3 + where) + 0.06f * fold) * t);
+            const float y =
+                radius * (0.50f + 0.16f * t * t - 0.20f * t * t * t * t + 0.10f * fold * t * t * t);
+            return Vec3{std::cos(angle) * r, y, std::sin(angle) * r};
+        }
+        const float u = t - 1;
+        const float r = radius * mix(1.0f + 0.06f * fold, 0.36f, std::sqrt(u));
+        const float y = radius * (mix(0.46f, -0.15f, u) - 0.16f * std::sin(kPi * std::sqrt(u)) +
+                                  0.10f * fold * (1 - u));
+        return Vec3{std::cos(angle) * r, y, std::sin(angle) * r};
+    };
     for (int j = 0; j <= kTop + kFoot; ++j)
         for (int i = 0; i <= kAround; ++i) {
             const float angle = 2 * kPi * static_cast<float>(i) / kAround;
-            float y, r;
-            if (j <= kTop) {
-                const float t = static_cast<float>(j) / kTop;
-                r = radius * t * (1 + 0.10f * std::sin(angle * 3 + where) * t);
-                y = radius * (0.62f + 0.06f * t - 0.22f * t * t) +
-                    0.17f * radius * std::sin(angle * 9 + 2 * std::sin(angle * 2 + where)) * t * t *
-                        t;
-            } else {
-                const float t = static_cast<float>(j - kTop) / kFoot;
-                r = radius * mix(1.0f, 0.34f, std::sqrt(t));
-                y = radius * (mix(0.44f, -0.12f, t * t) - 0.05f);
-            }
-            growth.mesh.add({std::cos(angle) * r, y, std::sin(angle) * r},
-                            {static_cast<float>(i) / kAround,
-                             static_cast<float>(j) / static_cast<float>(kTop + kFoot)});
+            const float t =
+                j <= kTop ? static_cast<float>(j) / kTop : 1 + static_cast<float>(j - kTop) / kFoot;
+            cap.mesh.add(point(angle, t), {angle, t});
         }
-    skin(growth.mesh, 0, kTop + kFoot, kAround);
-    bendByHeight(growth, radius * 0.7f, 0.035f * radius);
-    growth.material = [seed, radius](Vec2 t, Vec3 p) {
-        const Cell polyp = cellNoise(p * (26 / std::max(0.5f, radius) * 0.5f), seed);
-        Vec3 c = mix(rgb(196, 138, 120), rgb(236, 188, 158),
+    skin(cap.mesh, 0, kTop + kFoot, kAround);
+    bendByHeight(cap, radius * 0.7f, 0.03f * radius);
+    cap.material = [seed](Vec2 t, Vec3 p) {
+        Vec3 c = mix(rgb(206, 150, 128), rgb(238, 192, 160),
                      clamp01(0.5f + 0.8f * fractalNoise(p * 3, 3, seed + 1)));
-        if (t.y < 0.72f)
-            c = mix(rgb(255, 236, 214), c, smoothstep(0.10f, 0.42f, polyp.nearest));
-        return Paint{c, rough(p * 16, 1, seed + 2) * 0.35f};
+        c = c * mix(1.0f, 0.80f, smoothstep(1.1f, 2.0f, t.y));
+        return Paint{c, rough(p * 16, 1, seed + 2) * 0.3f};
     };
-    return growth;
+
+    // Its polyps, each a short stalk with a pale star.
+    Growth polyps;
+    Random random(seed);
+    const int count = static_cast<int>(900 * radius);
+    for (int i = 0; i < count; ++i) {
+        const float t = std::sqrt(random.unit()) * 1.02f, angle = random.range(0, 2 * kPi);
+        const Vec3 from = point(angle, std::min(t, 1.0f));
+        const Vec3 out{std::cos(angle), 0, std::sin(angle)};
+        const Vec3 along = normalize(out * (0.9f * t * t) + Vec3{random.range(-0.25f, 0.25f), 1,
+                                                                 random.range(-0.25f, 0.25f)});
+        const float l = random.range(0.05f, 0.085f);
+        addTube(polyps, {from - along * 0.01f, from + along * (0.8f * l), from + along * l},
+                {0.011f, 0.013f, 0.022f}, 5, 0, 1);
+    }
+    bendByHeight(polyps, radius * 0.7f, 0.04f * radius);
+    polyps.material = [](Vec2 t, Vec3) {
+        return Paint{mix(rgb(214, 158, 128), rgb(255, 240, 206), smoothstep(0.3f, 0.9f, t.y)), {}};
+    };
+    return {cap, polyps};
 }
 
 Growth anemone(uint32_t seed, float radius, int arms) {

@@ -14,7 +14,7 @@ Light::Light(const std::vector<const Mesh*>& occluders) {
         const float y = mix(0.98f, -0.12f, (static_cast<float>(i) + 0.5f) / kDirections);
         const float angle = static_cast<float>(i) * 2.39996f, r = std::sqrt(1 - y * y);
         View view = look(occluders, {r * std::cos(angle), y, r * std::sin(angle)}, 0.03f);
-        view.weight = 0.45f + 0.55f * std::max(0.0f, y);
+        view.weight = 0.75f + 0.25f * std::max(0.0f, y);
         sky_[size_t(i)] = std::move(view);
     });
     open_ = 0;

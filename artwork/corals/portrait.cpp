@@ -27,13 +27,16 @@ float shoulder(float v) {
 /// The light that leaves a surface towards the eye.
 Vec3 shade(const Light& light, const Paint& paint, Vec3 point, Vec3 normal) {
     const Vec3 n = normalize(normal + paint.bump);
-    const float sun = light.sun(point, normal) * std::max(0.0f, dot(n, towardsSun()));
+    // Water scatters the sun a little round every edge.
+    constexpr float kRound = 0.25f;
+    const float sun =
+        light.sun(point, normal) * std::max(0.0f, dot(n, towardsSun()) + kRound) / (1 + kRound);
     const float sky = light.sky(point, normal);
     const float relief = 0.75f + 0.25f * dot(n, normal);
     const float from_sand = std::max(0.0f, 0.35f - 0.65f * n.y) * std::min(1.0f, 0.25f + sky);
     const Vec3 c =
-        paint.colour * (sunColour() * (0.70f * sun) + skyColour() * (0.50f * sky * relief) +
-                        sandColour() * (0.32f * from_sand) + Vec3{0.10f, 0.12f, 0.13f});
+        paint.colour * (sunColour() * (0.76f * sun) + skyColour() * (0.50f * sky * relief) +
+                        sandColour() * (0.32f * from_sand) + Vec3{0.12f, 0.14f, 0.15f});
     return {shoulder(c.x), shoulder(c.y), shoulder(c.z)};
 }
 
@@ -92,7 +95,8 @@ Picture frame(const Layer& layer, const Camera& camera) {
     return picture;
 }
 
-void draw(const Layer& layer, const Camera& camera, const Light& light, Picture& picture) {
+void draw(const Layer& layer, const Camera& camera, const Light& light, const Ground* ground,
+          Picture& picture) {
     picture.image = Image(picture.width, picture.height, {{}, 0});
     const int width = picture.width * kSamples, height = picture.height * kSamples;
     std::vector<Hit> hits(size_t(width) * size_t(height));
@@ -123,8 +127,11 @@ void draw(const Layer& layer, const Camera& camera, const Light& light, Picture&
                     point += growth.mesh.vertices[v].position * share[k];
                     texture = texture + growth.mesh.vertices[v].texture * share[k];
                     normal += normals[size_t(hit.growth)][v] * share[k];
-                    bend += growth.bend[v] * share[k];
                 }
+                if (ground && point.y < ground->height(point.x, point.z) - 0.015f)
+                    continue;
+                for (size_t k = 0; k < 3; ++k)
+                    bend += growth.bend[size_t(corner[k])] * share[k];
                 normal = normalize(normal);
                 if (dot(normal, camera.towardsEye(point)) < 0)
                     normal = -normal;

@@ -6,6 +6,7 @@
 #include "common/image.h"
 #include "corals/growth.h"
 #include "corals/light.h"
+#include "floor/ground.h"
 
 namespace art {
 
@@ -63,7 +64,9 @@ constexpr int kMargin = 3;
 /// The rectangle that a layer covers, not yet drawn.
 Picture frame(const Layer& layer, const Camera& camera);
 
-/// Draws a layer into its rectangle; what lies outside is left out.
-void draw(const Layer& layer, const Camera& camera, const Light& light, Picture& picture);
+/// Draws a layer into its rectangle; what lies outside is left out, and so is what the sea floor
+/// hides, if there is one.
+void draw(const Layer& layer, const Camera& camera, const Light& light, const Ground* ground,
+          Picture& picture);
 
 }  // namespace art

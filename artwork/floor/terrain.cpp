@@ -27,8 +27,8 @@ struct Footprint {
     float x, z, reach;
 };
 constexpr Footprint kFootprints[] = {
-    {-2.8f, 20.2f, 2.7f}, {-3.7f, 14.2f, 0.85f}, {-5, 13.7f, 0.95f},     {-3.4f, 12.8f, 0.7f},
-    {-8.9f, 19.2f, 1.1f}, {-5.6f, 15, 1.2f},     {-11.6f, 15, 1.3f},     {-10, 20.2f, 1.3f},
+    {-2.8f, 20.2f, 2.7f}, {-3.7f, 14.2f, 0.85f}, {-5, 13.7f, 0.95f}, {-3.4f, 12.8f, 0.7f},
+    {-8.9f, 19.2f, 1.1f}, {-5.6f, 15, 1.2f},     {-11.6f, 15, 1.3f}, {-10, 20.2f, 1.3f},
     {0, 25.2f, 2.2f},     {7, 22, 2.4f},         {11, 18.4f, 1.9f}};
 
 float nearness(float x, float z) {
@@ -153,7 +153,9 @@ public:
             sun = std::min(sun, mix(1, group.light->sun(point, up, 0.045f), fade));
             sky = std::min(sky, mix(1, group.light->sky(point, up), fade));
         }
-        return Vec3{0.60f, 0.57f, 0.54f} * sun + Vec3{0.40f, 0.43f, 0.46f} * (sky * sky);
+        const float dim = 0.25f + 0.75f * sky;
+        return Vec3{0.56f, 0.53f, 0.50f} * (sun * mix(0.6f, 1.0f, sky)) +
+               Vec3{0.44f, 0.47f, 0.50f} * dim;
     }
 
 private:
