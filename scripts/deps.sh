@@ -5,7 +5,7 @@ set -eu
 build="cmake ninja-build g++ pkg-config git
     qtbase5-dev libqt5opengl5-dev libqt5x11extras5-dev libkf5config-dev libkf5widgetsaddons-dev
     libsdl1.2-dev libsdl-mixer1.2-dev libgl-dev libegl-dev libglu1-mesa-dev libgl1-mesa-dri
-    libxcb1-dev libx11-dev libpng-dev"
+    libxcb1-dev libxcb-dpms0-dev libxcb-xtest0-dev libx11-dev libpng-dev"
 artwork="povray povray-includes libfreetype-dev fonts-dejavu-core"
 run="xvfb xauth x11-utils imagemagick"
 tests="libgtest-dev libgmock-dev libbenchmark-dev clang-format"

@@ -7,6 +7,7 @@
 #include <QSocketNotifier>
 #include <csignal>
 #include <cstdio>
+#include <cstring>
 #include <ctime>
 #include <utility>
 
@@ -59,6 +60,11 @@ void onMessage(QtMsgType type, const QMessageLogContext& context, const QString&
         _exit(0);
     // Looked for at the start, whether needed or not; many hosts do not pass the variable.
     if (message.startsWith(QLatin1String("QStandardPaths: ")))
+        return;
+    // One line for a settings file that cannot be read, not one for each of its lines.
+    static bool settings_told = false;
+    if (context.category && std::strcmp(context.category, "kf.config.core") == 0 &&
+        std::exchange(settings_told, true))
         return;
     std::fprintf(stderr, "%s\n", qPrintable(qFormatLogMessage(type, context, message)));
 }
