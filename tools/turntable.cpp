@@ -89,7 +89,11 @@ int main(int count, char** arguments) {
     const Frames frames = frameRecords(path.c_str());
     QModel model;
     Texture texture;
-    if (frames.count == 0 || !model.loadMD3(path.c_str()) ||
+    if (frames.count == 0) {
+        std::fprintf(stderr, "%s is no model\n", path.c_str());
+        return 1;
+    }
+    if (!model.loadMD3(path.c_str()) ||
         !texture.loadBMP(skin.c_str(), static_cast<TEXTURE_FLAG>(QUALITY_NORMAL | WRAP_REPEAT)))
         return 1;
     // An animation of one frame holds that frame still.

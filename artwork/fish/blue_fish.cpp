@@ -65,6 +65,6 @@ int main(int, char** arguments) {
     skin.detail.scale = 0.018f;
     skin.detail.scale_depth = 0.07f;
     skin.detail.gill_height = 0.11f;
-    saveSkin(reefFish(), skin, 512,
+    saveSkin(reefFish(), skin, 256,
              std::string(arguments[1]) + "/models/reeffishes/blaugelbfish.nlt");
 }

@@ -133,5 +133,5 @@ int main(int, char** arguments) {
     };
     const auto paddle = [](int frame) { return static_cast<float>(frame % kSwim) / kSwim; };
     saveFish(fish, kTurn + kSwim, bend, paddle, folder + "swpfish.nlm");
-    saveSkin(fish, skin, 512, folder + "swpfish.nlt");
+    saveSkin(fish, skin, 256, folder + "swpfish.nlt");
 }

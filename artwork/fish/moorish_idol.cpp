@@ -42,8 +42,8 @@ Fish anatomy() {
 
     Fin streamer;
     streamer.part = Part::EXTRA;
-    streamer.root = {{0.36f, 0.285f}, {0.50f, 0.310f}};
-    streamer.margin = {{1.335f, 0.800f}, {1.345f, 0.780f}};
+    streamer.root = {{0.36f, 0.285f}, {0.54f, 0.310f}};
+    streamer.margin = {{1.330f, 0.820f}, {1.350f, 0.760f}};
     streamer.bow = {-0.115f, 0.155f};
     streamer.columns = 2;
     streamer.rows = 10;
@@ -154,5 +154,5 @@ int main(int, char** arguments) {
     skin.detail.mouth_corner = {0.018f, -0.016f};
     const Fish fish = anatomy();
     saveFish(fish, 20, folder + "moorishidol.nlm");
-    saveSkin(fish, skin, 512, folder + "moorishidol.nlt");
+    saveSkin(fish, skin, 256, folder + "moorishidol.nlt");
 }

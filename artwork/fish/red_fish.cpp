@@ -59,5 +59,5 @@ int main(int, char** arguments) {
     skin.detail.scale_depth = 0.16f;
     const Fish fish = reefFish();
     saveFish(fish, 10, folder + "rfish.nlm");
-    saveSkin(fish, skin, 512, folder + "rotfish.nlt");
+    saveSkin(fish, skin, 256, folder + "rotfish.nlt");
 }

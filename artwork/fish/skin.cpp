@@ -43,7 +43,7 @@ Vec3 lit(Vec3 colour, const BodyPoint& p) {
     // Sun from above, light from the sand below: the flank is full, the lower belly turns cool.
     const float up = p.normal.z;
     const float sun = smoothstep(-0.85f, 0.45f, up);
-    const Vec3 shade = mix(Vec3{0.76f, 0.80f, 0.83f}, Vec3{1.05f, 1.04f, 1.01f}, sun);
+    const Vec3 shade = mix(Vec3{0.80f, 0.84f, 0.87f}, Vec3{1.12f, 1.10f, 1.06f}, sun);
     return colour * shade;
 }
 
@@ -105,7 +105,7 @@ Pixel eyePixel(const EyeLook& look, float u, float v) {
     c = mix(Vec3{0.02f, 0.025f, 0.035f}, c, smoothstep(0.92f, 1.08f, pupil));
     c = mix(c, {0.93f, 0.86f, 0.66f}, 0.35f * bell(pupil - 1.14f, 0.06f));
     c = mix(c, c * 0.25f, smoothstep(0.80f, 0.96f, r));
-    c += Vec3{1, 1, 1} * (1 - smoothstep(0.10f, 0.24f, length(p - Vec2{-0.22f, 0.30f})));
+    c += Vec3{1, 1, 1} * (1 - smoothstep(0.13f, 0.29f, length(p - Vec2{-0.24f, 0.32f})));
     c += Vec3{0.4f, 0.6f, 0.7f} *
          (0.4f * (1 - smoothstep(0.1f, 0.4f, length(p - Vec2{0.2f, -0.42f}))));
     return {c, 1 - smoothstep(0.90f, 1.0f, r)};

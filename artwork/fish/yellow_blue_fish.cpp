@@ -143,5 +143,5 @@ int main(int, char** arguments) {
     skin.detail.mouth_corner = {0.038f, -0.030f};
     const Fish fish = anatomy();
     saveFish(fish, 20, folder + "gsbfish.nlm");
-    saveSkin(fish, skin, 512, folder + "gsbfish.nlt");
+    saveSkin(fish, skin, 256, folder + "gsbfish.nlt");
 }

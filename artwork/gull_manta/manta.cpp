@@ -132,8 +132,12 @@ void Manta::whip() {
 float slope(float along, float turns) {
     const float reach = smoothstep(0.05f, 0.75f, along);
     const float beat = std::sin(2 * kPi * (turns - 0.26f * along));
-    return reach * (9 + 34 * beat) + 9 * smoothstep(0.6f, 1.0f, along);
+    return reach * (8 + 38 * beat) + 10 * smoothstep(0.6f, 1.0f, along);
 }
+
+/// Degrees the whole animal leans to its right. It is mostly seen from the side and hardly from
+/// above, so a level glide would show nothing but an edge.
+float lean(float turns) { return 17 * std::sin(2 * kPi * (turns + 0.1f)); }
 
 Vec3 pose(Vec3 p, float along_tail, float turns) {
     const float heave = -1.5f * std::sin(2 * kPi * (turns - 0.08f));
@@ -152,7 +156,7 @@ Vec3 pose(Vec3 p, float along_tail, float turns) {
         p.z = q.y;
     }
     p.z += heave;
-    return p;
+    return rotateY(p, lean(turns));
 }
 
 // ---- Painting; x from the middle outwards ----
