@@ -234,8 +234,8 @@ std::vector<Growth> table(uint32_t seed, float radius, float height) {
     std::vector<float> widths;
     for (int i = 0; i <= 6; ++i) {
         const float t = static_cast<float>(i) / 6;
-        stalk.push_back(
-            {0.1f * radius * std::sin(t * 2), mix(-0.1f, height - 0.02f, t), 0.05f * radius * t});
+        stalk.push_back({0.1f * radius * std::sin(t * 2), mix(-0.1f, height - 0.32f * radius, t),
+                         0.05f * radius * t});
         widths.push_back(radius * (mix(0.20f, 0.13f, std::sin(t * kPi)) + 0.12f * t * t));
     }
     plate.mesh.append(tube(stalk, widths, 12, 0.1f, 0.5f), [](Vec3 p) { return p; });
@@ -377,7 +377,7 @@ Growth plates(uint32_t seed, float radius, int count, Vec3 low, Vec3 high) {
     return growth;
 }
 
-std::vector<Growth> leather(uint32_t seed, float radius) {
+Growth leather(uint32_t seed, float radius) {
     Growth cap;
     constexpr int kAround = 120, kTop = 20, kFoot = 10;
     const float where = static_cast<float>(seed % 37);
@@ -410,28 +410,14 @@ std::vector<Growth> leather(uint32_t seed, float radius) {
         Vec3 c = mix(rgb(206, 150, 128), rgb(238, 192, 160),
                      clamp01(0.5f + 0.8f * fractalNoise(p * 3, 3, seed + 1)));
         c = c * mix(1.0f, 0.80f, smoothstep(1.1f, 2.0f, t.y));
+        // Polyps dot the top.
+        const Cell polyp = cellNoise(p * 11, seed + 3);
+        c = mix(c, rgb(255, 242, 214),
+                (1 - smoothstep(0.12f, 0.40f, polyp.nearest)) * (1 - smoothstep(1.0f, 1.2f, t.y)));
         return Paint{c, rough(p * 16, 1, seed + 2) * 0.3f};
     };
 
-    // Its polyps, each a short stalk with a pale star.
-    Growth polyps;
-    Random random(seed);
-    const int count = static_cast<int>(900 * radius);
-    for (int i = 0; i < count; ++i) {
-        const float t = std::sqrt(random.unit()) * 1.02f, angle = random.range(0, 2 * kPi);
-        const Vec3 from = point(angle, std::min(t, 1.0f));
-        const Vec3 out{std::cos(angle), 0, std::sin(angle)};
-        const Vec3 along = normalize(out * (0.9f * t * t) + Vec3{random.range(-0.25f, 0.25f), 1,
-                                                                 random.range(-0.25f, 0.25f)});
-        const float l = random.range(0.05f, 0.085f);
-        addTube(polyps, {from - along * 0.01f, from + along * (0.8f * l), from + along * l},
-                {0.011f, 0.013f, 0.022f}, 5, 0, 1);
-    }
-    bendByHeight(polyps, radius * 0.7f, 0.04f * radius);
-    polyps.material = [](Vec2 t, Vec3) {
-        return Paint{mix(rgb(214, 158, 128), rgb(255, 240, 206), smoothstep(0.3f, 0.9f, t.y)), {}};
-    };
-    return {cap, polyps};
+    return cap;
 }
 
 Growth anemone(uint32_t seed, float radius, int arms) {

@@ -54,8 +54,8 @@ Growth fan(uint32_t seed, float height, Vec3 low, Vec3 high);
 Growth sponges(uint32_t seed, float height, int count, Vec3 low, Vec3 high);
 /// Curled plates round a centre.
 Growth plates(uint32_t seed, float radius, int count, Vec3 low, Vec3 high);
-/// A folded leather cap on a foot, and its polyps.
-std::vector<Growth> leather(uint32_t seed, float radius);
+/// A folded leather cap on a foot.
+Growth leather(uint32_t seed, float radius);
 Growth anemone(uint32_t seed, float radius, int arms);
 /// A dome with winding grooves; radii along x, y, z.
 Growth brain(uint32_t seed, Vec3 radii, Vec3 ridge, Vec3 groove);
