@@ -459,7 +459,9 @@ std::ostream& operator<<(std::ostream& out, const GL_CALL& call) {
         out << separator << arg;
         separator = ", ";
     }
-    return out << separator << call.text << ")";
+    if (!call.text.empty())
+        out << separator << call.text;
+    return out << ")";
 }
 
 const std::vector<GL_CALL>& calls() { return state().calls; }
