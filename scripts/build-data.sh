@@ -8,3 +8,8 @@ flock 9
 [ -f "$top/build/artwork/build.ninja" ] ||
     cmake -S "$top/artwork" -B "$top/build/artwork" -G Ninja -DCMAKE_BUILD_TYPE=Release
 cmake --build "$top/build/artwork"
+# Newer than all data files, and touched only when one of them has changed.
+stamp="$top/build/data.stamp"
+if [ ! -f "$stamp" ] || [ -n "$(find "$top/build/data" -newer "$stamp" -print -quit)" ]; then
+    touch "$stamp"
+fi

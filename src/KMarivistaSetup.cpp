@@ -9,6 +9,7 @@
 #include <QDesktopServices>
 #include <QDialogButtonBox>
 #include <QDir>
+#include <QFileInfo>
 #include <QGridLayout>
 #include <QGroupBox>
 #include <QKeyEvent>
@@ -24,17 +25,26 @@
 #include <QStandardPaths>
 #include <QStyleOptionFocusRect>
 #include <QUrl>
+#include <algorithm>
+#include <cstdio>
 #include <cstring>
+#include <memory>
 
+#include "Globals.h"
 #include "framework/LanguagePack.h"
+
+// Outside every namespace, as the macro demands.
+static void loadPictures() { Q_INIT_RESOURCE(pictures); }
 
 namespace {
 
 const char SETTINGS_FILE[] = "Orvo Atollia";
 
 constexpr QSize WINDOW_SIZE(460, 299);
-constexpr QSize FISH_PICTURE(66, 40);
-constexpr QSize WIDE_PICTURE(120, 64);
+constexpr QSize FISH_PICTURE(62, 36);
+constexpr QSize SCHOOL_PICTURE(110, 60);
+constexpr QSize GULL_PICTURE(240, 128);
+constexpr QSize SKY_PICTURE(168, 84);
 /// The intro picture keeps at least this height; it takes what the window has to spare.
 constexpr int INTRO_HEIGHT = 60;
 
@@ -101,6 +111,7 @@ QSlider* makeSlider(const char* name, int low, int high, int tick, QWidget* pare
     slider->setPageStep(1);
     slider->setTickPosition(QSlider::TicksBelow);
     slider->setTickInterval(tick);
+    slider->setSizePolicy(QSizePolicy::MinimumExpanding, QSizePolicy::Fixed);
     return slider;
 }
 
@@ -121,7 +132,8 @@ void illustrate(QAbstractButton* button, const char* picture, const QSize& size,
     button->setAccessibleName(name);
 }
 
-/// Numbers the buttons of a box from 0.
+/// Numbers the choices of a box from 0. Check boxes stay without such a group: it would take all
+/// but one of them off the tab key's way.
 QButtonGroup* numberButtons(QGroupBox* box, const QList<QAbstractButton*>& buttons) {
     auto* group = new QButtonGroup(box);
     for (int id = 0; id < buttons.size(); ++id)
@@ -129,12 +141,45 @@ QButtonGroup* numberButtons(QGroupBox* box, const QList<QAbstractButton*>& butto
     return group;
 }
 
-/// The settings file; its keys stand in the default group.
-class SettingsFile : public KConfig {
-public:
-    SettingsFile() : KConfig(QLatin1String(SETTINGS_FILE), KConfig::SimpleConfig) {}
-    KConfigGroup keys() { return group(QString()); }
-};
+QString settingsPath() {
+    return QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation) +
+           QLatin1Char('/') + QLatin1String(SETTINGS_FILE);
+}
+
+/// The keys stand at the top of the file, in no named group.
+KConfigGroup settingsKeys(KConfig& file) { return file.group(QString()); }
+
+bool holdTheSame(const KConfig& a, const KConfig& b) {
+    const QStringList groups = a.groupList();
+    if (groups != b.groupList() || a.entryMap() != b.entryMap())
+        return false;
+    return std::all_of(groups.begin(), groups.end(), [&](const QString& group) {
+        return a.entryMap(group) == b.entryMap(group);
+    });
+}
+
+/// Saves all entries as the file `path`, or leaves that as it is and returns false. KConfig alone
+/// takes a file that a full disk has cut short for saved; this one is read back before it replaces
+/// the other.
+bool save(const KConfig& config, const QString& path) {
+    // A link stays a link.
+    const QFileInfo old(path);
+    const QString target = old.exists() ? old.canonicalFilePath() : path;
+    if (old.exists() && !old.isWritable())
+        return false;
+    const QString draft = target + QLatin1String(".new");
+    QFile::remove(draft);
+    const std::unique_ptr<KConfig> written(config.copyTo(draft));
+    bool saved = written->sync();
+    written->markAsClean();
+    if (old.exists())
+        saved = saved && QFile::setPermissions(draft, old.permissions());
+    saved = saved && holdTheSame(config, KConfig(draft, KConfig::SimpleConfig)) &&
+            std::rename(QFile::encodeName(draft), QFile::encodeName(target)) == 0;
+    if (!saved)
+        QFile::remove(draft);
+    return saved;
+}
 
 /// The one text that is not in the language file, so that it can be shown without it.
 QString notSavedText(const std::string& language) {
@@ -153,6 +198,16 @@ QString notSavedText(const std::string& language) {
     return QStringLiteral("The settings could not be saved.");
 }
 
+/// Copies as many whole UTF-8 characters as have room.
+void copyText(char* to, size_t room, const char* from) {
+    size_t length = std::min(std::strlen(from), room - 1);
+    const auto inside = [](char byte) { return (byte & 0xC0) == 0x80; };
+    while (length > 0 && inside(from[length]))
+        --length;
+    std::memcpy(to, from, length);
+    to[length] = '\0';
+}
+
 /// Shows the nearest value that the slider has without counting that as the person's choice.
 void showValue(QSlider* slider, int value) {
     const QSignalBlocker blocker(slider);
@@ -162,7 +217,7 @@ void showValue(QSlider* slider, int value) {
 }  // namespace
 
 KMarivistaSetup::KMarivistaSetup(QWidget* parent, Qt::WindowFlags flags)
-    : KMarivistaSetup(LOADDIR "Language.dat", DEFAULT_LANGUAGE, parent, flags) {}
+    : KMarivistaSetup(dataFile("Language.dat"), DEFAULT_LANGUAGE, parent, flags) {}
 
 KMarivistaSetup::KMarivistaSetup(std::string languagefile, std::string language, QWidget* parent,
                                  Qt::WindowFlags flags)
@@ -170,6 +225,7 @@ KMarivistaSetup::KMarivistaSetup(std::string languagefile, std::string language,
       actpage(0),
       language_file(std::move(languagefile)),
       language_code(std::move(language)) {
+    loadPictures();
     setObjectName(QStringLiteral("KMarivistaSetup"));
 
     auto* layout = new QGridLayout(this);
@@ -187,8 +243,8 @@ KMarivistaSetup::KMarivistaSetup(std::string languagefile, std::string language,
     buildButtons();
 
     init();
-    fitTexts();
     resize(WINDOW_SIZE);
+    fitTexts();
 }
 
 /// An empty page in the place that all pages share.
@@ -240,8 +296,8 @@ void KMarivistaSetup::buildBoidPage() {
     boidtype_txt = named(new QGroupBox(page_boid), "boidtype_txt");
     boidtype_radio1 = named(new QRadioButton(boidtype_txt), "boidtype_radio1");
     boidtype_radio2 = named(new QRadioButton(boidtype_txt), "boidtype_radio2");
-    illustrate(boidtype_radio1, "boid1", WIDE_PICTURE, QStringLiteral("Caesio caerulaurea"));
-    illustrate(boidtype_radio2, "boid2", WIDE_PICTURE, QStringLiteral("Centropyge bispinosa"));
+    illustrate(boidtype_radio1, "boid1", SCHOOL_PICTURE, QStringLiteral("Caesio caerulaurea"));
+    illustrate(boidtype_radio2, "boid2", SCHOOL_PICTURE, QStringLiteral("Centropyge bicolor"));
     auto* types = new QHBoxLayout(boidtype_txt);
     types->addWidget(boidtype_radio1);
     types->addWidget(boidtype_radio2);
@@ -275,26 +331,24 @@ void KMarivistaSetup::buildFishPage() {
         {&fishspecies2, "Paracanthurus hepatus"},
         {&fishspecies3, "Zanclus cornutus"},
         {&fishspecies4, "Cephalopholis miniata"},
-        {&fishspecies5, "Lutjanus kasmira"},
-        {&fishspecies6, "Epinephelus flavocaeruleus"},
-        {&fishspecies7, "Lutjanus bohar"},
+        {&fishspecies5, "Chaetodontoplus septentrionalis"},
+        {&fishspecies6, "Plectorhinchus flavomaculatus"},
+        {&fishspecies7, "Lutjanus sebae"},
         {&fishspecies8, "Mobula birostris"},
     };
     constexpr int COLUMNS = 3;
     auto* grid = new QGridLayout(fishspecies_txt);
-    QList<QAbstractButton*> buttons;
+    int id = 0;
     for (const auto& entry : boxes) {
-        const int id = buttons.size();
         auto* box = new QCheckBox(fishspecies_txt);
         box->setObjectName(QStringLiteral("fishspecies%1").arg(id + 1));
         const QByteArray picture = "fish" + QByteArray::number(id + 1);
         illustrate(box, picture.constData(), FISH_PICTURE, QLatin1String(entry.species));
         grid->addWidget(box, id / COLUMNS, id % COLUMNS);
-        buttons.append(*entry.box = box);
+        connect(box, &QCheckBox::clicked, this, [this, id] { fishspecies_clicked(id); });
+        *entry.box = box;
+        ++id;
     }
-    QButtonGroup* group = numberButtons(fishspecies_txt, buttons);
-    group->setExclusive(false);
-    connect(group, &QButtonGroup::idClicked, this, &KMarivistaSetup::fishspecies_clicked);
 
     fishcount_txt = named(new QGroupBox(page_fish), "fishcount_txt");
     fishcount_slider = makeSlider("fishcount_slider", 0, 10, 1, fishcount_txt);
@@ -316,11 +370,9 @@ void KMarivistaSetup::buildBirdsPage() {
     page_birds = addPage("page_birds");
     birdspecies_txt = named(new QGroupBox(page_birds), "birdspecies_txt");
     birdspecies1 = named(new QCheckBox(birdspecies_txt), "birdspecies1");
-    illustrate(birdspecies1, "gull", WIDE_PICTURE, QStringLiteral("Larus argentatus"));
+    illustrate(birdspecies1, "gull", GULL_PICTURE, QStringLiteral("Larus argentatus"));
     (new QVBoxLayout(birdspecies_txt))->addWidget(birdspecies1);
-    QButtonGroup* group = numberButtons(birdspecies_txt, {birdspecies1});
-    group->setExclusive(false);
-    connect(group, &QButtonGroup::idClicked, this, &KMarivistaSetup::birdtype_clicked);
+    connect(birdspecies1, &QCheckBox::clicked, this, [this] { birdtype_clicked(0); });
 
     auto* column = static_cast<QVBoxLayout*>(page_birds->layout());
     column->addWidget(birdspecies_txt);
@@ -332,8 +384,8 @@ void KMarivistaSetup::buildSkyPage() {
     sky_txt = named(new QGroupBox(page_sky), "sky_txt");
     sky_radio1 = named(new QRadioButton(sky_txt), "sky_radio1");
     sky_radio2 = named(new QRadioButton(sky_txt), "sky_radio2");
-    illustrate(sky_radio1, "cloudy", WIDE_PICTURE);
-    illustrate(sky_radio2, "cloudless", WIDE_PICTURE);
+    illustrate(sky_radio1, "cloudy", SKY_PICTURE);
+    illustrate(sky_radio2, "cloudless", SKY_PICTURE);
     auto* choices = new QVBoxLayout(sky_txt);
     choices->addWidget(sky_radio1);
     choices->addWidget(sky_radio2);
@@ -445,7 +497,7 @@ void KMarivistaSetup::init() {
     pages.clear();
     for (const auto& entry : list) {
         FramePage page = {};
-        std::strncpy(page.name, texts.getString(entry.key), sizeof page.name - 1);
+        copyText(page.name, sizeof page.name, texts.getString(entry.key));
         page.frame = entry.frame;
         pages.push_back(page);
     }
@@ -506,10 +558,22 @@ void KMarivistaSetup::init() {
     usesound->setChecked(settings.soundOn);
 }
 
-/// Gives the list and the information text the room that their texts need, and the controls
-/// without a label of their own the name of their box.
+/// Gives the list and the information text the room that their texts need, and the sliders and the
+/// combo the names that screen readers give them.
 void KMarivistaSetup::fitTexts() {
-    sellist->setFixedWidth(sellist->sizeHintForColumn(0) + 2 * sellist->frameWidth() + 8);
+    const QFontMetrics letters = sellist->fontMetrics();
+    for (int row = 0; row < sellist->count(); ++row) {
+        QListWidgetItem* item = sellist->item(row);
+        item->setSizeHint(
+            QSize(letters.horizontalAdvance(item->text()) + 12, letters.height() + 8));
+    }
+    sellist->setFixedWidth(sellist->sizeHintForColumn(0) + 2 * sellist->frameWidth());
+    // The window's smallest size does not follow from texts that wrap by themselves.
+    layout()->activate();
+    page_intro->layout()->activate();
+    const int width = infotext->width();
+    infotext->setMinimumSize(width, std::max(0, infotext->heightForWidth(width)));
+
     boidcount_slider->setAccessibleName(boidcount_txt->title());
     fishcount_slider->setAccessibleName(fishcount_txt->title());
     camerapos_combo->setAccessibleName(camera_txt->title());
@@ -519,8 +583,8 @@ void KMarivistaSetup::fitTexts() {
 }
 
 void KMarivistaSetup::readConfig() {
-    SettingsFile file;
-    const KConfigGroup keys = file.keys();
+    KConfig file(settingsPath(), KConfig::SimpleConfig);
+    const KConfigGroup keys = settingsKeys(file);
     for (const SETTING& setting : settings_written) {
         if (setting.number)
             settings.*setting.number = keys.readEntry(setting.key, settings.*setting.number);
@@ -530,29 +594,25 @@ void KMarivistaSetup::readConfig() {
 }
 
 void KMarivistaSetup::writeConfig() {
-    SettingsFile file;
-    KConfigGroup keys = file.keys();
+    KConfig file(settingsPath(), KConfig::SimpleConfig);
+    KConfigGroup keys = settingsKeys(file);
     for (const SETTING& setting : settings_written) {
         if (setting.number)
             keys.writeEntry(setting.key, settings.*setting.number);
         else
             keys.writeEntry(setting.key, settings.*setting.flag);
     }
-    // Saving replaces the file as a whole or leaves it alone.
-    if (file.sync()) {
+    if (save(file, settingsPath()))
         accept();
-        return;
-    }
+    else
+        tellNotSaved();
     file.markAsClean();
-    tellNotSaved();
 }
 
 void KMarivistaSetup::tellNotSaved() {
     QMessageBox box(QMessageBox::Warning, QStringLiteral("Atollia"), notSavedText(language_code),
                     QMessageBox::Ok, this);
-    box.setInformativeText(QDir::toNativeSeparators(
-        QStandardPaths::writableLocation(QStandardPaths::GenericConfigLocation) + QLatin1Char('/') +
-        QLatin1String(SETTINGS_FILE)));
+    box.setInformativeText(QDir::toNativeSeparators(settingsPath()));
     box.exec();
 }
 

@@ -39,7 +39,7 @@ public:
     explicit KMarivistaSetup(QWidget* parent = nullptr, Qt::WindowFlags flags = Qt::WindowFlags());
 
     // Every widget is owned by the widget tree and carries its member's name as object name. The
-    // titled boxes around choices hold a QButtonGroup that numbers their buttons from 0.
+    // buttons of a choice are numbered from 0 in the order of their members.
     QFrame* page_boid;
     QGroupBox* boidcount_txt;
     QLabel* boidcount_edit;
