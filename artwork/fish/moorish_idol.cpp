@@ -43,7 +43,7 @@ Fish anatomy() {
     Fin streamer;
     streamer.part = Part::EXTRA;
     streamer.root = {{0.36f, 0.285f}, {0.54f, 0.310f}};
-    streamer.margin = {{1.330f, 0.820f}, {1.350f, 0.760f}};
+    streamer.margin = {{1.325f, 0.835f}, {1.350f, 0.750f}};
     streamer.bow = {-0.115f, 0.155f};
     streamer.columns = 2;
     streamer.rows = 10;
@@ -117,7 +117,7 @@ Vec3 bodyColour(const BodyPoint& p) {
 Pixel finColour(const FinPoint& p) {
     switch (p.part) {
         case Part::EXTRA: {
-            Pixel ribbon = finPixel(p, {kWhite, rgb(255, 255, 252), 3, 0.98f, 0.90f, 0.05f, 0.0f});
+            Pixel ribbon = finPixel(p, {kWhite, rgb(255, 255, 252), 3, 1.0f, 0.96f, 0.05f, 0.0f});
             ribbon.alpha *= smoothstep(1.0f, 0.93f, p.v);
             return ribbon;
         }

@@ -246,12 +246,12 @@ Vec3 pose(const Rig& rig, Vec3 p, const Posture& now) {
 
 // ---- Painting ----
 
-const Vec3 kWhite = rgb(252, 253, 254), kGrey = rgb(196, 205, 214), kBlack = rgb(38, 40, 46);
+const Vec3 kWhite = rgb(252, 253, 254), kGrey = rgb(172, 184, 197), kBlack = rgb(38, 40, 46);
 
 /// Light on a surface that faces up by that much: warm sun above, sky and sea below.
 Vec3 lit(Vec3 c, float up) {
     return c *
-           mix(Vec3{0.74f, 0.80f, 0.88f}, Vec3{1.0f, 1.0f, 0.99f}, smoothstep(-0.8f, 0.35f, up));
+           mix(Vec3{0.64f, 0.71f, 0.82f}, Vec3{1.0f, 1.0f, 0.99f}, smoothstep(-0.8f, 0.35f, up));
 }
 
 Vec3 bodyColour(float along, float round) {
@@ -290,10 +290,10 @@ Vec3 bodyColour(float along, float round) {
 
 /// Both sides of the wing; along the span, chord from the leading edge back.
 Vec3 wingColour(float along, float chord, bool above) {
-    const float black = smoothstep(0.735f, 0.775f, along + 0.10f * (chord - 0.5f));
+    const float black = smoothstep(0.705f, 0.745f, along + 0.10f * (chord - 0.5f));
     Vec3 c = above ? mix(kWhite, kGrey, smoothstep(0.02f, 0.07f, chord)) : kWhite;
     if (above)
-        c = mix(c, rgb(222, 228, 234), 0.6f * smoothstep(0.45f, 0.72f, along));
+        c = mix(c, rgb(206, 214, 222), 0.6f * smoothstep(0.45f, 0.72f, along));
 
     // Rows of coverts overlap like tiles in front of the flight feathers.
     for (int row = 0; row < 3; ++row) {
@@ -318,23 +318,23 @@ Vec3 wingColour(float along, float chord, bool above) {
     const float shaft = std::fabs(f - 0.45f);
     c *= 1 - 0.10f * flight * smoothstep(0.05f, 0.015f, shaft);
     // A white hem behind the arm.
-    c = mix(c, kWhite, smoothstep(0.86f, 0.92f, chord) * (1 - smoothstep(0.55f, 0.66f, along)));
+    c = mix(c, kWhite, smoothstep(0.86f, 0.92f, chord) * band(along, 0.14f, 0.58f, 0.06f));
 
     // The black tip with its row of white spots.
     Vec3 dark = kBlack * (1 + 0.5f * smoothstep(0.3f, 0.0f, f) * flight);
     dark *= 0.93f + 0.14f * valueNoise({along * 60, chord * 8, 0}, 3);
     c = mix(c, above ? dark : mix(dark, rgb(96, 102, 112), 0.35f), black);
-    const float spot = length(Vec2{(f - 0.45f) / 0.38f, (chord - 0.90f) / 0.055f});
+    const float spot = length(Vec2{(f - 0.45f) / 0.30f, (chord - 0.93f) / 0.040f});
     c = mix(c, kWhite, smoothstep(1.15f, 0.85f, spot) * smoothstep(0.76f, 0.80f, along));
-    const float mirror = length(Vec2{(along - 0.915f) / 0.028f, (chord - 0.42f) / 0.24f});
-    c = mix(c, kWhite, smoothstep(1.1f, 0.85f, mirror));
+    const float mirror = length(Vec2{(along - 0.925f) / 0.020f, (chord - 0.45f) / 0.22f});
+    c = mix(c, kWhite, 0.9f * smoothstep(1.1f, 0.8f, mirror));
 
     c *= 0.975f + 0.05f * valueNoise({along * 46, chord * 11, 0}, 9);
     if (above)  // the leading edge turns down, the hollow behind the arm lies a little darker
         return c * (1 - 0.07f * band(chord, 0.30f, 0.60f, 0.2f) * (1 - along));
     // Sun shines through the hem of the flight feathers.
     const float through = 0.10f * smoothstep(0.5f, 1.0f, chord) * (1 - black);
-    return c * Vec3{0.80f + through, 0.85f + through * 0.9f, 0.92f + through * 0.5f} *
+    return c * Vec3{0.72f + through, 0.78f + through * 0.9f, 0.87f + through * 0.5f} *
            (1 - 0.14f * smoothstep(0.18f, 0.0f, along));
 }
 

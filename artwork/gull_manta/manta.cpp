@@ -191,7 +191,8 @@ Vec3 topColour(float x, float y) {
 Vec3 bottomColour(float x, float y) {
     const float along = x / kHalfSpan;
     const float chord = (kLeading.at(along) - y) / (kLeading.at(along) - kTrailing.at(along));
-    Vec3 c = rgb(226, 234, 238) * (0.97f + 0.05f * fractalNoise({x * 0.3f, y * 0.3f, 0}, 3, 9));
+    Vec3 c = mix(rgb(232, 238, 240), rgb(176, 190, 204), smoothstep(0.12f, 0.75f, along)) *
+             (0.97f + 0.05f * fractalNoise({x * 0.3f, y * 0.3f, 0}, 3, 9));
     c *= mix(0.86f, 1.0f, smoothstep(0.0f, 0.3f, along));
     // Dark hem behind and at the tip, soft shade along the front.
     c = mix(
@@ -200,7 +201,7 @@ Vec3 bottomColour(float x, float y) {
             smoothstep(0.80f, 0.97f, chord + 0.05f * fractalNoise({x * 0.6f, y * 0.6f, 5}, 3, 4)) *
             smoothstep(0.16f, 0.35f, along));
     c = mix(c, rgb(84, 96, 112), 0.8f * smoothstep(0.86f, 0.98f, along));
-    c = mix(c, rgb(150, 164, 176), 0.5f * smoothstep(0.10f, 0.0f, chord));
+    c = mix(c, rgb(120, 136, 152), 0.7f * smoothstep(0.16f, 0.0f, chord));
     // Five gill slits, curved, on each side; the mouth is a dark band in front.
     for (int i = 0; i < 5; ++i) {
         const float middle = 5.2f - 1.75f * static_cast<float>(i);
