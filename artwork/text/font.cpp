@@ -23,9 +23,10 @@ constexpr int letter_pixels = 18;  // size of the letters; a capital is some 13 
 constexpr int margin = 3;          // room above and below for the edge
 constexpr int spacing = 2;         // pixels added to every advance, for the edge of both neighbours
 
-// The edge: this dark where it touches the letter, gone this many pixels from it.
-constexpr float edge_opacity = 0.8f;
-constexpr float edge_width = 3.1f;
+// The edge: this dark next to the letter, gone this many pixels from it.
+constexpr float edge_opacity = 0.86f;
+constexpr float edge_core = 1.3f;
+constexpr float edge_width = 3.4f;
 
 /// One character cell of the font: what the letter covers and where it will stand.
 struct Glyph {
@@ -46,8 +47,9 @@ std::vector<float> edgeOf(const Glyph& glyph, int height) {
                     const int sx = x + dx, sy = y + dy;
                     if (sx < 0 || sx >= glyph.width || sy < 0 || sy >= height)
                         continue;
-                    const float far = std::max(0.0f, std::hypot(float(dx), float(dy)) - 1);
-                    const float near = std::max(0.0f, 1 - far / (edge_width - 1));
+                    const float distance = std::hypot(float(dx), float(dy));
+                    const float near =
+                        std::clamp((edge_width - distance) / (edge_width - edge_core), 0.0f, 1.0f);
                     darkest = std::max(darkest, glyph.cover[size_t(sy * glyph.width + sx)] * near);
                 }
             }

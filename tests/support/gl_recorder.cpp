@@ -72,7 +72,9 @@ bool note(const char* name, std::initializer_list<double> args, const char* text
 }
 
 int imageBytes(GLenum format, int width, int height) {
-    const int pixel = format == GL_BGRA || format == GL_RGBA ? 4 : 3;
+    const int pixel = format == GL_BGRA || format == GL_RGBA ? 4
+                      : format == GL_LUMINANCE_ALPHA         ? 2
+                                                             : 3;
     return (width * pixel + 3) / 4 * 4 * height;
 }
 
