@@ -44,9 +44,9 @@ Growth pictured(uint32_t seed) {
         const float angle = static_cast<float>(i) * 2.39996f + random.range(-0.4f, 0.4f);
         const float y = 0.05f + t * (kBranchLength - 0.5f);
         const Vec3 out{std::cos(angle), 0, std::sin(angle)};
-        const Vec3 along = normalize(out + Vec3{0, random.range(0.7f, 1.3f), 0});
+        const Vec3 along = normalize(out + Vec3{0, random.range(0.9f, 1.6f), 0});
         const Vec3 from = out * (kBranchRadius * 0.85f) + Vec3{0, y, 0};
-        const float l = random.range(0.12f, 0.19f), w = random.range(0.055f, 0.075f);
+        const float l = random.range(0.09f, 0.15f), w = random.range(0.055f, 0.075f);
         growth.mesh.append(tube({from, from + along * (0.6f * l), from + along * l},
                                 {w, w * 0.95f, w * 0.7f}, 6, t, std::min(1.0f, t + 0.10f)),
                            [](Vec3 p) { return p; });
@@ -79,14 +79,14 @@ public:
         : eye_(meanDirection([](const Placement& p) { return normalize(kEye - p.foot); })),
           sun_(meanDirection([](const Placement&) { return towardsSun(); })) {
         Random random(81);
-        constexpr int kStems = 20;
+        constexpr int kStems = 17;
         for (int i = 0; i < kStems; ++i) {
             const float angle = i * 2.39996f + random.range(-0.2f, 0.2f);
             const float tilt = 1.0f * std::sqrt((static_cast<float>(i) + 0.3f) / kStems);
             const Vec3 out{std::cos(angle), std::sin(angle), 0};
             const Vec3 along = normalize(out * std::sin(tilt) + Vec3{0, 0, std::cos(tilt)});
             grow(random, out * (4.5f * tilt) + Vec3{0, 0, -2.5f}, along,
-                 kHeight * 0.43f * mix(1.0f, 0.74f, tilt), 1.45f, 2, 0);
+                 kHeight * 0.45f * mix(1.0f, 0.74f, tilt), 1.6f, 2, 0);
         }
         // Far strips first, so that the soft edges of near ones lie over them.
         std::stable_sort(pieces_.begin(), pieces_.end(),

@@ -30,6 +30,18 @@ Garden coral_i() {
     soft.add(sponges(148, 1.1f, 4, rgb(140, 78, 176), rgb(220, 166, 238)),
              {{x - 0.55f, y + 0.15f, z - 1.45f}});
     soft.add(staghorn(149, 1.0f, 12, 0.050f, cream(), 3), {{x + 1.7f, y + 0.15f, z - 1.1f}});
+
+    // Outposts on the sand in front.
+    Layer& left = garden.layer();
+    left.add(rock(221, {0.30f, 0.17f, 0.26f}), {onFloor(8.4f, 16.0f, -0.03f)});
+    left.add(staghorn(222, 0.46f, 9, 0.036f, green(), 1), {onFloor(8.65f, 15.85f)});
+    left.add(brain(223, {0.20f, 0.16f, 0.20f}, rgb(236, 176, 150), rgb(150, 86, 84)),
+             {onFloor(8.05f, 15.85f)});
+    Layer& right = garden.layer();
+    right.add(rock(224, {0.32f, 0.18f, 0.26f}), {onFloor(12.9f, 14.6f, -0.03f)});
+    right.add(staghorn(225, 0.5f, 10, 0.038f, pink(), 1), {onFloor(12.65f, 14.4f)});
+    right.add(sponges(226, 0.45f, 3, rgb(236, 130, 40), rgb(255, 196, 92)),
+              {onFloor(13.2f, 14.4f)});
     return garden;
 }
 

@@ -508,17 +508,18 @@ Growth rock(uint32_t seed, Vec3 radii, float roughness) {
         const float n = fractalNoise(p * 1.6f, 4, seed % 7 + 91),
                     n2 = fractalNoise(p * 2.3f, 3, 92);
         const float n3 = fractalNoise(p * 1.1f, 3, 93), grain = fractalNoise(p * 13, 2, 95);
-        const Cell pit = cellNoise(p * 5.2f + rough(p * 6, 1, 96) * 0.5f, 94);
+        const Vec3 warped = p + rough(p * 2.5f, 2, 96) * 0.35f;
+        const Cell knob = cellNoise(warped * 4.2f, 94), hole = cellNoise(warped * 9.5f, 98);
         Vec3 c = mix(rgb(146, 126, 108), rgb(198, 178, 150), clamp01(0.5f + 1.1f * n));
         c = mix(c, rgb(204, 120, 150), 0.80f * smoothstep(0.05f, 0.28f, n2));
         c = mix(c, rgb(136, 142, 78), 0.65f * smoothstep(0.08f, 0.28f, n3 + 0.3f * n));
         c = mix(c, rgb(228, 164, 92), 0.75f * smoothstep(0.22f, 0.34f, -n2 + 0.3f * n3));
         c = mix(c, rgb(150, 108, 176), 0.60f * smoothstep(0.26f, 0.36f, -n3 - 0.2f * n2));
-        c = c * (0.70f + 0.40f * smoothstep(0, 0.35f, pit.second - pit.nearest)) *
-            (1 + 0.30f * grain);
-        const Vec3 edge = normalize(p * 5.2f - pit.point);
+        c = c * (0.86f + 0.22f * smoothstep(0, 0.45f, knob.second - knob.nearest)) *
+            (0.78f + 0.24f * smoothstep(0.10f, 0.34f, hole.nearest)) * (1 + 0.30f * grain);
+        const Vec3 away = normalize(warped * 4.2f - knob.point);
         return Paint{
-            c, edge * (0.35f * smoothstep(0.1f, 0.6f, pit.nearest)) + rough(p * 9, 2, 97) * 0.75f};
+            c, away * (0.40f * smoothstep(0.1f, 0.6f, knob.nearest)) + rough(p * 9, 3, 97) * 0.8f};
     };
     return growth;
 }

@@ -35,8 +35,8 @@ Vec3 shade(const Light& light, const Paint& paint, Vec3 point, Vec3 normal) {
     const float relief = 0.75f + 0.25f * dot(n, normal);
     const float from_sand = std::max(0.0f, 0.35f - 0.65f * n.y) * std::min(1.0f, 0.25f + sky);
     const Vec3 c =
-        paint.colour * (sunColour() * (0.76f * sun) + skyColour() * (0.50f * sky * relief) +
-                        sandColour() * (0.32f * from_sand) + Vec3{0.12f, 0.14f, 0.15f});
+        paint.colour * (sunColour() * (0.74f * sun) + skyColour() * (0.50f * sky * relief) +
+                        sandColour() * (0.32f * from_sand) + Vec3{0.17f, 0.19f, 0.21f});
     return {shoulder(c.x), shoulder(c.y), shoulder(c.z)};
 }
 

@@ -64,7 +64,7 @@ float relief(float x, float z) {
 float lit(float slope_x, float slope_z) {
     const Vec3 sun = towardsSun();
     const Vec3 n = normalize({-slope_x, 1, -slope_z});
-    return 0.42f + 0.58f * std::max(0.0f, dot(n, sun)) / sun.y;
+    return 0.50f + 0.50f * std::max(0.0f, dot(n, sun)) / sun.y;
 }
 
 float weed(float x, float z) {
@@ -88,13 +88,13 @@ Vec3 sand(float x, float z) {
     const float broad = fractalNoise({x * 0.15f, z * 0.15f, 0.5f}, 4, 501);
     const float middle = fractalNoise({x * 0.9f, z * 0.9f, 0.5f}, 3, 502);
     const float fine = gradientNoise({x * 14, z * 14, 0.5f}, 503);
-    Vec3 c = mix(rgb(255, 250, 229), rgb(249, 238, 212), clamp01(0.45f + 1.0f * broad));
+    Vec3 c = mix(rgb(255, 255, 238), rgb(255, 248, 226), clamp01(0.45f + 1.0f * broad));
     // Bleached channels where the water runs between the mounds.
     const float channel =
         1 -
         smoothstep(0.0f, 0.11f, std::fabs(fractalNoise({x * 0.11f + 40, z * 0.07f, 0.5f}, 3, 509)));
-    c = mix(c, rgb(255, 254, 240), 0.5f * channel);
-    c = c * (0.975f + 0.05f * middle + 0.035f * fine);
+    c = mix(c, rgb(255, 255, 246), 0.5f * channel);
+    c = c * (0.99f + 0.04f * middle + 0.03f * fine);
 
     const float light = lit(dx + 0.6f * mx, dz + 0.6f * mz);
     // The short dark sides take the blue of the water.
@@ -114,7 +114,7 @@ Vec3 sand(float x, float z) {
     const float dirt =
         (1 - smoothstep(0.8f, 1.9f, near + 0.5f * middle)) * (1 - smoothstep(24, 34, z) * 0.5f);
     c = mix(c, c * mix(rgb(226, 214, 186), rgb(206, 192, 178), clamp01(0.5f + middle)),
-            0.75f * dirt);
+            0.6f * dirt);
     return c;
 }
 
@@ -407,7 +407,7 @@ Image paintFloor() {
     parallelFor(kTexels, [&](int row) {
         const float z = worldZ(static_cast<float>(row) + 0.5f);
         // Water colour grows with distance; the fog takes over behind.
-        const Vec3 water = mix({1, 0.992f, 0.965f}, {0.72f, 0.93f, 0.94f}, smoothstep(4, 32, z));
+        const Vec3 water = mix({1, 1, 0.985f}, {0.76f, 0.97f, 0.98f}, smoothstep(4, 32, z));
         for (int column = 0; column < kTexels; ++column) {
             const float x = worldX(static_cast<float>(column) + 0.5f);
             Vec3& c = image.at(column, row).colour;
