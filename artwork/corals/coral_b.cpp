@@ -7,6 +7,7 @@
 #include "common/image.h"
 #include "common/noise.h"
 #include "corals/gardens.h"
+#include "floor/ground.h"
 
 namespace art {
 namespace {
@@ -14,10 +15,10 @@ namespace {
 constexpr int kFrames = 20;
 // A branch is some ten pixels wide on the screen; more texels would only glitter.
 constexpr int kSize = 256;              ///< of the texture
-constexpr int kStrip = 32;              ///< width of a branch's picture; as high as the texture
+constexpr int kStrip = 20;              ///< width of a branch's picture; as high as the texture
 constexpr int kKinds = 2;               ///< branches that differ; each in sun and in shade
 constexpr float kHeight = 37;           ///< of the thicket, file units
-constexpr float kBranchLength = 8;      ///< of the pictured branch, in its own units
+constexpr float kBranchLength = 12.8f;  ///< of the pictured branch, in its own units
 constexpr float kBranchRadius = 0.33f;  ///< without its cups
 /// Half the width of a strip for a branch of radius 1.
 constexpr float kStripPerRadius = kBranchLength * kStrip / (2.0f * kSize) * 1.02f / kBranchRadius;
@@ -28,7 +29,7 @@ Growth pictured(uint32_t seed) {
     Random random(seed);
     std::vector<Vec3> points;
     std::vector<float> radii;
-    constexpr int kSteps = 60;
+    constexpr int kSteps = 90;
     float x = 0, z = 0;
     for (int i = 0; i <= kSteps; ++i) {
         const float t = static_cast<float>(i) / kSteps, left = (1 - t) * kBranchLength;
@@ -38,7 +39,7 @@ Growth pictured(uint32_t seed) {
     }
     growth.mesh = tube(points, radii, 20, 0, 1);
     // Cups spiral upwards and stand off the branch.
-    constexpr int kCups = 240;
+    constexpr int kCups = 340;
     for (int i = 0; i < kCups; ++i) {
         const float t = (static_cast<float>(i) + random.unit()) / kCups;
         const float angle = static_cast<float>(i) * 2.39996f + random.range(-0.4f, 0.4f);
@@ -46,7 +47,7 @@ Growth pictured(uint32_t seed) {
         const Vec3 out{std::cos(angle), 0, std::sin(angle)};
         const Vec3 along = normalize(out + Vec3{0, random.range(0.9f, 1.6f), 0});
         const Vec3 from = out * (kBranchRadius * 0.85f) + Vec3{0, y, 0};
-        const float l = random.range(0.09f, 0.15f), w = random.range(0.055f, 0.075f);
+        const float l = random.range(0.09f, 0.15f), w = random.range(0.065f, 0.085f);
         growth.mesh.append(tube({from, from + along * (0.6f * l), from + along * l},
                                 {w, w * 0.95f, w * 0.7f}, 6, t, std::min(1.0f, t + 0.10f)),
                            [](Vec3 p) { return p; });
@@ -84,7 +85,8 @@ public:
             const float angle = i * 2.39996f + random.range(-0.2f, 0.2f);
             const float tilt = 1.0f * std::sqrt((static_cast<float>(i) + 0.3f) / kStems);
             const Vec3 out{std::cos(angle), std::sin(angle), 0};
-            const Vec3 along = normalize(out * std::sin(tilt) + Vec3{0, 0, std::cos(tilt)});
+            const Vec3 along =
+                upright({}, normalize(out * std::sin(tilt) + Vec3{0, 0, std::cos(tilt)}));
             grow(random, out * (4.5f * tilt) + Vec3{0, 0, -2.5f}, along,
                  kHeight * 0.45f * mix(1.0f, 0.74f, tilt), 1.6f, 2, 0);
         }
@@ -126,10 +128,28 @@ private:
         for (int i = 0; i < arms; ++i) {
             const Vec3 aside =
                 normalize({random.range(-1, 1), random.range(-1, 1), random.range(-0.3f, 1)});
-            const Vec3 next = normalize(direction + aside * 0.75f + Vec3{0, 0, 0.14f});
+            const Vec3 next =
+                upright(points.back(), normalize(direction + aside * 0.75f + Vec3{0, 0, 0.14f}));
             grow(random, points[size_t(i == 2 ? steps - 1 : steps)], next,
                  length * random.range(0.68f, 0.92f), radius * 0.82f, forks - 1, t1);
         }
+    }
+
+    /// Turns a branch up until it rises from the sand wherever the model stands.
+    Vec3 upright(Vec3 from, Vec3 along) const {
+        constexpr float kLong = 12;
+        for (int turn = 0; turn < 12; ++turn) {
+            bool rises = true;
+            for (const Placement& placement : kCorals)
+                if (placement.model == std::string("coral_b")) {
+                    const Vec3 end = placement.toWorld(from + along * kLong);
+                    rises = rises && end.y > ground_.height(end.x, end.z) + 0.08f;
+                }
+            if (rises)
+                break;
+            along = normalize(along + Vec3{0, 0, 0.2f});
+        }
+        return along;
     }
 
     /// A strip with a raised middle along the points, its brighter edge towards the sun.
@@ -196,6 +216,7 @@ public:
     }
 
 private:
+    Ground ground_;
     Vec3 eye_, sun_;  ///< unit directions in file axes, means over the three
     Mesh mesh_;
     std::vector<Piece> pieces_;

@@ -20,7 +20,7 @@ Garden coral_d() {
 
     Layer& rigid = garden.layer();
     const float x = foot.x, y = foot.y, z = foot.z;
-    rigid.add(brain(101, {1.05f, 0.95f, 1.05f}, rgb(242, 200, 124), rgb(156, 92, 58)),
+    rigid.add(brain(101, {1.05f, 0.95f, 1.05f}, rgb(240, 186, 108), rgb(164, 92, 54)),
               {{x, y + 0.05f, z}, {-8, 45, 0}});
     rigid.add(brain(102, {0.52f, 0.42f, 0.52f}, rgb(214, 218, 108), rgb(116, 138, 56)),
               {{x - 0.95f, y - 0.02f, z - 0.55f}, {-10, 0, 0}});

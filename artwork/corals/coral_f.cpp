@@ -1,4 +1,4 @@
-// Curled plates and a green thicket on the left.
+// A table and a green thicket on the left.
 #include "corals/gardens.h"
 
 namespace art {
@@ -14,10 +14,11 @@ Garden coral_f() {
     Layer& rigid = garden.layer();
     rigid.add(rock(111, {1.35f, 0.5f, 1.1f}), {{x, y, z}});
     rigid.add(rock(114, {0.8f, 0.42f, 0.7f}), {{x - 1.5f, y - 0.15f, z - 0.3f}});
-    rigid.add(plates(112, 1.15f, 11, rgb(160, 132, 48), rgb(236, 214, 92)),
-              {{x - 0.85f, y + 0.50f, z - 0.2f}, {-34, 0, 6}});
+    rigid.add(table(112, 1.15f, 0.7f), {{x - 0.75f, y + 0.30f, z + 0.1f}, {-16, 40, 4}});
+    rigid.add(plates(117, 0.55f, 8, rgb(160, 132, 48), rgb(236, 214, 92)),
+              {{x - 0.55f, y + 0.25f, z - 0.75f}, {-25, 0, 0}});
     rigid.add(brain(115, {0.42f, 0.36f, 0.42f}, rgb(236, 176, 150), rgb(150, 86, 84)),
-              {{x - 0.95f, y + 0.10f, z - 0.85f}});
+              {{x - 1.35f, y + 0.0f, z - 0.95f}});
     strew(rigid, 913, x - 0.5f, z - 0.3f, 2.0f, 8);
 
     Layer& soft = garden.layer();

@@ -15,7 +15,7 @@ Garden coral_g() {
     rigid.add(rock(121, {1.9f, 1.35f, 1.3f}), {{x, y, z}});
     rigid.add(rock(122, {1.1f, 0.75f, 0.9f}), {{x + 1.6f, y, z - 0.3f}});
     rigid.add(rock(127, {0.8f, 0.6f, 0.7f}), {{x - 1.7f, y, z - 0.2f}});
-    rigid.add(table(123, 1.45f, 0.75f), {{x + 0.3f, y + 1.10f, z}, {-11, 0, 0}});
+    rigid.add(table(123, 1.45f, 0.75f), {{x + 0.3f, y + 0.78f, z}, {-11, 0, 0}});
     rigid.add(brain(128, {0.45f, 0.40f, 0.45f}, rgb(242, 200, 124), rgb(156, 92, 58)),
               {{x + 0.35f, y + 0.75f, z - 1.05f}, {-10, 0, 0}});
     strew(rigid, 915, x, z - 0.2f, 2.9f, 8);

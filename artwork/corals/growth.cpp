@@ -234,9 +234,9 @@ std::vector<Growth> table(uint32_t seed, float radius, float height) {
     std::vector<float> widths;
     for (int i = 0; i <= 6; ++i) {
         const float t = static_cast<float>(i) / 6;
-        stalk.push_back({0.1f * radius * std::sin(t * 2), mix(-0.1f, height - 0.32f * radius, t),
+        stalk.push_back({0.1f * radius * std::sin(t * 2), mix(-0.1f, height - 0.22f * radius, t),
                          0.05f * radius * t});
-        widths.push_back(radius * (mix(0.20f, 0.13f, std::sin(t * kPi)) + 0.12f * t * t));
+        widths.push_back(radius * (mix(0.20f, 0.13f, std::sin(t * kPi)) + 0.04f * t * t));
     }
     plate.mesh.append(tube(stalk, widths, 12, 0.1f, 0.5f), [](Vec3 p) { return p; });
     plate.bend.assign(plate.mesh.vertices.size(), 0);
@@ -461,8 +461,10 @@ Growth brain(uint32_t seed, Vec3 radii, Vec3 ridge, Vec3 groove) {
         for (int i = 0; i <= kAround; ++i) {
             const float polar = kPi * 0.72f * static_cast<float>(j) / kDown;
             const float angle = 2 * kPi * static_cast<float>(i) / kAround;
-            const Vec3 d{std::sin(polar) * std::cos(angle), std::cos(polar),
-                         std::sin(polar) * std::sin(angle)};
+            // Below its middle it goes straight down into the sand.
+            const float round = polar < kPi / 2 ? std::sin(polar) : 1.0f;
+            const float down = polar < kPi / 2 ? std::cos(polar) : 1.3f * (kPi / 2 - polar);
+            const Vec3 d{round * std::cos(angle), down, round * std::sin(angle)};
             const float lump = fractalNoise(d * 1.7f + Vec3{where, 0, 0}, 3, seed);
             growth.mesh.add(d * radii * (1 + 0.07f * lump),
                             {std::cos(angle) * polar, std::sin(angle) * polar});
@@ -519,7 +521,7 @@ Growth rock(uint32_t seed, Vec3 radii, float roughness) {
             (0.78f + 0.24f * smoothstep(0.10f, 0.34f, hole.nearest)) * (1 + 0.30f * grain);
         const Vec3 away = normalize(warped * 4.2f - knob.point);
         return Paint{
-            c, away * (0.40f * smoothstep(0.1f, 0.6f, knob.nearest)) + rough(p * 9, 3, 97) * 0.8f};
+            c, away * (0.40f * smoothstep(0.1f, 0.6f, knob.nearest)) + rough(p * 9, 3, 97) * 0.95f};
     };
     return growth;
 }

@@ -11,7 +11,7 @@ namespace {
 
 /// Radius of the mound under each coral, in the order of kCorals.
 constexpr std::array<float, kCorals.size()> kMound{2.5f, 1.6f, 1.6f, 1.6f, 2.1f, 1.8f,
-                                                   2.3f, 2.1f, 2.4f, 2.4f, 2.3f};
+                                                   2.8f, 2.1f, 2.4f, 2.4f, 2.3f};
 using Mounds = std::array<float, kCorals.size()>;
 
 /// The floor without mounds, above kBottom: gently uneven, falling away to the sides and the back.
