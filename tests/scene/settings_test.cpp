@@ -47,7 +47,7 @@ class SettingsMatrix : public SceneTest, public testing::WithParamInterface<int>
 TEST_P(SettingsMatrix, BuildsRunsAndEndsTwice) {
     const std::string file =
         testing::TempDir() + "atollia-matrix-" + std::to_string(getpid()) + ".config";
-    test::countOnly(true);
+    test::setCountingOnly(true);
     for (unsigned seed = 0; seed < 20; ++seed) {
         const std::string text = randomSettings(static_cast<unsigned>(GetParam()) * 20 + seed);
         std::ofstream(file) << text;
@@ -67,12 +67,12 @@ TEST_P(SettingsMatrix, BuildsRunsAndEndsTwice) {
                 if (ms % 3000 == 0)
                     scene().renderScene();
             }
-            EXPECT_TRUE(test::balanced());
+            EXPECT_EQ(test::imbalance(), "");
             scene().cleanup();
             scene().cleanup();
         }
     }
-    test::countOnly(false);
+    test::setCountingOnly(false);
     std::remove(file.c_str());
 }
 
