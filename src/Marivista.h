@@ -20,6 +20,7 @@
 #else  // until the text is there
 #include "system/RenderObject.h"
 struct GLText : RenderObject {
+    std::vector<std::string> lines;
     void setScreensize(int, int) {}
     void setFontfile(const char*) {}
     void setSingleLineText(const char*) {}
