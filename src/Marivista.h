@@ -15,17 +15,7 @@
 #include "system/AnimationTrack.h"
 #include "system/Camera.h"
 #include "system/GLHelpers.h"
-#if __has_include("system/GLText.h")
 #include "system/GLText.h"
-#else  // until the text is there
-#include "system/RenderObject.h"
-struct GLText : RenderObject {
-    std::vector<std::string> lines;
-    void setScreensize(int, int) {}
-    void setFontfile(const char*) {}
-    void setSingleLineText(const char*) {}
-};
-#endif
 #include "system/InputIF.h"
 #include "system/ModelCore.h"
 #include "system/QModel.h"

@@ -145,6 +145,7 @@ TEST_F(DrawingTest, AClearSkyIsOneRectangle) {
 
 TEST_F(DrawingTest, CausticsRunByTheClock) {
     make();
+    settings().camerapos = 3;
     build();
     for (const Uint32 now : {2000u, 2049u, 2050u, 3599u, 3600u, 0xFFFFFFFFu}) {
         test::setTicks(now);

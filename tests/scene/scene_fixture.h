@@ -18,9 +18,14 @@ class SceneTest : public testing::Test {
 protected:
     SceneTest() {
         test::setTicks(1000);
+        test::seedRandom(1);
+        test::setKeepImages(false);
         test::sounds.clear();
     }
-    ~SceneTest() override { test::setDataDirectory(""); }
+    ~SceneTest() override {
+        test::seedRandom(1);
+        test::setDataDirectory("");
+    }
 
     /// Constructed but not yet built, so that settings can still be changed; without sound.
     /// Replaces an earlier scene.

@@ -182,7 +182,6 @@ TEST_F(TickTest, TheGullFliesByARoundOfRandomPointsAndBack) {
 TEST_F(TickTest, TheGullDrawsDepthBeforeHeight) {
     make();
     noFish();
-    test::setRandom(std::vector<int>{});
     // School leader x and z, eight points, the leader's heading, gull calls: all at their minimum
     // but the first point's depth.
     std::vector<int> values(64, 0);

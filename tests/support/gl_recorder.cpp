@@ -45,6 +45,7 @@ STATE& state() {
     return s;
 }
 
+bool keep_images = true;
 bool counting_only = false;
 long total = 0;
 
@@ -79,7 +80,7 @@ int imageBytes(GLenum format, int width, int height) {
 }
 
 void noteBytes(const void* pixels, int size) {
-    if (!pixels)
+    if (!pixels || !keep_images)
         return;
     const auto* first = static_cast<const unsigned char*>(pixels);
     state().calls.back().bytes.assign(first, first + size);
@@ -545,6 +546,8 @@ void setLibraries(std::vector<std::string> names) {
 }
 
 void hideFunctions(std::vector<std::string> names) { state().hidden = std::move(names); }
+
+void setKeepImages(bool on) { keep_images = on; }
 
 void setCountingOnly(bool on) { counting_only = on; }
 

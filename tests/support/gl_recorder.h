@@ -79,6 +79,8 @@ void setLibraries(std::vector<std::string> names);
 /// The functions that dlsym does not find in them.
 void hideFunctions(std::vector<std::string> names);
 
+/// Whether uploaded images are kept with their calls; they are unless this says otherwise.
+void setKeepImages(bool on);
 /// Calls are only counted, not written down, so that benchmarks measure the callers. State and
 /// vertices stand still too.
 void setCountingOnly(bool on);
