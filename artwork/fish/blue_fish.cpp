@@ -32,7 +32,8 @@ Vec3 bodyColour(const BodyPoint& p) {
     c = mix(c, kBlack,
             0.85f * std::exp(-bridle * bridle / (2 * 0.014f * 0.014f)) *
                 band(p.along, 0.135f, 0.22f, 0.02f));
-    return mix(kYellow, c, beforeWedge(side));
+    return mix(mix(kYellow, rgb(250, 204, 30), smoothstep(0.9f, 1.0f, p.along)), c,
+               beforeWedge(side));
 }
 
 Pixel finColour(const FinPoint& p) {

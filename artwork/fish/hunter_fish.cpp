@@ -93,6 +93,7 @@ Vec3 bodyColour(const BodyPoint& p) {
     c *= 1 - 0.16f * smoothstep(0.2f, 0.9f, std::sin(p.along * 34 + 0.6f)) *
                  smoothstep(-0.6f, 0.4f, p.rise);
     c *= 0.90f + 0.20f * mottle(p, 0.06f, 12);
+    c = mix(c, rgb(160, 56, 34), smoothstep(0.86f, 1.0f, p.along));
     return spotted(c, {p.along, p.girth}, 0.0025f * smoothstep(0.25f, 0.0f, p.along));
 }
 

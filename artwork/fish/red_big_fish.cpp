@@ -89,7 +89,7 @@ Vec3 bodyColour(const BodyPoint& p) {
             0.20f * row * smoothstep(0.30f, 0.40f, p.along) * smoothstep(0.8f, 0.3f, p.rise));
     c = mix(c, rgb(150, 40, 46),
             0.35f * smoothstep(0.13f, 0.0f, p.along) * smoothstep(-0.3f, 0.5f, p.rise));
-    return mix(c, rgb(206, 60, 56), 0.7f * smoothstep(0.86f, 1.02f, p.along));
+    return mix(c, rgb(206, 62, 56), smoothstep(0.84f, 1.0f, p.along));
 }
 
 Pixel finColour(const FinPoint& p) {

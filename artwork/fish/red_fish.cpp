@@ -6,8 +6,8 @@ using namespace art;
 namespace {
 
 Vec3 bodyColour(const BodyPoint& p) {
-    const Vec3 back = rgb(206, 40, 24), side = rgb(250, 98, 40), belly = rgb(255, 190, 140);
-    Vec3 c = mix(belly, side, smoothstep(-0.95f, -0.25f, p.rise));
+    const Vec3 back = rgb(178, 30, 20), side = rgb(246, 92, 36), belly = rgb(255, 200, 150);
+    Vec3 c = mix(belly, side, smoothstep(-1.0f, -0.10f, p.rise));
     c = mix(c, back, smoothstep(0.30f, 0.98f, p.rise));
     // Every row of scales carries a golden dash.
     const float row = 0.5f + 0.5f * std::sin(p.girth / 0.030f * 2 * kPi);
@@ -22,7 +22,7 @@ Vec3 bodyColour(const BodyPoint& p) {
     c = mix(c, rgb(255, 190, 90),
             0.5f * std::exp(-second * second / (2 * 0.009f * 0.009f)) *
                 band(p.along, 0.12f, 0.30f, 0.03f));
-    return mix(c, rgb(216, 52, 40), 0.6f * smoothstep(0.84f, 1.0f, p.along));
+    return mix(c, rgb(228, 64, 40), smoothstep(0.84f, 1.0f, p.along));
 }
 
 Pixel finColour(const FinPoint& p) {

@@ -91,8 +91,8 @@ int main(int, char** arguments) {
     const std::string folder = std::string(arguments[1]) + "/models/reeffishes/";
     Skin skin{bodyColour, finColour, {}, {rgb(236, 236, 214), rgb(196, 206, 206), 0.50f}};
     skin.detail.scale = 0.034f;
-    skin.detail.scale_depth = 0.13f;
-    skin.detail.scale_tint = 0.09f;
+    skin.detail.scale_depth = 0.10f;
+    skin.detail.scale_tint = 0.06f;
     skin.detail.gill = {0.215f, -0.01f};
     skin.detail.gill_height = 0.085f;
     skin.detail.mouth_front = {0.0f, -0.006f};

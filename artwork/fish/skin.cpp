@@ -6,6 +6,9 @@
 namespace art {
 namespace {
 
+/// Light on a flank.
+constexpr Vec3 kSunlit{1.10f, 1.09f, 1.06f};
+
 /// A bell of height 1 and the given half width.
 float bell(float distance, float width) {
     return std::exp(-distance * distance / (2 * width * width));
@@ -43,8 +46,9 @@ Vec3 lit(Vec3 colour, const BodyPoint& p) {
     // Sun from above, light from the sand below: the flank is full, the lower belly turns cool.
     const float up = p.normal.z;
     const float sun = smoothstep(-0.85f, 0.45f, up);
-    const Vec3 shade = mix(Vec3{0.80f, 0.84f, 0.87f}, Vec3{1.12f, 1.10f, 1.06f}, sun);
-    return colour * shade;
+    const Vec3 shade = mix(Vec3{0.80f, 0.84f, 0.87f}, kSunlit, sun);
+    const float outline = std::pow(std::fabs(p.rise), 6.0f);
+    return colour * shade * (1 - 0.20f * outline);
 }
 
 Vec3 bodyColour(const Fish& fish, const Skin& skin, const BodyPoint& p) {
@@ -56,7 +60,7 @@ Vec3 bodyColour(const Fish& fish, const Skin& skin, const BodyPoint& p) {
     float sheen = 1;
     if (d.scale > 0) {
         const Scale s = scaleAt(p.along, p.girth, d.scale);
-        const float on = behind_gill * (1 - 0.6f * smoothstep(0.9f, 1.0f, p.along));
+        const float on = behind_gill * (1 - smoothstep(0.9f, 1.0f, p.along));
         c *= 1 + on * (d.scale_tint * s.tint + d.scale_depth * (0.45f * s.dome - 1.1f * s.edge));
         sheen = mix(1.0f, 0.55f + 0.9f * s.dome * (1 - s.edge) + 0.25f * s.tint, on);
     }
@@ -128,8 +132,11 @@ Pixel finPixel(const FinPoint& p, const Rays& rays) {
 
     Vec3 c =
         mix(rays.base, rays.margin, smoothstep(1 - rays.edge * 1.6f, 1 - rays.edge * 0.4f, p.v));
-    c *= 0.80f + 0.24f * ray;
-    c *= 1 - 0.18f * (1 - smoothstep(0, 0.22f, p.v));  // the body shades the fin's root
+    // The body shades the fins' roots; the tail grows out of it without a step.
+    const float root = 1 - smoothstep(0, 0.22f, p.v);
+    const bool tail = p.part == Part::TAIL;
+    c *= mix(1.0f, 0.80f + 0.24f * ray, tail ? 1 - root : 1.0f);
+    c = c * mix(Vec3{1, 1, 1}, tail ? kSunlit : Vec3{0.82f, 0.82f, 0.82f}, root);
     c *= 0.97f + 0.06f * valueNoise({p.u * 9, p.v * 5, 0}, 23);
 
     const float thin =

@@ -96,7 +96,7 @@ Vec3 bodyColour(const BodyPoint& p) {
             0.40f * head * smoothstep(0.2f, 0.8f, worm) * smoothstep(-0.5f, 0.0f, p.rise) *
                 smoothstep(0.05f, 0.08f, p.along));
     c = mix(c, rgb(236, 200, 90), 0.75f * smoothstep(0.055f, 0.025f, p.along));
-    return mix(c, rgb(226, 190, 80), 0.75f * smoothstep(0.90f, 1.02f, p.along));
+    return mix(c, rgb(232, 186, 52), smoothstep(0.86f + 0.5f * p.height * p.height, 1.0f, p.along));
 }
 
 Pixel finColour(const FinPoint& p) {
