@@ -620,18 +620,31 @@ void QModel::renderMesh(RenderObject* obj) {
 
 void QModel::postRender() { glPopMatrix(); }
 
-template <class Positions>
-void QModel::renderTriangles(Positions position) {
+template <class Positioned>
+void QModel::renderTriangles(Positioned position) {
+    // Copies of the members: after each GL call the compiler would have to load them again.
+    const GLVertex* const vertices = actframe->vertices.get();
+    const GLVector2* const coordinates = actframe->tex.get();
+    const GLIndex* const corners = indices.get();
+    const GLIndex* const texcorners = texindices.get();
+    RenderObject* const object = renderobj;
+    const size_t count = 3 * static_cast<size_t>(NumTris);
     glBegin(GL_TRIANGLES);
-    for (size_t c = 0; c < 3 * static_cast<size_t>(NumTris); ++c) {
-        const GLVertex& vertex = actframe->vertices[indices[c]];
-        const GLVector2& tex = actframe->tex[texindices[c]];
-        glNormal3f(vertex.normal.x, vertex.normal.y, vertex.normal.z);
-        renderobj->textureCoord(tex.x, tex.y);
-        const GLVector3& pos = position(indices[c]);
+    for (size_t c = 0; c < count; ++c) {
+        const GLIndex i = corners[c];
+        const GLVector3& normal = vertices[i].normal;
+        const GLVector2& tex = coordinates[texcorners[c]];
+        const GLVector3& pos = position(i);
+        glNormal3f(normal.x, normal.y, normal.z);
+        object->textureCoord(tex.x, tex.y);
         glVertex3f(pos.x, pos.y, pos.z);
     }
     glEnd();
+}
+
+void QModel::renderKeyframe() {
+    const GLVertex* const vertices = actframe->vertices.get();
+    renderTriangles([vertices](GLIndex i) -> const GLVector3& { return vertices[i].pos; });
 }
 
 void QModel::renderSingleFrame(int frame) {
@@ -643,21 +656,20 @@ void QModel::renderSingleFrame(int frame) {
         return;
     }
     actframe = keyframe(frame);
-    if (!actframe)
-        return;
-    renderTriangles([this](GLIndex i) -> const GLVector3& { return actframe->vertices[i].pos; });
+    if (actframe)
+        renderKeyframe();
 }
 
 void QModel::renderAnimation() {
     if (!actframe)
         return;
     if (!(renderobj->flags & INTERPOLATION)) {
-        renderTriangles(
-            [this](GLIndex i) -> const GLVector3& { return actframe->vertices[i].pos; });
+        renderKeyframe();
         return;
     }
     blend();
-    renderTriangles([this](GLIndex i) -> const GLVector3& { return blended[i]; });
+    const GLVector3* const positions = blended.get();
+    renderTriangles([positions](GLIndex i) -> const GLVector3& { return positions[i]; });
 }
 
 void QModel::blend() {

@@ -103,8 +103,9 @@ private:
     void adopt(MESH& mesh);
     MDX_FRAMEDATA* keyframe(int frame);
     void blend();
-    template <class Positions>
-    void renderTriangles(Positions position);
+    template <class Positioned>
+    void renderTriangles(Positioned position);
+    void renderKeyframe();
 
     // The positions between two keyframes, kept from one drawing object to the next.
     std::unique_ptr<GLVector3[]> blended;

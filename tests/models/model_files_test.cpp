@@ -109,7 +109,9 @@ std::string temporary(const char* name, const Bytes& bytes) {
     const std::string path = testing::TempDir() + name;
     FILE* file = std::fopen(path.c_str(), "wb");
     EXPECT_NE(file, nullptr);
-    EXPECT_EQ(std::fwrite(bytes.data(), 1, bytes.size(), file), bytes.size());
+    if (!bytes.empty()) {
+        EXPECT_EQ(std::fwrite(bytes.data(), bytes.size(), 1, file), 1u);
+    }
     std::fclose(file);
     return path;
 }
