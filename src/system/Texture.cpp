@@ -1,6 +1,5 @@
 #include "system/Texture.h"
 
-#include <GL/glext.h>
 #include <GL/glu.h>
 #include <dlfcn.h>
 
@@ -9,14 +8,6 @@
 #include "system/Bitmap.h"
 
 namespace {
-
-bool multitexture_probed = false;
-bool multitexture_available = false;
-PFNGLACTIVETEXTUREARBPROC active_texture = nullptr;
-PFNGLMULTITEXCOORD2FARBPROC multi_tex_coord = nullptr;
-GLint texture_units = 0;
-
-bool isUsable(int unit) { return unit < texture_units; }
 
 void upload(const SDL_Surface& image, GLint internal, GLenum format, bool mipmaps) {
     if (mipmaps)
@@ -28,6 +19,8 @@ void upload(const SDL_Surface& image, GLint internal, GLenum format, bool mipmap
 }
 
 }  // namespace
+
+MULTITEXTURING multitexturing;
 
 Texture::~Texture() { cleanup(); }
 
@@ -83,9 +76,9 @@ void Texture::setFilterQuality(TEXTURE_FLAG flags) {
 }
 
 bool Texture::initMultiTexturing() {
-    if (multitexture_probed)
-        return multitexture_available;
-    multitexture_probed = true;
+    if (multitexturing.probed)
+        return multitexturing.available;
+    multitexturing.probed = true;
 
     // Only development packages bring the name without a number.
     void* library = dlopen("libGL.so", RTLD_LAZY);
@@ -93,29 +86,25 @@ bool Texture::initMultiTexturing() {
         library = dlopen("libGL.so.1", RTLD_LAZY);
     if (!library)
         return false;
-    active_texture =
+    multitexturing.active_texture =
         reinterpret_cast<PFNGLACTIVETEXTUREARBPROC>(dlsym(library, "glActiveTextureARB"));
-    multi_tex_coord =
+    multitexturing.multi_tex_coord =
         reinterpret_cast<PFNGLMULTITEXCOORD2FARBPROC>(dlsym(library, "glMultiTexCoord2fARB"));
     // The program is linked with the library, so it stays mapped.
     dlclose(library);
-    if (!active_texture || !multi_tex_coord)
+    if (!multitexturing.active_texture || !multitexturing.multi_tex_coord)
         return false;
 
-    glGetIntegerv(GL_MAX_TEXTURE_UNITS_ARB, &texture_units);
-    multitexture_available = true;
+    glGetIntegerv(GL_MAX_TEXTURE_UNITS_ARB, &multitexturing.units);
+    multitexturing.available = true;
     return true;
 }
 
-int Texture::getUnit(int unit) {
-    return unit >= 1 && unit <= 31 ? GL_TEXTURE0_ARB + unit : GL_TEXTURE0_ARB;
-}
-
 void Texture::bindTexture(bool multitexture, int unit) {
-    if (multitexture && multitexture_available) {
-        if (!isUsable(unit))
+    if (multitexture && multitexturing.available) {
+        if (unit >= multitexturing.units)
             return;
-        active_texture(getUnit(unit));
+        multitexturing.active_texture(getUnit(unit));
         glEnable(GL_TEXTURE_2D);
         glBindTexture(GL_TEXTURE_2D, id);
         glTexEnvi(GL_TEXTURE_ENV, GL_TEXTURE_ENV_MODE,
@@ -129,19 +118,10 @@ void Texture::bindTexture(bool multitexture, int unit) {
     }
 }
 
-void Texture::setGLCoordinates(float u, float v, bool multitexture, int unit) {
-    const float s = u * tilefactor_x + offset_x;
-    const float t = v * tilefactor_y + offset_y;
-    if (!multitexture || !multitexture_available)
-        glTexCoord2f(s, t);
-    else if (isUsable(unit))
-        multi_tex_coord(getUnit(unit), s, t);
-}
-
 void Texture::disableTextureUnit(int unit) {
-    if (!multitexture_available || !isUsable(unit))
+    if (!multitexturing.available || unit >= multitexturing.units)
         return;
-    active_texture(getUnit(unit));
+    multitexturing.active_texture(getUnit(unit));
     glDisable(GL_TEXTURE_2D);
-    active_texture(GL_TEXTURE0_ARB);
+    multitexturing.active_texture(GL_TEXTURE0_ARB);
 }

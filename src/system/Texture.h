@@ -2,6 +2,7 @@
 #pragma once
 
 #include <GL/gl.h>
+#include <GL/glext.h>
 
 struct SDL_RWops;
 
@@ -25,6 +26,17 @@ enum MULTITEXTURE_FLAG : int {
     LIGHTMAP = 1,      ///< multiplies
     SOURCE_ALPHA = 2,  ///< covers by its own alpha
 };
+
+/// Multitexturing of this process; Texture::initMultiTexturing fills it once. Here for the sake of
+/// setGLCoordinates, which runs for every vertex and layer.
+struct MULTITEXTURING {
+    bool probed = false;
+    bool available = false;
+    PFNGLACTIVETEXTUREARBPROC active_texture = nullptr;
+    PFNGLMULTITEXCOORD2FARBPROC multi_tex_coord = nullptr;
+    GLint units = 0;  ///< that the driver has
+};
+extern MULTITEXTURING multitexturing;
 
 /// One 2D texture with the tiling and offset of every coordinate issued through it. Lives on the
 /// thread of the GL context. Copies share the GL name; only one of them may be cleaned up.
@@ -76,3 +88,16 @@ public:
     bool loaded = false;
     MULTITEXTURE_FLAG multitexturemode = LIGHTMAP;
 };
+
+inline int Texture::getUnit(int unit) {
+    return unit >= 1 && unit <= 31 ? GL_TEXTURE0_ARB + unit : GL_TEXTURE0_ARB;
+}
+
+inline void Texture::setGLCoordinates(float u, float v, bool multitexture, int unit) {
+    const float s = u * tilefactor_x + offset_x;
+    const float t = v * tilefactor_y + offset_y;
+    if (!multitexture || !multitexturing.available)
+        glTexCoord2f(s, t);
+    else if (unit < multitexturing.units)
+        multitexturing.multi_tex_coord(getUnit(unit), s, t);
+}

@@ -162,7 +162,7 @@ TEST_F(RenderObjectTest, scalesOnlyWhenAFactorDiffers) {
     expectVector(object.scalefactor, 0.02f, 0.02f, 0.02f, 0);
 }
 
-TEST_F(RenderObjectTest, calls_its_virtual_steps_in_order) {
+TEST_F(RenderObjectTest, callsItsVirtualStepsInOrder) {
     struct Steps : RenderObject {
         void preRender() override { order += "pre "; }
         void renderMesh() override { order += "mesh "; }
