@@ -128,7 +128,7 @@ int main(int, char** arguments) {
             return swim(along, frame - kTurn);
         // Head and tail swing to the same side; the bend runs down the body and is let go again.
         const float time = static_cast<float>(frame) / kTurn;
-        const float lag = clamp01(time - 0.12f * clamp01(along));
+        const float lag = clamp01(1.12f * time - 0.12f * clamp01(along));
         const float pulse = std::pow(std::sin(kPi * lag), 2.0f);
         return swim(along, frame) * (1 - 0.5f * pulse) + (0.42f - along) * 95 * pulse;
     };

@@ -17,7 +17,7 @@ constexpr int kGlide = 20, kBetween = 3, kFly = 20, kFrames = kGlide + kBetween 
 
 // Body: 0 at the bill's tip, 1 at the root of the tail; heights and widths in file units.
 constexpr float kBodyLength = 10.6f, kBillTip = 6.4f;  // y of the tip
-constexpr int kHalfSides = 8;
+constexpr int kHalfSides = 6;
 const Curve kTop = {{0, 0.62f},     {0.035f, 0.80f}, {0.10f, 0.90f}, {0.125f, 1.02f},
                     {0.16f, 1.36f}, {0.20f, 1.48f},  {0.26f, 1.36f}, {0.34f, 1.16f},
                     {0.50f, 1.10f}, {0.70f, 0.86f},  {0.88f, 0.46f}, {1.0f, 0.22f}};
@@ -39,9 +39,9 @@ const Curve kLeading = {{0, 1.05f},     {0.10f, 1.20f},  {0.25f, 1.85f},
                         {0.78f, 0.05f}, {0.92f, -1.35f}, {1.0f, -2.35f}};
 const Curve kTrailing = {{0, -3.05f},     {0.12f, -2.55f}, {0.28f, -1.75f}, {0.42f, -1.55f},
                          {0.55f, -1.85f}, {0.72f, -2.30f}, {0.88f, -2.62f}, {1.0f, -2.60f}};
-constexpr int kFeathers = 15;  // along the trailing edge of one wing
-constexpr float kChordsTop[] = {0, 0.07f, 0.22f, 0.50f, 0.80f, 1};
-constexpr float kChordsBottom[] = {0, 0.10f, 0.40f, 0.80f, 1};
+constexpr int kFeathers = 13;  // along the trailing edge of one wing
+constexpr float kChordsTop[] = {0, 0.08f, 0.30f, 0.70f, 1};
+constexpr float kChordsBottom[] = {0, 0.12f, 0.60f, 1};
 
 // The sheet: strips over its whole width, and the tail.
 struct Strip {
