@@ -72,7 +72,7 @@ OffscreenContext::~OffscreenContext() {
         eglDestroyContext(display_, context_);
     if (surface_)
         eglDestroySurface(display_, surface_);
-    eglTerminate(display_);
+    // The display stays: the next context finds the driver loaded, and a leak checker what it owns.
 }
 
 Picture OffscreenContext::read() const {
