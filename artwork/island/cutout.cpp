@@ -1,12 +1,14 @@
-// Turns a ray-traced picture into a card of the scene: half the size, blue below the waterline,
-// foam along it, an empty rim and colour under the transparency.
+// Turns a ray-traced picture into a card of the scene: half the size, its reflection and the blue
+// below the waterline, foam along it, an empty rim and colour under the transparency.
 //
-// cutout DATA_DIR FILE PICTURE.png WATERLINE DEPTH HAZE
+// cutout DATA_DIR FILE PICTURE.png WATERLINE DEPTH HAZE FOAM
 //   WATERLINE  as a share of the height, from the top
 //   DEPTH      how far down the water lets things be seen, as a share of the height
 //   HAZE       how much of the air's colour lies over it, 0..1
+//   FOAM       half the thickness of the line of foam, in texels
 #include <cstdlib>
 #include <string>
+#include <vector>
 
 #include "common/image.h"
 #include "common/noise.h"
@@ -18,40 +20,90 @@ namespace {
 
 constexpr int kRim = 4;
 
+/// Puts top over bottom.
+Pixel over(Pixel top, Pixel bottom) {
+    const float alpha = top.alpha + bottom.alpha * (1 - top.alpha);
+    if (alpha <= 0)
+        return {bottom.colour, 0};
+    return {(top.colour * top.alpha + bottom.colour * (bottom.alpha * (1 - top.alpha))) / alpha,
+            alpha};
+}
+
+/// What lies under water: the ground, fading into the blue, and above it a trembling reflection.
 void sink(Image& image, float waterline, float depth) {
-    const float w = static_cast<float>(image.width()), h = static_cast<float>(image.height());
-    const Vec3 shallow = rgb(128, 219, 214);
-    for (int y = 0; y < image.height(); ++y)
+    const Vec3 shallow = rgb(112, 208, 208);
+    const int first = static_cast<int>(std::ceil(waterline));
+    for (int y = first; y < image.height(); ++y)
         for (int x = 0; x < image.width(); ++x) {
-            Pixel& p = image.at(x, y);
-            const float u = (static_cast<float>(x) + 0.5f) / w;
-            const float ripple = fractalNoise({u * 40, 0.5f, 0.5f}, 3, 5);
-            const float down = (static_cast<float>(y) + 0.5f) / h - waterline - 0.0008f * ripple;
-            if (p.alpha <= 0)
-                continue;
-            if (down > 0) {
-                const float k = clamp01(down / depth);
-                p.colour = mix(p.colour, mix(shallow, sea::kFarSea, k), clamp01(0.45f + 0.75f * k));
-                p.alpha *= (1 - k) * (1 - 0.5f * k) * 0.92f;
-            }
-            const float off = down * h / 1.6f;
-            const float broken = 0.6f + 0.8f * valueNoise({u * 51, 0.5f, 0.5f}, 3);
-            const float foam = clamp01(0.85f * std::exp(-off * off) * broken);
-            p.colour = mix(p.colour, Vec3{1, 1, 1}, foam * clamp01(p.alpha * 3));
+            const float down = static_cast<float>(y) + 0.5f - waterline;
+            const float k = clamp01(down / depth), u = static_cast<float>(x) / 24;
+            Pixel ground = image.at(x, y);
+            ground.colour =
+                mix(ground.colour, mix(shallow, sea::kFarSea, k), clamp01(0.45f + 0.75f * k));
+            ground.alpha *= std::pow(1 - k, 1.5f) * 0.85f;
+
+            const float tremble = 5 * fractalNoise({u * 0.3f, down * 0.35f, 0.5f}, 2, 9);
+            const int mirrored = std::max(0, static_cast<int>(waterline - down * 1.4f) - 1);
+            const int aside =
+                std::min(image.width() - 1, std::max(0, x + static_cast<int>(tremble)));
+            Pixel reflection = image.at(aside, mirrored);
+            reflection.colour = mix(reflection.colour, sea::kFarSea, 0.45f);
+            reflection.alpha *= 0.42f * std::pow(1 - k, 1.2f);
+            image.at(x, y) = over(reflection, ground);
         }
+}
+
+/// A broken line of foam where something stands in the water, a little wider than it.
+void foam(Image& image, float waterline, float thickness) {
+    constexpr int kReach = 7;
+    const int row = static_cast<int>(waterline) - 1;
+    const std::vector<Pixel> foot = [&] {
+        std::vector<Pixel> pixels;
+        for (int x = 0; x < image.width(); ++x)
+            pixels.push_back(image.at(x, row));
+        return pixels;
+    }();
+    for (int x = 0; x < image.width(); ++x) {
+        float near = 0;
+        for (int a = -kReach; a <= kReach; ++a)
+            if (x + a >= 0 && x + a < image.width())
+                near = std::max(near, foot[size_t(x + a)].alpha *
+                                          (1 - std::fabs(static_cast<float>(a)) / (kReach + 1)));
+        const float u = static_cast<float>(x) / 20;
+        const float swell = 0.8f * fractalNoise({u * 0.5f, 0.5f, 0.5f}, 3, 5);
+        const float broken = smoothstep(-0.35f, 0.35f, fractalNoise({u, 2.5f, 0.5f}, 3, 3));
+        const float half = thickness * (0.6f + 0.8f * broken);
+        for (int y = row - 6; y <= row + 8; ++y) {
+            const float off = (static_cast<float>(y) + 0.5f - waterline - swell) / half;
+            const float cover = near * mix(0.25f, 0.9f, broken) * std::exp(-off * off);
+            image.at(x, y) = over({{0.97f, 0.995f, 1}, cover}, image.at(x, y));
+        }
+    }
+}
+
+/// Fades what lies under water away from the sides of the card, so that they do not show.
+void clearSides(Image& image, float waterline) {
+    const float soft = 0.04f * static_cast<float>(image.width());
+    for (int y = static_cast<int>(waterline) - 2; y < image.height(); ++y)
+        for (int x = 0; x < image.width(); ++x)
+            image.at(x, y).alpha *=
+                smoothstep(0, soft, static_cast<float>(std::min(x, image.width() - 1 - x)));
 }
 
 }  // namespace
 
 int main(int argc, char** argv) {
-    if (argc != 7)
-        fail("usage: cutout DATA_DIR FILE PICTURE.png WATERLINE DEPTH HAZE");
+    if (argc != 8)
+        fail("usage: cutout DATA_DIR FILE PICTURE.png WATERLINE DEPTH HAZE FOAM");
+    const auto number = [&](int i) { return static_cast<float>(std::atof(argv[i])); };
     Image image = halved(loadPng(argv[3]));
-    const float haze = static_cast<float>(std::atof(argv[6]));
+    const float height = static_cast<float>(image.height()), waterline = number(4) * height;
     for (int y = 0; y < image.height(); ++y)
         for (int x = 0; x < image.width(); ++x)
-            image.at(x, y).colour = mix(image.at(x, y).colour, rgb(172, 212, 232), haze);
-    sink(image, static_cast<float>(std::atof(argv[4])), static_cast<float>(std::atof(argv[5])));
+            image.at(x, y).colour = mix(image.at(x, y).colour, rgb(172, 212, 232), number(6));
+    sink(image, waterline, number(5) * height);
+    foam(image, waterline, number(7));
+    clearSides(image, waterline);
     for (int y = 0; y < image.height(); ++y)
         for (int x = 0; x < image.width(); ++x)
             if (std::min(std::min(x, y), std::min(image.width() - 1 - x, image.height() - 1 - y)) <

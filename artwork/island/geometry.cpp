@@ -60,20 +60,20 @@ float ground(float x, float z) {
     const float rough = fractalNoise({x * 0.16f, z * 0.16f, 0.5f}, 4, 3);
     const float fine = fractalNoise({x * 0.5f, z * 0.5f, 0.5f}, 4, 4);
     // 1 on the island's long axis, 0 on its shore.
-    const float left = (18.5f - x) / 17.2f, right = (x - 18.5f) / 13.8f;
+    const float left = (18.5f - x) / 18.0f, right = (x - 18.5f) / 13.8f;
     const float profile = x < 18.5f ? 1 - std::pow(left, 1.55f) : 1 - right * right;
     const float depth = 6.6f * std::sqrt(std::max(0.0f, profile)) * (1 + 0.22f * rough);
     const float off = (z + 1.2f * rough) / std::max(0.3f, depth);
     const float inland = 1 - off * off;
 
-    float beach = 2.05f * smoothstep(-0.5f, 0.85f, inland) * smoothstep(-0.15f, 0.30f, profile) -
-                  0.35f - 0.18f * smoothstep(0.2f, 0.9f, profile);
+    float beach = 2.05f * smoothstep(-0.5f, 0.85f, inland) * smoothstep(0, 0.28f, profile) - 0.35f -
+                  0.18f * smoothstep(0.2f, 0.9f, profile);
     if (inland < 0)
         beach = std::min(beach, -0.30f + 1.7f * std::max(-4.0f, inland));
     if (profile < -0.10f)
         beach = std::min(beach, -0.33f + 2.5f * (profile + 0.10f));
     const float hill = smoothstep(0.46f, 1.0f, inland) * smoothstep(0.15f, 0.75f, profile) *
-                       (1.2f + 6.4f * bell(x, 20.8f, 4.9f) + 3.2f * bell(x, 12.6f, 3.0f) +
+                       (1.2f + 6.4f * bell(x, 20.8f, 4.9f) + 3.2f * bell(x, 12.6f, 3.6f) +
                         2.6f * bell(x, 27.0f, 2.6f));
     return beach + hill * (1 + 0.22f * fine) + 0.06f * fine;
 }
@@ -100,8 +100,8 @@ struct Stone {
 };
 /// Along the shore; the last ones are the crags of the hill.
 const Stone kStones[] = {
-    {3.0f, -1.2f, 0.55f, 0.85f}, {3.9f, -1.9f, 0.8f, 0.85f},  {4.6f, -1.3f, 0.5f, 0.85f},
-    {2.3f, -0.6f, 0.4f, 0.85f},  {25.4f, -4.2f, 1.0f, 0.85f}, {26.5f, -3.9f, 0.7f, 0.85f},
+    {4.3f, -1.3f, 0.55f, 0.85f}, {5.2f, -2.0f, 0.8f, 0.85f},  {5.9f, -1.5f, 0.5f, 0.85f},
+    {3.6f, -0.8f, 0.4f, 0.85f},  {25.4f, -4.2f, 1.0f, 0.85f}, {26.5f, -3.9f, 0.7f, 0.85f},
     {24.3f, -4.4f, 0.5f, 0.85f}, {27.6f, -3.2f, 0.8f, 0.85f}, {14.6f, -4.9f, 0.45f, 0.85f},
     {15.3f, -5.0f, 0.3f, 0.85f}, {28.8f, -2.2f, 0.6f, 0.85f}, {20.6f, -0.6f, 1.5f, 1.5f},
     {22.0f, -0.2f, 1.2f, 1.25f}, {19.3f, -1.0f, 1.0f, 1.2f},  {21.4f, -1.3f, 0.8f, 1.3f},
@@ -207,15 +207,26 @@ void writeClump(Scene& scene, Vec3 p, Vec3 size, Random& random) {
 
 void writeJungle(Scene& scene) {
     Random random(5);
-    int left = 1500;
-    for (int i = 0; i < 5200 && left > 0; ++i) {
+    int left = 1700;
+    for (int i = 0; i < 7000 && left > 0; ++i) {
         const float x = random.range(5.5f, 29.3f), z = random.range(-5.0f, 3.2f);
-        const float h = ground(x, z);
+        const float h = ground(x, z), large = std::pow(random.unit(), 3.0f);
         if (h < 1.80f || onCrag(x, z))
             continue;
-        const float s = h < 2.2f ? random.range(0.22f, 0.50f) : random.range(0.32f, 0.92f);
+        // Bushes towards the beach, trees uphill.
+        const float s =
+            mix(random.range(0.24f, 0.48f), mix(0.36f, 1.30f, large), smoothstep(2.0f, 3.0f, h));
         writeClump(scene, {x, h + 0.25f * s, z}, {s, s * random.range(0.8f, 1.15f), s}, random);
         --left;
+    }
+    // Low bushes creep out onto the sand in places.
+    for (int i = 0; i < 1400; ++i) {
+        const float x = random.range(5, 29.3f), z = random.range(-6.5f, -1);
+        const float h = ground(x, z), s = random.range(0.10f, 0.30f);
+        const float creep = fractalNoise({x * 0.45f, 0.5f, 0.5f}, 2, 8);
+        if (h < 1.62f - 0.75f * creep || h > 1.85f)
+            continue;
+        writeClump(scene, {x, h + 0.15f * s, z}, {s * 1.3f, s * 0.8f, s * 1.3f}, random);
     }
     // Trees that stand above the rest.
     for (int i = 0; i < 90; ++i) {
@@ -223,11 +234,11 @@ void writeJungle(Scene& scene) {
         const float h = ground(x, z);
         if (h < 2.6f || onCrag(x, z))
             continue;
-        const float trunk = random.range(0.9f, 2.0f);
+        const float trunk = random.range(0.9f, 2.0f) * smoothstep(2.2f, 4.5f, h);
         scene.write("cylinder{<%.2f,%.2f,%.2f>,<%.2f,%.2f,%.2f>,.07 texture{T_Trunk}}\n", x, h, z,
                     x, h + trunk, z);
         for (int k = 0; k < 5; ++k) {
-            const float s = random.range(0.35f, 0.70f);
+            const float s = random.range(0.40f, 0.85f);
             writeClump(scene,
                        {x + random.range(-0.6f, 0.6f), h + trunk + random.range(-0.15f, 0.4f),
                         z + random.range(-0.5f, 0.5f)},

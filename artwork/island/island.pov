@@ -6,8 +6,8 @@ global_settings { assumed_gamma srgb max_trace_level 30 }
 #include "island_geometry.inc"
 
 light_source { Sun*900 Sunlight parallel point_at 0 }
-light_source { <100, 500, -300> rgb <.25, .31, .33> shadowless parallel point_at 0 }
-light_source { <0, -300, -500> rgb <.13, .135, .11> shadowless parallel point_at 0 }
+light_source { <100, 500, -300> rgb <.31, .37, .37> shadowless parallel point_at 0 }
+light_source { <0, -300, -500> rgb <.17, .175, .14> shadowless parallel point_at 0 }
 
 // The eye stands a little above the sea, so that the beach has some depth.
 camera {
@@ -23,12 +23,12 @@ camera {
 #declare Grain = function { pattern { granite scale .9 } }
 #declare Sand = pigment {
     granite
-    color_map { [0 rgb <.95, .905, .79>] [1 rgb <.87, .80, .66>] }
+    color_map { [0 rgb <.85, .81, .70>] [1 rgb <.77, .715, .59>] }
     scale 1.4
 }
 #declare Soil = pigment {
     bozo
-    color_map { [0 rgb <.20, .30, .10>] [1 rgb <.38, .42, .17>] }
+    color_map { [0 rgb <.20, .34, .10>] [1 rgb <.34, .46, .16>] }
     scale .5
 }
 // Place of a height in the map of the ground's colours.
@@ -45,12 +45,13 @@ object {
                 [Level(-2.6) rgbt <.121, .60, .71, 1>]
                 [Level(-1.3) rgbt <.20, .68, .75, .62>]
                 [Level(-.35) rgbt <.42, .80, .80, .25>]
-                [Level(-.06) rgbt <.66, .90, .86, .06>]
-                [Level(-.035) rgb <.97, .99, .98>]
-                [Level(.03) rgb <.97, .99, .98>]
-                [Level(.045) rgb <.76, .70, .55>]
-                [Level(.16) rgb <.84, .78, .63>]
-                [Level(.34) Sand]
+                [Level(-.08) rgbt <.60, .82, .80, .06>]
+                [Level(.02) rgb <.70, .84, .80>]
+                [Level(.05) rgb <.86, .90, .88>]
+                [Level(.08) rgb <.86, .90, .88>]
+                [Level(.10) rgb <.56, .515, .41>]
+                [Level(.26) rgb <.64, .59, .48>]
+                [Level(.46) Sand]
                 [Level(1.45) Sand]
                 [Level(1.8) Soil]
                 [Level(8.9) Soil]

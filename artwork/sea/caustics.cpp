@@ -123,10 +123,12 @@ Image develop(Grid& light) {
                 for (int a = -1; a <= 1; ++a)
                     soft += at(light, x + a, y + b) * static_cast<float>((a ? 1 : 2) * (b ? 1 : 2));
             const float exposed = 1 - std::exp(-0.55f * std::pow(soft / 16, 1.25f));
-            const float line = std::pow(smoothstep(0.10f, 0.94f, exposed), 1.1f);
+            const float glow = smoothstep(0.08f, 0.80f, exposed);
+            const float line = smoothstep(0.42f, 0.92f, exposed);
             // Between the lines the light is a little cooler.
             image.at(x, y).colour =
-                mix(Vec3{0.735f, 0.752f, 0.752f}, Vec3{1.015f, 1.015f, 1.0f}, line);
+                mix(Vec3{0.735f, 0.752f, 0.752f}, Vec3{0.89f, 0.892f, 0.885f}, glow) +
+                Vec3{0.12f, 0.12f, 0.11f} * line;
         }
     return image;
 }

@@ -26,10 +26,10 @@ struct Glint {
 std::vector<Glint> chooseGlints() {
     Random random(99);
     std::vector<Glint> glints;
-    for (int i = 0; i < 70; ++i) {
+    for (int i = 0; i < 90; ++i) {
         const float size = std::pow(random.unit(), 2.0f);
         glints.push_back({random.range(0, kTileWidth), random.range(0, kTileDepth),
-                          mix(0.07f, 0.42f, size), mix(0.022f, 0.055f, size),
+                          mix(0.06f, 0.33f, size), mix(0.022f, 0.055f, size),
                           random.range(-0.004f, 0.004f), random.range(0, kFrames),
                           random.range(5, 13), random.range(0.6f, 1.0f)});
     }

@@ -71,7 +71,7 @@ Pixel surface(const std::vector<Wave>& waves, float x, float z) {
     const Vec3 view = normalize({0, -kEyeHeight, away});
     const float facing = std::max(0.02f, std::min(1.0f, -dot(view, normal)));
     const float mirror = std::min(0.02f + 0.50f * std::pow(1 - facing, 5.0f),
-                                  mix(0.045f, 0.46f, smoothstep(20, 44, distance)));
+                                  mix(0.045f, 0.42f, smoothstep(20, 44, distance)));
     const Vec3 reflected = view - normal * (2 * dot(view, normal));
 
     const float depth = smoothstep(4, 46, distance);
@@ -85,7 +85,7 @@ Pixel surface(const std::vector<Wave>& waves, float x, float z) {
     const Vec3 mixed =
         (mirroredSky(clamp01(reflected.y)) * mirror + colour * (body * (1 - mirror))) / alpha;
     // The far edge takes the colour of the open sea behind it.
-    const float edge = smoothstep(35, 44.5f, z);
+    const float edge = smoothstep(31, 44.5f, z);
     return {mix(mixed, sea::kFarSea, edge), mix(alpha, 0.70f, edge)};
 }
 

@@ -14,10 +14,11 @@ namespace {
 
 /// The camera never sees higher than 34 degrees nor lower than 3 degrees under the horizon.
 constexpr float kHighest = 37 * kPi / 180, kLowest = -3.5f * kPi / 180;
+constexpr float kFarClouds = 7 * kPi / 180;
 
 Vec3 overhead(Vec3 direction, float elevation, const sky::Clouds& clouds, float texel,
               float chance) {
-    Vec3 colour = mix(sky::air(elevation), rgb(242, 247, 251), 0.45f * sky::wisps(direction));
+    Vec3 colour = mix(sky::air(elevation), rgb(242, 247, 251), 0.6f * sky::wisps(direction));
     if (elevation < kHighest) {
         const sky::Clouds::Sight sight = clouds.look(direction, texel, chance);
         colour = colour * (1 - sight.opacity) + sight.colour;
@@ -36,7 +37,8 @@ Vec3 texel(int x, int y, int size, const sky::Clouds& clouds) {
     if (elevation < kLowest)
         return sky::sea(kLowest);
     const float angle = sky::kWidth / static_cast<float>(size) / length(middle);
-    const int grid = std::fabs(elevation) < 2 * angle ? 8 : 1;
+    // Far clouds are finer than a texel.
+    const int grid = std::fabs(elevation) < 2 * angle ? 8 : elevation < kFarClouds ? 2 : 1;
     Vec3 sum;
     for (int j = 0; j < grid; ++j)
         for (int i = 0; i < grid; ++i) {
