@@ -41,7 +41,7 @@ namespace {
 const char SETTINGS_FILE[] = "Orvo Atollia";
 
 constexpr QSize WINDOW_SIZE(460, 299);
-constexpr QSize FISH_PICTURE(62, 36);
+constexpr QSize FISH_PICTURE(60, 33);
 constexpr QSize SCHOOL_PICTURE(110, 60);
 constexpr QSize GULL_PICTURE(240, 128);
 constexpr QSize SKY_PICTURE(168, 84);

@@ -44,7 +44,7 @@ struct PORTRAIT {
 };
 
 // The nose points to the left, as far towards the viewer as shows the animal best.
-constexpr int W = 124, H = 72, WIDE = 220, HIGH = 120;
+constexpr int W = 120, H = 66, WIDE = 220, HIGH = 120;
 constexpr PORTRAIT PORTRAITS[] = {
     {"boid1", "models/reeffishes/silverfish.nlm", "models/reeffishes/silverfish.nlt", 0, 75, 8,
      WIDE, HIGH, WATER},

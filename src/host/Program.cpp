@@ -175,7 +175,9 @@ int main(int argc, char* argv[]) {
     int ownArgc = 1;
     char* ownArgv[] = {argv[0], nullptr};
     std::optional<RuntimeDirectory> runtime;
-    if (!setup)
+    if (setup)
+        QCoreApplication::setAttribute(Qt::AA_UseHighDpiPixmaps);
+    else
         runtime.emplace();
     QApplication application(ownArgc, ownArgv);
     runtime.reset();
