@@ -45,6 +45,9 @@ Growth pictured(uint32_t seed) {
         const float angle = static_cast<float>(i) * 2.39996f + random.range(-0.4f, 0.4f);
         const float y = 0.05f + t * (kBranchLength - 0.5f);
         const Vec3 out{std::cos(angle), 0, std::sin(angle)};
+        // Those before the branch would be mere specks.
+        if (out.z < 0 && std::fabs(out.x) < 0.8f)
+            continue;
         const Vec3 along = normalize(out + Vec3{0, random.range(0.9f, 1.6f), 0});
         const Vec3 from = out * (kBranchRadius * 0.85f) + Vec3{0, y, 0};
         const float l = random.range(0.09f, 0.15f), w = random.range(0.065f, 0.085f);
@@ -60,7 +63,7 @@ Growth pictured(uint32_t seed) {
         c = mix(c, shades.middle, smoothstep(0.08f, 0.45f, t));
         c = mix(c, shades.tip,
                 0.45f * smoothstep(0.45f, 0.85f, t) + 0.55f * smoothstep(0.84f, 0.98f, t));
-        return Paint{c * 1.22f * (1 + 0.18f * fractalNoise(p * 3, 2, seed)), {}};
+        return Paint{c * 1.10f * (1 + 0.18f * fractalNoise(p * 3, 2, seed)), {}};
     };
     return growth;
 }
@@ -120,7 +123,7 @@ private:
             direction = normalize(direction + wander * 0.20f);
             p += direction * (whole / static_cast<float>(steps));
         }
-        const float thin = forks == 0 ? 0.72f : 0.80f;
+        const float thin = forks == 0 ? 0.50f : 0.82f;
         strip(random, points, radius, radius * thin, t0, t1);
         if (forks == 0)
             return;
@@ -238,6 +241,9 @@ void paintBranches(Image& texture) {
         for (int y = 0; y < kSize; ++y)
             for (int x = 0; x < kStrip; ++x) {
                 Pixel pixel = picture.image.at(x, y);
+                const float across = static_cast<float>(x) / kStrip;
+                pixel.colour = pixel.colour * mix(Vec3{1, 1, 1}, {0.62f, 0.58f, 0.70f},
+                                                  smoothstep(0.45f, 0.95f, across));
                 // Strips touch each other in the texture.
                 if (x < 2 || x >= kStrip - 2)
                     pixel.alpha = 0;
@@ -256,7 +262,7 @@ void paintStone(Image& texture) {
             const float down = clamp01((static_cast<float>(y) / (kSize / 2) - 0.02f) / 0.96f);
             const Vec3 p = Thicket::stonePoint(around, down) * 0.04f;
             const Paint paint = material({around, down}, {p.x, p.z, p.y});
-            const float shade = mix(0.50f, 0.34f, down) + 0.16f * paint.bump.y;
+            const float shade = mix(0.85f, 0.50f, down) + 0.16f * paint.bump.y;
             texture.at(kSize / 2 + x, y) = {paint.colour * shade, 1};
         }
 }
