@@ -8,14 +8,14 @@ Garden coral_a() {
     garden.placement = kCorals[0];
     garden.width = 1024;
     garden.height = 1024;
-    garden.cell = 22;
+    garden.cell = 17;
     const float x = -2.8f, y = -5.5f, z = 20.2f;
 
     Layer& rigid = garden.layer();
     rigid.add(rock(3, {2.2f, 1.05f, 1.6f}), {{x, y + 0.1f, z}});
     rigid.add(rock(8, {1.3f, 0.75f, 1.0f}), {{x + 1.5f, y, z - 0.5f}});
     rigid.add(rock(12, {1.2f, 0.9f, 1.0f}), {{x - 1.6f, y + 0.1f, z - 0.2f}});
-    rigid.add(table(21, 1.65f, 0.75f), {{x - 0.5f, y + 0.42f, z + 0.1f}, {-9, 20, 0}});
+    rigid.add(table(21, 1.65f, 0.75f), {{x - 0.5f, y + 0.30f, z + 0.1f}, {-9, 20, 0}});
     rigid.add(table(22, 1.05f, 0.60f), {{x + 1.4f, y + 0.50f, z + 0.2f}, {-13, -30, 0}});
     rigid.add(table(23, 0.90f, 0.60f), {{x - 1.95f, y + 0.50f, z - 0.1f}, {-12, 60, 0}});
     rigid.add(brain(41, {0.66f, 0.60f, 0.66f}, rgb(214, 218, 108), rgb(116, 138, 56)),

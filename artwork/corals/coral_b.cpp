@@ -268,7 +268,7 @@ void paintStone(Image& texture) {
 }
 
 Vec3 swell(Vec3 rest, int frame) {
-    const float h = length(rest) / kHeight, bend = 2.0f * h * h;
+    const float h = length(rest) / kHeight, bend = 2.0f * h * h * h;
     const float turn = 2 * kPi * static_cast<float>(frame) / kFrames - 0.05f * (rest.x + rest.y);
     return {bend * std::sin(turn), 0.6f * bend * std::sin(turn + 1.2f),
             0.2f * bend * std::cos(2 * turn)};

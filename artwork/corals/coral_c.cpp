@@ -9,7 +9,7 @@ Garden coral_c() {
     garden.frames = 20;
     garden.width = 1024;
     garden.height = 512;
-    garden.cell = 22;
+    garden.cell = 18;
     const float x = -8.9f, y = -6.25f, z = 19.2f;
 
     Layer& back = garden.layer();

@@ -9,7 +9,7 @@ Garden coral_d() {
     garden.frames = 20;
     garden.width = 512;
     garden.height = 512;
-    garden.cell = 16;
+    garden.cell = 14;
     garden.cut = false;
     // Seen from between the two directions from which the eye sees the two.
     const Placement& twin = kCorals[6];

@@ -8,7 +8,7 @@ Garden coral_f() {
     garden.placement = kCorals[7];
     garden.width = 1024;
     garden.height = 512;
-    garden.cell = 22;
+    garden.cell = 17;
     const float x = -10, y = -6.05f, z = 20.2f;
 
     Layer& rigid = garden.layer();

@@ -8,7 +8,7 @@ Garden coral_g() {
     garden.placement = kCorals[8];
     garden.width = 1024;
     garden.height = 512;
-    garden.cell = 20;
+    garden.cell = 17;
     const float x = 0, y = -7.1f, z = 25.2f;
 
     Layer& rigid = garden.layer();

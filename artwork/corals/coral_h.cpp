@@ -8,7 +8,7 @@ Garden coral_h() {
     garden.placement = kCorals[9];
     garden.width = 1024;
     garden.height = 512;
-    garden.cell = 22;
+    garden.cell = 17;
     garden.tiling = 3;
     const float x = 8.1f, y = -7.3f, z = 21.4f;
 

@@ -8,7 +8,7 @@ Garden coral_i() {
     garden.placement = kCorals[10];
     garden.width = 1024;
     garden.height = 1024;
-    garden.cell = 24;
+    garden.cell = 19;
     const float x = 11, y = -7.1f, z = 18.4f;
 
     Layer& rigid = garden.layer();
