@@ -3,7 +3,7 @@
 namespace art {
 namespace {
 
-constexpr Chart kCharts[kParts] = {
+constexpr Chart kPlots[kParts] = {
     {0.00f, 0.00f, 1.00f, 0.50f},  // body
     {0.00f, 0.50f, 0.34f, 1.00f},  // tail
     {0.34f, 0.50f, 1.00f, 0.72f},  // dorsal
@@ -13,7 +13,7 @@ constexpr Chart kCharts[kParts] = {
     {0.86f, 0.72f, 1.00f, 0.86f},  // eye
     {0.72f, 0.90f, 1.00f, 1.00f},  // extra
 };
-/// Rim of every chart, so that filtering never reaches a neighbour: three texels of 512.
+/// One and a half texels of the smallest sheet, 256.
 constexpr float kRim = 3.0f / 512;
 
 /// How a vertex follows its fin.
@@ -204,8 +204,10 @@ private:
 
 }  // namespace
 
+Chart plotOf(Part part) { return kPlots[static_cast<int>(part)]; }
+
 Chart chartOf(Part part) {
-    const Chart c = kCharts[static_cast<int>(part)];
+    const Chart c = plotOf(part);
     return {c.s0 + kRim, c.t0 + kRim, c.s1 - kRim, c.t1 - kRim};
 }
 
@@ -243,8 +245,7 @@ BodyPoint bodyPoint(const Body& body, float along, float round) {
 
 FinPoint finPoint(const Fin& fin, float u, float v) {
     const Vec2 root = fin.root.at(u), margin = fin.margin.at(u);
-    return {fin.part, u, v, root + (margin - root) * v + fin.bow * (4 * v * (1 - v)),
-            length(margin - root)};
+    return {fin.part, u, v, root + (margin - root) * v + fin.bow * (4 * v * (1 - v))};
 }
 
 Bend swimming(const Swim& swim, int frames) {
@@ -279,8 +280,7 @@ void saveFish(const Fish& fish, int frames, const Bend& bend,
         Vec3 p = rest;
         if (rig.paired) {
             // The outer part of a soft fin follows late.
-            const float phase =
-                static_cast<float>(rig.paired->beats) * turns + rig.late - 0.18f * rig.reach;
+            const float phase = turns + rig.late - 0.18f * rig.reach;
             const float angle = degreesToRadians(rig.paired->splay +
                                                  rig.paired->paddle * std::sin(2 * kPi * phase));
             p = rig.seat + rig.away * std::cos(angle) + rig.out * std::sin(angle);

@@ -21,7 +21,10 @@ constexpr int kParts = 8;
 struct Chart {
     float s0, t0, s1, t1;
 };
-/// The chart of a part without its safety rim; u and v of the part run 0..1 across it.
+/// What a part owns of the sheet; all of it is painted.
+Chart plotOf(Part part);
+/// The inner part of the plot that u and v run across from 0 to 1. Around it lies a rim, so that
+/// filtering never reaches a neighbour.
 Chart chartOf(Part part);
 /// Place on the sheet.
 inline Vec2 onSheet(Part part, float u, float v) {
@@ -61,14 +64,12 @@ struct Fin {
     bool paired = false;  ///< One on each side, hinged where its root's first point touches skin.
     float splay = 0;      ///< Degrees a paired fin is turned out from the body about its root.
     float paddle = 0;     ///< Degrees it swings to either side of the splay.
-    int beats = 1;        ///< Paddle strokes per swimming cycle.
     float ripple = 0;     ///< Sideways play of a middle fin's margin, in body lengths.
 };
 struct FinPoint {
     Part part = Part::DORSAL;
     float u = 0, v = 0;
-    Vec2 side;         ///< Side view place (along, height).
-    float length = 0;  ///< Of the ray at u, in body lengths.
+    Vec2 side;  ///< Side view place (along, height).
 };
 FinPoint finPoint(const Fin& fin, float u, float v);
 

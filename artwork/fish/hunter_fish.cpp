@@ -87,13 +87,13 @@ Vec3 spotted(Vec3 c, Vec2 side, float gentler) {
 }
 
 Vec3 bodyColour(const BodyPoint& p) {
-    Vec3 c = mix(rgb(226, 140, 96), rgb(192, 74, 40), smoothstep(-0.95f, -0.15f, p.rise));
-    c = mix(c, rgb(128, 42, 30), smoothstep(0.2f, 0.98f, p.rise));
+    Vec3 c = mix(rgb(246, 158, 108), rgb(222, 88, 44), smoothstep(-0.95f, -0.15f, p.rise));
+    c = mix(c, rgb(150, 48, 32), smoothstep(0.2f, 0.98f, p.rise));
     // Faint broad bars, as in fish at rest.
     c *= 1 - 0.16f * smoothstep(0.2f, 0.9f, std::sin(p.along * 34 + 0.6f)) *
                  smoothstep(-0.6f, 0.4f, p.rise);
     c *= 0.90f + 0.20f * mottle(p, 0.06f, 12);
-    c = mix(c, rgb(160, 56, 34), smoothstep(0.86f, 1.0f, p.along));
+    c = mix(c, rgb(186, 64, 38), smoothstep(0.86f, 1.0f, p.along));
     return spotted(c, {p.along, p.girth}, 0.0025f * smoothstep(0.25f, 0.0f, p.along));
 }
 
@@ -102,7 +102,7 @@ Pixel finColour(const FinPoint& p) {
         return finPixel(p, {rgb(190, 84, 44), rgb(226, 130, 60), 13, 0.90f, 0.66f, 0.2f});
     const float hard = p.part == Part::DORSAL ? 0.5f : 0.0f;
     Pixel fin =
-        finPixel(p, {rgb(160, 56, 34), rgb(86, 34, 60), 22, 0.97f, 0.88f, 0.12f, 0.04f, hard});
+        finPixel(p, {rgb(186, 64, 38), rgb(96, 36, 60), 22, 0.97f, 0.88f, 0.12f, 0.04f, hard});
     fin.colour = spotted(fin.colour, p.side, 0.003f);
     fin.colour = mix(fin.colour, rgb(96, 150, 226), 0.8f * band(p.v, 0.93f, 0.96f, 0.02f));
     return fin;

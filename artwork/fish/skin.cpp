@@ -57,13 +57,10 @@ Vec3 bodyColour(const Fish& fish, const Skin& skin, const BodyPoint& p) {
     const Vec2 side{p.along, p.height};
     const float behind_gill = smoothstep(d.gill.x - 0.01f, d.gill.x + 0.05f, p.along);
 
-    float sheen = 1;
-    if (d.scale > 0) {
-        const Scale s = scaleAt(p.along, p.girth, d.scale);
-        const float on = behind_gill * (1 - smoothstep(0.9f, 1.0f, p.along));
-        c *= 1 + on * (d.scale_tint * s.tint + d.scale_depth * (0.45f * s.dome - 1.1f * s.edge));
-        sheen = mix(1.0f, 0.55f + 0.9f * s.dome * (1 - s.edge) + 0.25f * s.tint, on);
-    }
+    const Scale s = scaleAt(p.along, p.girth, d.scale);
+    const float scaly = behind_gill * (1 - smoothstep(0.9f, 1.0f, p.along));
+    c *= 1 + scaly * (d.scale_tint * s.tint + d.scale_depth * (0.45f * s.dome - 1.1f * s.edge));
+    const float sheen = mix(1.0f, 0.55f + 0.9f * s.dome * (1 - s.edge) + 0.25f * s.tint, scaly);
     c *= 0.96f + 0.08f * mottle(p, 0.09f, 31);
     c *= 0.985f + 0.03f * mottle(p, 0.02f, 37);
 
@@ -135,8 +132,8 @@ Pixel finPixel(const FinPoint& p, const Rays& rays) {
     // The body shades the fins' roots; the tail grows out of it without a step.
     const float root = 1 - smoothstep(0, 0.22f, p.v);
     const bool tail = p.part == Part::TAIL;
-    c *= mix(1.0f, 0.80f + 0.24f * ray, tail ? 1 - root : 1.0f);
-    c = c * mix(Vec3{1, 1, 1}, tail ? kSunlit : Vec3{0.82f, 0.82f, 0.82f}, root);
+    c *= mix(1.0f, 0.90f + 0.20f * ray, tail ? 1 - root : 1.0f);
+    c = c * mix(Vec3{1, 1, 1}, tail ? kSunlit : Vec3{0.84f, 0.84f, 0.84f}, root);
     c *= 0.97f + 0.06f * valueNoise({p.u * 9, p.v * 5, 0}, 23);
 
     const float thin =
@@ -186,13 +183,12 @@ void saveSkin(const Fish& fish, const Skin& skin, int size, const std::string& p
                 return eyePixel(skin.eye, u, v);
             return skin.fin(finPoint(*fin, u, v));
         };
-        const Chart c = chartOf(which);
-        const float rim = 2.5f / 512;
+        const Chart plot = plotOf(which), c = chartOf(which);
         const float scale = static_cast<float>(size);
-        const int x0 = static_cast<int>(std::ceil((c.s0 - rim) * scale)),
-                  x1 = static_cast<int>(std::floor((c.s1 + rim) * scale)),
-                  y0 = static_cast<int>(std::ceil((c.t0 - rim) * scale)),
-                  y1 = static_cast<int>(std::floor((c.t1 + rim) * scale));
+        const int x0 = static_cast<int>(std::lround(plot.s0 * scale)),
+                  x1 = static_cast<int>(std::lround(plot.s1 * scale)),
+                  y0 = static_cast<int>(std::lround(plot.t0 * scale)),
+                  y1 = static_cast<int>(std::lround(plot.t1 * scale));
         parallelFor(y1 - y0, [&](int row) {
             for (int x = x0; x < x1; ++x) {
                 Vec3 sum;

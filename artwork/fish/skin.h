@@ -11,7 +11,7 @@ namespace art {
 
 /// Markings on the body that are drawn over the species' colours. Lengths in body lengths.
 struct Detail {
-    float scale = 0.030f;       ///< Size of a scale; 0 for none.
+    float scale = 0.030f;       ///< Size of a scale.
     float scale_depth = 0.1f;   ///< Strength of the scales' edges, 0..1.
     float scale_tint = 0.05f;   ///< Difference of brightness from scale to scale.
     Vec2 gill{0.27f, 0};        ///< Middle of the gill cover's rear edge, side view.

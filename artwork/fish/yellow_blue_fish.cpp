@@ -76,7 +76,7 @@ Fish anatomy() {
     return f;
 }
 
-const Vec3 kYellow = rgb(255, 202, 26), kBlue = rgb(40, 104, 226);
+const Vec3 kYellow = rgb(255, 212, 36), kBlue = rgb(40, 104, 226);
 
 /// How much of the blue lines lies at a place of the side view: they fan out from the gill, wander
 /// and now and then break or join.
@@ -93,7 +93,7 @@ float lines(Vec2 side, float& outline) {
 
 Vec3 bodyColour(const BodyPoint& p) {
     Vec3 c = mix(rgb(255, 230, 124), kYellow, smoothstep(-0.95f, -0.15f, p.rise));
-    c = mix(c, rgb(232, 150, 14), smoothstep(0.35f, 1.0f, p.rise));
+    c = mix(c, rgb(240, 164, 18), smoothstep(0.35f, 1.0f, p.rise));
     float outline = 0;
     const float blue = lines({p.along, p.height}, outline);
     const float on = band(p.along, 0.255f, 0.90f, 0.02f) * smoothstep(-0.97f, -0.82f, p.rise);
@@ -105,21 +105,21 @@ Vec3 bodyColour(const BodyPoint& p) {
     c = mix(c, rgb(90, 150, 244),
             0.8f * tall * std::exp(-std::pow((std::fabs(bar) - 0.027f) / 0.006f, 2.0f)));
     c = mix(c, rgb(30, 42, 92), 0.92f * tall * smoothstep(0.026f, 0.018f, std::fabs(bar)));
-    return c;
+    return mix(c, rgb(255, 214, 44), smoothstep(0.86f, 1.0f, p.along));
 }
 
 Pixel finColour(const FinPoint& p) {
     switch (p.part) {
         case Part::TAIL:
             return finPixel(
-                p, {rgb(255, 208, 36), rgb(255, 240, 170), 17, 0.96f, 0.82f, 0.12f, 0.025f});
+                p, {rgb(255, 214, 44), rgb(255, 240, 170), 17, 0.96f, 0.82f, 0.12f, 0.025f});
         case Part::PECTORAL:
             return finPixel(p, {rgb(255, 214, 90), rgb(255, 236, 160), 11, 0.82f, 0.50f});
         case Part::PELVIC:
             return finPixel(p, {rgb(255, 200, 40), rgb(96, 156, 240), 9, 0.96f, 0.84f});
         default: {
             Pixel fin = finPixel(
-                p, {rgb(255, 198, 28), rgb(255, 204, 40), 27, 0.97f, 0.86f, 0.10f, 0.03f, 0.40f});
+                p, {rgb(255, 210, 36), rgb(255, 214, 48), 27, 0.97f, 0.86f, 0.10f, 0.03f, 0.40f});
             float outline = 0;
             const float blue = lines(p.side, outline) * (1 - smoothstep(0.45f, 0.75f, p.v));
             fin.colour = mix(fin.colour, kBlue, 0.85f * blue);

@@ -113,7 +113,7 @@ void Manta::whip() {
     const int first = static_cast<int>(mesh.vertices.size());
     for (int i = 0; i <= kRows; ++i) {
         const float v = static_cast<float>(i) / kRows;
-        const float radius = mix(0.55f, 0.06f, std::sqrt(v));
+        const float radius = mix(0.65f, 0.20f, std::sqrt(v));
         for (int k = 0; k < kSides; ++k) {
             const float a = 2 * kPi * static_cast<float>(k) / kSides;
             add({radius * std::cos(a), -12.4f - 21 * v, radius * std::sin(a)},
