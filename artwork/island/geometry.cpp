@@ -60,13 +60,13 @@ float ground(float x, float z) {
     const float rough = fractalNoise({x * 0.16f, z * 0.16f, 0.5f}, 4, 3);
     const float fine = fractalNoise({x * 0.5f, z * 0.5f, 0.5f}, 4, 4);
     // 1 on the island's long axis, 0 on its shore.
-    const float left = (18.5f - x) / 18.0f, right = (x - 18.5f) / 13.8f;
+    const float left = (18.5f - x) / 19.5f, right = (x - 18.5f) / 13.8f;
     const float profile = x < 18.5f ? 1 - std::pow(left, 1.55f) : 1 - right * right;
     const float depth = 6.6f * std::sqrt(std::max(0.0f, profile)) * (1 + 0.22f * rough);
     const float off = (z + 1.2f * rough) / std::max(0.3f, depth);
     const float inland = 1 - off * off;
 
-    float beach = 2.05f * smoothstep(-0.5f, 0.85f, inland) * smoothstep(0, 0.28f, profile) - 0.35f -
+    float beach = 2.05f * smoothstep(-0.5f, 0.85f, inland) * smoothstep(0, 0.50f, profile) - 0.35f -
                   0.18f * smoothstep(0.2f, 0.9f, profile);
     if (inland < 0)
         beach = std::min(beach, -0.30f + 1.7f * std::max(-4.0f, inland));

@@ -1,6 +1,6 @@
 #!/bin/sh
 # trace.sh POVRAY SCENE.pov PICTURE.png SIZE INCLUDE_FOLDER...
-# Renders a square picture with alpha. Without jitter every run gives the same picture. The ray
+# Renders a square picture with alpha, unsmoothed: it is halved later. The ray
 # tracer is chatty: it is heard only when it fails.
 set -eu
 povray=$1 scene=$2 picture=$3 size=$4
@@ -9,7 +9,7 @@ for folder; do
     set -- "$@" "+L$folder"
     shift
 done
-if ! "$povray" "+I$scene" "+O$picture" "$@" "+W$size" "+H$size" +FN +UA +A0.2 +R2 -J -D -V \
+if ! "$povray" "+I$scene" "+O$picture" "$@" "+W$size" "+H$size" +FN +UA -A -D -V \
     >"$picture.log" 2>&1; then
     cat "$picture.log"
     exit 1

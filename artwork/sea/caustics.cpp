@@ -127,7 +127,7 @@ Image develop(Grid& light) {
             const float line = smoothstep(0.42f, 0.92f, exposed);
             // Between the lines the light is a little cooler.
             image.at(x, y).colour =
-                mix(Vec3{0.735f, 0.752f, 0.752f}, Vec3{0.89f, 0.892f, 0.885f}, glow) +
+                mix(Vec3{0.748f, 0.765f, 0.765f}, Vec3{0.90f, 0.902f, 0.895f}, glow) +
                 Vec3{0.12f, 0.12f, 0.11f} * line;
         }
     return image;

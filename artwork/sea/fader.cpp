@@ -5,6 +5,9 @@
 
 using namespace art;
 
+/// From here up it hides everything: the floor ends just below, and nothing lies behind.
+constexpr float kOpaque = 0.17f;
+
 int main(int argc, char** argv) {
     if (argc != 2)
         fail("usage: fader DATA_DIR");
@@ -13,7 +16,7 @@ int main(int argc, char** argv) {
     for (int y = 0; y < image.height(); ++y) {
         const float up = 1 - (static_cast<float>(y) + 0.5f) / static_cast<float>(image.height());
         const Pixel pixel{mix(sea::kFog, sea::kFarSea, smoothstep(0.1f, 0.95f, up)),
-                          smoothstep(0.003f, 0.80f, up)};
+                          smoothstep(0.003f, kOpaque, up)};
         for (int x = 0; x < image.width(); ++x)
             image.at(x, y) = pixel;
     }

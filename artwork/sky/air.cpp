@@ -33,7 +33,8 @@ Vec3 haze() { return rgb(205, 230, 240); }
 Vec3 sea(float elevation) {
     const float down = -elevation * 180 / kPi;
     const Vec3 far = mix(rgb(176, 218, 236), ::sea::kHorizonSea, smoothstep(-0.05f, 0.16f, down));
-    return mix(far, ::sea::kFarSea, smoothstep(0.2f, 2.0f, down));
+    const Vec3 open = mix(far, ::sea::kFarSea, smoothstep(0.2f, 2.0f, down));
+    return mix(open, ::sea::kFog, smoothstep(3, 9.5f, down));
 }
 
 float wisps(Vec3 direction) {

@@ -9,8 +9,8 @@ namespace sky {
 art::Vec3 air(float elevation);
 /// Colour that far clouds fade into.
 art::Vec3 haze();
-/// The open sea at an elevation below 0; from 2.2 degrees down it is the colour that the water's
-/// edge has.
+/// The open sea at an elevation below 0: at 2.2 degrees down it is the colour that the water's edge
+/// has, further down it fades into the fog as the fader before it does.
 art::Vec3 sea(float elevation);
 /// Thin high clouds in a direction (a unit vector with y up): 0 for none, 1 for white.
 float wisps(art::Vec3 direction);

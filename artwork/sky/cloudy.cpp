@@ -35,7 +35,7 @@ Vec3 texel(int x, int y, int size, const sky::Clouds& clouds) {
     const Vec3 middle = place(0.5f, 0.5f);
     const float elevation = std::asin(normalize(middle).y);
     if (elevation < kLowest)
-        return sky::sea(kLowest);
+        return sky::sea(elevation);
     const float angle = sky::kWidth / static_cast<float>(size) / length(middle);
     // Far clouds are finer than a texel.
     const int grid = std::fabs(elevation) < 2 * angle ? 8 : elevation < kFarClouds ? 2 : 1;
