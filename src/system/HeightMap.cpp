@@ -123,13 +123,14 @@ void HeightMap::initialize() {
     if (mapsize_x == 0 && mapsize_y == 0)
         return;
 
-    const int64_t count = int64_t{numSegments_x} * numSegments_y * 2;
-    if (numSegments_x > 0 && numSegments_y > 0 && count <= INT_MAX)
-        vertices = new (std::nothrow) MAP_VERTEX[count];
     initialized = true;
+    const int64_t pairs = int64_t{numSegments_x} * numSegments_y;
+    if (numSegments_x < 1 || numSegments_y < 1 || pairs > INT_MAX / 2)
+        return;
+    vertices = new (std::nothrow) MAP_VERTEX[2 * pairs];
     if (!vertices)
         return;
-    numVerts = static_cast<int>(count);
+    numVerts = static_cast<int>(2 * pairs);
 
     MAP_VERTEX* next = vertices;
     const auto emit = [&](float sx, float y) {
