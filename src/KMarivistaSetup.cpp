@@ -24,6 +24,8 @@
 #include <QSlider>
 #include <QStandardPaths>
 #include <QStyleOptionFocusRect>
+#include <QStyleOptionGroupBox>
+#include <QStylePainter>
 #include <QUrl>
 #include <algorithm>
 #include <cstdio>
@@ -94,6 +96,23 @@ protected:
         QPainter painter(this);
         painter.setRenderHint(QPainter::SmoothPixmapTransform);
         painter.drawPixmap(QRectF(rect()), picture, source);
+    }
+};
+
+/// A box whose title is never cut. Styles measure a title without the space around its letters and
+/// then lose the end of long ones; measuring wider letters leaves room for that.
+class TitledBox : public QGroupBox {
+public:
+    using QGroupBox::QGroupBox;
+
+protected:
+    void paintEvent(QPaintEvent*) override {
+        QStyleOptionGroupBox option;
+        initStyleOption(&option);
+        QFont wider = font();
+        wider.setStretch(105);
+        option.fontMetrics = QFontMetrics(wider, this);
+        QStylePainter(this).drawComplexControl(QStyle::CC_GroupBox, option);
     }
 };
 
@@ -293,7 +312,7 @@ void KMarivistaSetup::buildIntroPage() {
 
 void KMarivistaSetup::buildBoidPage() {
     page_boid = addPage("page_boid");
-    boidtype_txt = named(new QGroupBox(page_boid), "boidtype_txt");
+    boidtype_txt = named(new TitledBox(page_boid), "boidtype_txt");
     boidtype_radio1 = named(new QRadioButton(boidtype_txt), "boidtype_radio1");
     boidtype_radio2 = named(new QRadioButton(boidtype_txt), "boidtype_radio2");
     illustrate(boidtype_radio1, "boid1", SCHOOL_PICTURE, QStringLiteral("Caesio caerulaurea"));
@@ -304,7 +323,7 @@ void KMarivistaSetup::buildBoidPage() {
     connect(numberButtons(boidtype_txt, {boidtype_radio1, boidtype_radio2}),
             &QButtonGroup::idClicked, this, &KMarivistaSetup::boidtype_clicked);
 
-    boidcount_txt = named(new QGroupBox(page_boid), "boidcount_txt");
+    boidcount_txt = named(new TitledBox(page_boid), "boidcount_txt");
     boidcount_slider = makeSlider("boidcount_slider", 0, 4, 1, boidcount_txt);
     boidcount_edit =
         makeValueLabel("boidcount_edit", QStringLiteral("20"), boidcount_slider, boidcount_txt);
@@ -322,7 +341,7 @@ void KMarivistaSetup::buildBoidPage() {
 
 void KMarivistaSetup::buildFishPage() {
     page_fish = addPage("page_fish");
-    fishspecies_txt = named(new QGroupBox(page_fish), "fishspecies_txt");
+    fishspecies_txt = named(new TitledBox(page_fish), "fishspecies_txt");
     const struct {
         QCheckBox** box;
         const char* species;
@@ -350,7 +369,7 @@ void KMarivistaSetup::buildFishPage() {
         ++id;
     }
 
-    fishcount_txt = named(new QGroupBox(page_fish), "fishcount_txt");
+    fishcount_txt = named(new TitledBox(page_fish), "fishcount_txt");
     fishcount_slider = makeSlider("fishcount_slider", 0, 10, 1, fishcount_txt);
     fishcount_edit =
         makeValueLabel("fishcount_edit", QStringLiteral("10"), fishcount_slider, fishcount_txt);
@@ -368,7 +387,7 @@ void KMarivistaSetup::buildFishPage() {
 
 void KMarivistaSetup::buildBirdsPage() {
     page_birds = addPage("page_birds");
-    birdspecies_txt = named(new QGroupBox(page_birds), "birdspecies_txt");
+    birdspecies_txt = named(new TitledBox(page_birds), "birdspecies_txt");
     birdspecies1 = named(new QCheckBox(birdspecies_txt), "birdspecies1");
     illustrate(birdspecies1, "gull", GULL_PICTURE, QStringLiteral("Larus argentatus"));
     (new QVBoxLayout(birdspecies_txt))->addWidget(birdspecies1);
@@ -381,7 +400,7 @@ void KMarivistaSetup::buildBirdsPage() {
 
 void KMarivistaSetup::buildSkyPage() {
     page_sky = addPage("page_sky");
-    sky_txt = named(new QGroupBox(page_sky), "sky_txt");
+    sky_txt = named(new TitledBox(page_sky), "sky_txt");
     sky_radio1 = named(new QRadioButton(sky_txt), "sky_radio1");
     sky_radio2 = named(new QRadioButton(sky_txt), "sky_radio2");
     illustrate(sky_radio1, "cloudy", SKY_PICTURE);
@@ -399,7 +418,7 @@ void KMarivistaSetup::buildSkyPage() {
 
 void KMarivistaSetup::buildCameraPage() {
     page_camera = addPage("page_camera");
-    camera_txt = named(new QGroupBox(page_camera), "camera_txt");
+    camera_txt = named(new TitledBox(page_camera), "camera_txt");
     camerapos_combo = named(new QComboBox(camera_txt), "camerapos_combo");
     auto* grid = new QGridLayout(camera_txt);
     grid->setColumnStretch(1, 1);
@@ -440,7 +459,7 @@ void KMarivistaSetup::buildCameraPage() {
 
 void KMarivistaSetup::buildSoundPage() {
     page_sound = addPage("page_sound");
-    sound_txt = named(new QGroupBox(page_sound), "sound_txt");
+    sound_txt = named(new TitledBox(page_sound), "sound_txt");
     usesound = named(new QCheckBox(sound_txt), "usesound");
     (new QVBoxLayout(sound_txt))->addWidget(usesound);
     connect(usesound, &QCheckBox::toggled, this, &KMarivistaSetup::usesound_changed);

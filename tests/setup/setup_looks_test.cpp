@@ -12,12 +12,11 @@
 #include <QGroupBox>
 #include <QLabel>
 #include <QListWidget>
+#include <QPainter>
 #include <QPushButton>
 #include <QRadioButton>
 #include <QScrollBar>
 #include <QSlider>
-#include <QStyle>
-#include <QStyleOptionGroupBox>
 #include <set>
 
 #include "dialog.h"
@@ -102,7 +101,49 @@ void expectNothingCut(Dialog& dialog) {
     }
 }
 
+/// Distance from the first to the last column with ink, in a picture on a plain background.
+int inkWidth(const QImage& image) {
+    const QRgb background = image.pixel(image.width() - 1, 0);
+    int first = image.width(), last = -1;
+    for (int x = 0; x < image.width(); ++x) {
+        for (int y = 0; y < image.height(); ++y) {
+            if (std::abs(qGray(image.pixel(x, y)) - qGray(background)) > 60) {
+                first = std::min(first, x);
+                last = x;
+            }
+        }
+    }
+    return last - first;
+}
+
+int inkWidth(const QString& text, const QWidget* like) {
+    QImage image(like->width(), 40, QImage::Format_RGB32);
+    image.fill(like->palette().window().color());
+    QPainter painter(&image);
+    painter.setFont(like->font());
+    painter.setPen(like->palette().windowText().color());
+    painter.drawText(10, 25, text);
+    return inkWidth(image);
+}
+
 }  // namespace
+
+TEST_P(SetupLooks, TitlesAreDrawnToTheirLastLetter) {
+    Dialog dialog(GetParam());
+    dialog.open();
+    int titles = 0;
+    for (int page = 0; page < 7; ++page) {
+        dialog.sellist->setCurrentRow(page);
+        QCoreApplication::processEvents();
+        for (QGroupBox* box : dialog.pages[page].frame->findChildren<QGroupBox*>()) {
+            const QRect line(0, 0, box->width(), box->fontMetrics().height());
+            const QImage drawn = box->grab(line).toImage();
+            EXPECT_GE(inkWidth(drawn), inkWidth(box->title(), box)) << nameOf(box);
+            ++titles;
+        }
+    }
+    EXPECT_EQ(titles, 8);
+}
 
 TEST_P(SetupLooks, OpensAtItsSizeWithEveryTextWhole) {
     Dialog dialog(GetParam());
