@@ -513,7 +513,6 @@ void KMarivistaSetup::init() {
         {"birds", page_birds}, {"sky", page_sky},   {"camera", page_camera},
         {"sound", page_sound},
     };
-    pages.clear();
     for (const auto& entry : list) {
         FramePage page = {};
         copyText(page.name, sizeof page.name, texts.getString(entry.key));
