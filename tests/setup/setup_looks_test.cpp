@@ -392,7 +392,7 @@ TEST_P(SetupWithoutTexts, StaysEmptyAndUsable) {
 
 INSTANTIATE_TEST_SUITE_P(Ways, SetupWithoutTexts,
                          testing::Values(std::pair("GER", "/nowhere/Language.dat"),
-                                         std::pair("XXX", LANGUAGE_FILE)));
+                                         std::pair("SWE", LANGUAGE_FILE)));
 
 TEST(SetupTexts, LongPageNamesEndAtAWholeCharacter) {
     ConfigFolder folder;
