@@ -20,6 +20,24 @@ Garden coral_a() {
     rigid.add(table(23, 0.90f, 0.60f), {{x - 1.95f, y + 0.50f, z - 0.1f}, {-12, 60, 0}});
     rigid.add(brain(41, {0.66f, 0.60f, 0.66f}, rgb(214, 218, 108), rgb(116, 138, 56)),
               {{x + 0.7f, y + 0.85f, z - 1.30f}, {-12, 0, 0}});
+    // Small growth all over the side that is seen; places as on a globe, in degrees.
+    const auto face = [&](float east, float north) {
+        const float e = east * kPi / 180, n = north * kPi / 180;
+        return Vec3{x + 2.25f * std::sin(e) * std::cos(n), y + 0.1f + 1.05f * std::sin(n),
+                    z - 1.62f * std::cos(e) * std::cos(n)};
+    };
+    rigid.add(brain(42, {0.30f, 0.27f, 0.30f}, rgb(242, 186, 108), rgb(160, 92, 54)),
+              {face(-20, 14), {-35, 0, 0}});
+    rigid.add(brain(43, {0.22f, 0.20f, 0.22f}, rgb(236, 166, 170), rgb(156, 84, 96)),
+              {face(36, 22), {-35, 0, 0}});
+    rigid.add(brain(44, {0.17f, 0.16f, 0.17f}, rgb(214, 218, 108), rgb(116, 138, 56)),
+              {face(-43, 20), {-35, 0, 0}});
+    rigid.add(plates(45, 0.34f, 7, rgb(150, 96, 60), rgb(244, 166, 120)),
+              {face(9, 8), {-50, 0, 0}});
+    rigid.add(sponges(46, 0.42f, 4, rgb(140, 78, 176), rgb(220, 166, 238)),
+              {face(-2, 24), {-30, 0, 0}});
+    rigid.add(staghorn(47, 0.34f, 9, 0.030f, pink(), 1), {face(50, 28), {-30, 0, 0}});
+    rigid.add(staghorn(48, 0.30f, 9, 0.028f, green(), 1), {face(-30, 30), {-30, 0, 0}});
     strew(rigid, 909, x, z - 0.4f, 3.2f, 14);
 
     Layer& soft = garden.layer();

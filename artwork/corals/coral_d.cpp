@@ -22,17 +22,17 @@ Garden coral_d() {
     const float x = foot.x, y = foot.y, z = foot.z;
     rigid.add(brain(101, {1.05f, 0.95f, 1.05f}, rgb(240, 186, 108), rgb(164, 92, 54)),
               {{x, y + 0.05f, z}, {-8, 45, 0}});
-    rigid.add(brain(102, {0.52f, 0.42f, 0.52f}, rgb(214, 218, 108), rgb(116, 138, 56)),
-              {{x - 0.95f, y - 0.02f, z - 0.55f}, {-10, 0, 0}});
-    rigid.add(brain(103, {0.34f, 0.30f, 0.34f}, rgb(236, 176, 150), rgb(150, 86, 84)),
-              {{x + 0.95f, y - 0.02f, z - 0.50f}, {-10, 0, 0}});
-    rigid.add(rock(104, {0.40f, 0.22f, 0.34f}), {{x + 0.35f, y - 0.04f, z - 1.02f}});
-    rigid.add(rock(105, {0.28f, 0.18f, 0.26f}), {{x - 0.40f, y - 0.05f, z - 1.0f}});
+    // The neighbours reach deep: where the garden stands again, the sand falls away from it.
+    rigid.add(brain(102, {0.52f, 0.62f, 0.52f}, rgb(214, 218, 108), rgb(116, 138, 56)),
+              {{x - 0.95f, y - 0.22f, z - 0.55f}, {-8, 0, 0}});
+    rigid.add(brain(103, {0.36f, 0.55f, 0.36f}, rgb(236, 176, 150), rgb(150, 86, 84)),
+              {{x + 1.05f, y - 0.25f, z - 0.30f}, {-8, 0, 0}});
+    rigid.add(rock(104, {0.40f, 0.62f, 0.34f}, 0.2f), {{x + 0.35f, y - 0.45f, z - 1.00f}});
+    rigid.add(rock(105, {0.28f, 0.55f, 0.26f}, 0.2f), {{x - 0.42f, y - 0.42f, z - 1.0f}});
 
     Layer& soft = garden.layer();
-    soft.add(staghorn(106, 0.85f, 11, 0.050f, blue(), 2), {{x + 1.0f, y, z - 0.15f}});
-    soft.add(plates(107, 0.34f, 7, rgb(140, 112, 40), rgb(240, 200, 70)),
-             {{x - 0.05f, y, z - 1.1f}, {0, 40, 0}});
+    soft.add(staghorn(106, 0.75f, 11, 0.048f, blue(), 2), {{x + 0.80f, y + 0.02f, z - 0.85f}});
+    soft.add(staghorn(107, 0.42f, 9, 0.034f, cream(), 1), {{x - 0.05f, y + 0.06f, z - 1.12f}});
     return garden;
 }
 

@@ -16,7 +16,7 @@ Garden coral_h() {
     rigid.add(rock(131, {1.7f, 0.50f, 1.0f}), {{x + 0.2f, y, z}});
     rigid.add(rock(132, {0.9f, 0.45f, 0.7f}), {{x + 1.6f, y, z - 0.5f}});
     rigid.add(rock(140, {0.6f, 0.30f, 0.5f}), {{x - 1.1f, y, z - 0.2f}});
-    rigid.add(leather(133, 0.85f), {{x - 0.35f, y + 0.32f, z - 0.35f}, {-6, 0, 4}, {1, 0.85f, 1}});
+    rigid.add(leather(133, 0.75f), {{x - 0.40f, y + 0.30f, z - 0.50f}, {-14, 0, 4}, {1, 0.85f, 1}});
     rigid.add(leather(134, 0.58f),
               {{x + 0.75f, y + 0.30f, z - 0.90f}, {-6, 60, -6}, {1, 0.85f, 1}});
     rigid.add(brain(137, {0.55f, 0.45f, 0.55f}, rgb(242, 200, 124), rgb(156, 92, 58)),

@@ -20,6 +20,12 @@ Garden coral_i() {
               {{x + 2.1f, y + 0.2f, z - 0.9f}, {-10, 0, 0}});
     rigid.add(plates(146, 0.80f, 10, rgb(140, 112, 40), rgb(240, 200, 70)),
               {{x + 0.35f, y + 1.25f, z - 0.95f}, {-30, 0, 0}});
+    rigid.add(brain(151, {0.26f, 0.24f, 0.26f}, rgb(242, 186, 108), rgb(160, 92, 54)),
+              {{x - 1.55f, y + 0.45f, z - 1.20f}, {-35, 0, 0}});
+    rigid.add(plates(152, 0.36f, 7, rgb(150, 96, 60), rgb(244, 166, 120)),
+              {{x + 0.15f, y + 0.45f, z - 1.10f}, {-45, 0, 0}});
+    rigid.add(staghorn(153, 0.34f, 9, 0.030f, pink(), 1),
+              {{x - 0.75f, y + 1.15f, z - 0.75f}, {-25, 0, 0}});
     strew(rigid, 919, x, z - 0.4f, 2.6f, 12);
 
     Layer& soft = garden.layer();

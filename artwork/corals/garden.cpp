@@ -201,13 +201,15 @@ Mesh groundRound(const Garden& garden, const Ground& ground) {
     Mesh mesh;
     constexpr int kCells = 24;
     constexpr float kReach = 5;
+    // What stands elsewhere too shows there what the floor hides here: let light get at it.
+    const float sunk = garden.cut ? 0.0f : 0.5f;
     for (int j = 0; j <= kCells; ++j)
         for (int i = 0; i <= kCells; ++i) {
             const float x =
                 garden.placement.foot.x + kReach * (2.0f * static_cast<float>(i) / kCells - 1);
             const float z =
                 garden.placement.foot.z + kReach * (2.0f * static_cast<float>(j) / kCells - 1);
-            mesh.add({x, ground.height(x, z), z}, {});
+            mesh.add({x, ground.height(x, z) - sunk, z}, {});
         }
     for (int j = 0; j < kCells; ++j)
         for (int i = 0; i < kCells; ++i) {

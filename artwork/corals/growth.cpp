@@ -388,13 +388,13 @@ Growth leather(uint32_t seed, float radius) {
             const float r =
                 radius * t * (1 + (0.07f * std::sin(angle * 3 + where) + 0.06f * fold) * t);
             const float y =
-                radius * (0.50f + 0.16f * t * t - 0.20f * t * t * t * t + 0.10f * fold * t * t * t);
+                radius * (0.50f + 0.16f * t * t - 0.20f * t * t * t * t + 0.16f * fold * t * t);
             return Vec3{std::cos(angle) * r, y, std::sin(angle) * r};
         }
         const float u = t - 1;
         const float r = radius * mix(1.0f + 0.06f * fold, 0.36f, std::sqrt(u));
         const float y = radius * (mix(0.46f, -0.15f, u) - 0.16f * std::sin(kPi * std::sqrt(u)) +
-                                  0.10f * fold * (1 - u));
+                                  0.16f * fold * (1 - u));
         return Vec3{std::cos(angle) * r, y, std::sin(angle) * r};
     };
     for (int j = 0; j <= kTop + kFoot; ++j)
@@ -407,13 +407,14 @@ Growth leather(uint32_t seed, float radius) {
     skin(cap.mesh, 0, kTop + kFoot, kAround);
     bendByHeight(cap, radius * 0.7f, 0.03f * radius);
     cap.material = [seed](Vec2 t, Vec3 p) {
-        Vec3 c = mix(rgb(206, 150, 128), rgb(238, 192, 160),
+        Vec3 c = mix(rgb(196, 128, 104), rgb(226, 166, 128),
                      clamp01(0.5f + 0.8f * fractalNoise(p * 3, 3, seed + 1)));
         c = c * mix(1.0f, 0.80f, smoothstep(1.1f, 2.0f, t.y));
         // Polyps dot the top.
-        const Cell polyp = cellNoise(p * 11, seed + 3);
-        c = mix(c, rgb(255, 242, 214),
-                (1 - smoothstep(0.12f, 0.40f, polyp.nearest)) * (1 - smoothstep(1.0f, 1.2f, t.y)));
+        const Cell polyp = cellNoise(p * 17, seed + 3);
+        c = mix(c, rgb(246, 214, 176),
+                0.75f * (1 - smoothstep(0.15f, 0.45f, polyp.nearest)) *
+                    (1 - smoothstep(1.0f, 1.2f, t.y)));
         return Paint{c, rough(p * 16, 1, seed + 2) * 0.3f};
     };
 
@@ -461,9 +462,10 @@ Growth brain(uint32_t seed, Vec3 radii, Vec3 ridge, Vec3 groove) {
         for (int i = 0; i <= kAround; ++i) {
             const float polar = kPi * 0.72f * static_cast<float>(j) / kDown;
             const float angle = 2 * kPi * static_cast<float>(i) / kAround;
-            // Below its middle it goes straight down into the sand.
-            const float round = polar < kPi / 2 ? std::sin(polar) : 1.0f;
-            const float down = polar < kPi / 2 ? std::cos(polar) : 1.3f * (kPi / 2 - polar);
+            // Below its middle it draws in only slowly, on its way into the sand.
+            const float below = std::max(0.0f, polar - kPi / 2);
+            const float round = below > 0 ? std::cos(0.75f * below) : std::sin(polar);
+            const float down = below > 0 ? -1.2f * below : std::cos(polar);
             const Vec3 d{round * std::cos(angle), down, round * std::sin(angle)};
             const float lump = fractalNoise(d * 1.7f + Vec3{where, 0, 0}, 3, seed);
             growth.mesh.add(d * radii * (1 + 0.07f * lump),
