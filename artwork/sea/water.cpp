@@ -14,6 +14,7 @@ namespace {
 constexpr int kSize = 1024;
 constexpr float kWidth = 50;
 constexpr float kFarEdge = 45;
+constexpr int kGusts = 5;  // along the width
 constexpr float kEyeHeight = 2, kEyeZ = -7;
 /// Screen rows of the largest usual window see about this angle.
 constexpr float kPixelAngle = 0.00088f;
@@ -65,7 +66,10 @@ Vec3 mirroredSky(float height) {
 Pixel surface(const std::vector<Wave>& waves, float x, float z) {
     const float away = z - kEyeZ;
     const float distance = std::sqrt(away * away + kEyeHeight * kEyeHeight);
-    const Vec2 slope = slopes(waves, x, z, distance);
+    // Gusts ruffle some fields more than others.
+    const float gust = fractalNoise({x * kGusts / kWidth, z * 0.13f, 0.5f}, 3, 61, {kGusts, 0, 0});
+    const Vec2 slope =
+        slopes(waves, x, z, distance) * mix(0.55f, 1.35f, clamp01(0.5f + 1.1f * gust));
 
     const Vec3 normal = normalize({-slope.x * 0.20f, 1, -slope.y * 0.20f});
     const Vec3 view = normalize({0, -kEyeHeight, away});
@@ -79,7 +83,8 @@ Pixel surface(const std::vector<Wave>& waves, float x, float z) {
     const Vec3 turquoise{0.20f, 0.77f, 0.85f}, deep{0.075f, 0.585f, 0.715f};
     // Faces turned to the viewer gather light.
     const float gathered = 1 + 1.1f * std::max(-0.12f, std::min(0.16f, -slope.y * 0.30f));
-    const Vec3 colour = mix(turquoise, deep, smoothstep(0.1f, 0.95f, depth)) * gathered;
+    const float hue = clamp01(smoothstep(0.1f, 0.95f, depth) - 0.22f * gust);
+    const Vec3 colour = mix(turquoise, deep, hue) * gathered;
 
     const float alpha = 1 - (1 - mirror) * (1 - body);
     const Vec3 mixed =

@@ -20,7 +20,7 @@ Vec3 look(float x, float y) {
     const float elevation = std::asin(direction.y);
     if (elevation < 0)
         return sky::sea(elevation);
-    return mix(sky::air(elevation), rgb(242, 247, 251), 0.55f * sky::wisps(direction));
+    return mix(sky::air(elevation), rgb(242, 247, 251), 0.75f * sky::wisps(direction));
 }
 
 /// Rounds to the steps of a screen with so many bits, up or down by a fixed pattern, so that the

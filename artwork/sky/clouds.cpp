@@ -11,7 +11,7 @@ namespace {
 constexpr float kBase = 0.85f;
 constexpr int kSectors = 720;
 constexpr float kDensity = 38;  // optical depth of a kilometre of cloud
-const Vec3 kLit = rgb(251, 251, 249), kHalf = rgb(212, 222, 230), kShade = rgb(162, 180, 190);
+const Vec3 kLit = rgb(251, 251, 249), kHalf = rgb(207, 218, 227), kShade = rgb(150, 168, 180);
 
 constexpr int kGrid = 96, kLumps = 6;  // samples and coarsest lumps along each side of the cube
 

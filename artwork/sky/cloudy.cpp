@@ -15,12 +15,14 @@ namespace {
 /// The camera never sees higher than 34 degrees nor lower than 3 degrees under the horizon.
 constexpr float kHighest = 37 * kPi / 180, kLowest = -3.5f * kPi / 180;
 constexpr float kFarClouds = 7 * kPi / 180;
+/// Turns the clouds so that the saver starts with a great one beside the island.
+constexpr float kFirstView = -228;
 
 Vec3 overhead(Vec3 direction, float elevation, const sky::Clouds& clouds, float texel,
               float chance) {
     Vec3 colour = mix(sky::air(elevation), rgb(242, 247, 251), 0.6f * sky::wisps(direction));
     if (elevation < kHighest) {
-        const sky::Clouds::Sight sight = clouds.look(direction, texel, chance);
+        const sky::Clouds::Sight sight = clouds.look(rotateY(direction, kFirstView), texel, chance);
         colour = colour * (1 - sight.opacity) + sight.colour;
     }
     return colour;
