@@ -9,9 +9,11 @@ build="cmake ninja-build g++ pkg-config git
 artwork="povray povray-includes libfreetype-dev fonts-dejavu-core"
 run="xvfb xauth x11-utils imagemagick"
 tests="libgtest-dev libgmock-dev libbenchmark-dev clang-format"
+hosts="xscreensaver mate-screensaver xsecurelock dbus xdotool x11-utils"
+packaging="dpkg-dev lintian desktop-file-utils appstream groff"
 
 missing=""
-for package in $build $artwork $run $tests; do
+for package in $build $artwork $run $tests $hosts $packaging; do
     dpkg-query -W -f '${db:Status-Status}' "$package" 2>/dev/null | grep -qx installed ||
         missing="$missing $package"
 done

@@ -198,7 +198,7 @@ TEST(SaverSettings, DefaultsKeysAndOrder) {
         {"CameraFixBottom", 30, true}, {"SkyType", 0, true},      {"SoundOn", 1, false}};
     const SaverSettings settings;
     ASSERT_EQ(settings_read.size(), std::size(rows));
-    const char* previous = reinterpret_cast<const char*>(&settings) - 1;
+    const char* previous = nullptr;
     for (std::size_t i = 0; i < std::size(rows); ++i) {
         const SETTING& setting = settings_read[i];
         EXPECT_STREQ(setting.key, rows[i].key);

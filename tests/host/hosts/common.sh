@@ -1,0 +1,122 @@
+# Common to the tests with real screensaver hosts. Each test has an X server, a home and a folder of
+# its own, so that several may run at once. Arguments of a test: the saver program, the sources.
+set -eu
+
+saver=$(readlink -f "$1")
+sources=$2
+tmp=$(mktemp -d)
+chmod 755 "$tmp"
+mkdir "$tmp/home" "$tmp/bin"
+ln -s "$saver" "$tmp/bin/atollia"
+
+fail() {
+    echo "FAILED: $*"
+    exit 1
+}
+
+# The test cannot be made here; CTest shows it as skipped.
+skip() {
+    echo "skipped: $*"
+    exit 77
+}
+
+need() { # COMMAND PACKAGE
+    command -v "$1" >/dev/null || skip "the package $2 is not installed"
+}
+
+at_end=""
+finish() {
+    status=$?
+    trap - EXIT INT TERM
+    for action in $at_end; do
+        $action || true
+    done
+    [ -z "${xvfb:-}" ] || kill "$xvfb" 2>/dev/null || true
+    rm -rf "$tmp"
+    exit $status
+}
+trap finish EXIT INT TERM
+
+need Xvfb xvfb
+need import imagemagick
+need xdotool xdotool
+
+start_display() { # XVFB OPTIONS...
+    mkfifo "$tmp/number"
+    exec 4<>"$tmp/number"
+    Xvfb -displayfd 4 -ac -nolisten tcp -noreset "$@" >/dev/null 2>&1 &
+    xvfb=$!
+    read -r number <&4
+    exec 4>&-
+    DISPLAY=":$number"
+    export DISPLAY
+    export LIBGL_ALWAYS_SOFTWARE=1 SDL_AUDIODRIVER=dummy NO_AT_BRIDGE=1
+    unset XSCREENSAVER_WINDOW WAYLAND_DISPLAY
+}
+
+# Repeats a command, up to a minute, until it succeeds.
+until_true() { # WHAT COMMAND...
+    what=$1
+    shift
+    tries=0
+    until "$@" >/dev/null 2>&1; do
+        tries=$((tries + 1))
+        [ $tries -lt 600 ] || fail "$what"
+        sleep 0.1
+    done
+}
+
+# Process ids of our saver on this test's display.
+savers() {
+    for process in /proc/[0-9]*; do
+        [ "$(readlink "$process/exe" 2>/dev/null)" = "$saver" ] || continue
+        if tr '\0' '\n' 2>/dev/null <"$process/environ" |
+            grep -q -x -e "DISPLAY=$DISPLAY\(\.0\)\{0,1\}"; then
+            echo "${process#/proc/}"
+        fi
+    done
+}
+
+running() { [ "$(savers | wc -l)" -ge "${1:-1}" ]; }
+none_left() { [ -z "$(savers)" ]; }
+
+now() { date +%s%3N; }
+
+# After what the caller has just done, started at the time given: the saver is gone within a second.
+expect_gone_since() {
+    until_true "the saver is still running" none_left
+    took=$(($(now) - $1))
+    echo "stopped within $took ms"
+    [ $took -lt 1000 ] || fail "stopping took $took ms"
+}
+
+# The lagoon: many colours, a blue sky above and a bluish green sea in the middle.
+lagoon_at() { # GEOMETRY
+    import -silent -window root -crop "$1" +repage -depth 8 "$tmp/picture.png" || return 1
+    [ "$(identify -format %k "$tmp/picture.png")" -gt 500 ] || return 1
+    # Mean red, green and blue, 0 to 255, of the upper tenth and of a band below the horizon.
+    set -- $(convert "$tmp/picture.png" -gravity North -crop 100%x10%+0+0 +repage -scale 1x1! \
+        -format '%[fx:int(255*r)] %[fx:int(255*g)] %[fx:int(255*b)]' info:) \
+        $(convert "$tmp/picture.png" -gravity North -crop 100%x8%+0+70% +repage -scale 1x1! \
+            -format '%[fx:int(255*r)] %[fx:int(255*g)] %[fx:int(255*b)]' info:)
+    [ "$3" -gt "$1" ] && [ "$3" -gt 100 ]
+}
+
+# A person's account for a host that refuses to work for root: the same rights on files, another
+# name; or the account that exists for this.
+as_person() {
+    if [ "$(id -u)" -ne 0 ]; then
+        "$@"
+    elif unshare --user --map-user=65534 true 2>/dev/null; then
+        unshare --user --map-user=65534 "$@"
+    else
+        chown 65534 "$tmp" "$tmp/home"
+        setpriv --reuid=65534 --regid=65534 --clear-groups "$@"
+    fi
+}
+
+# Keeps pictures for the documentation when asked to: ATOLLIA_KEEP_PICTURES names a folder.
+keep_picture() { # NAME
+    [ -z "${ATOLLIA_KEEP_PICTURES:-}" ] ||
+        import -silent -window root -depth 8 "$ATOLLIA_KEEP_PICTURES/$1.png"
+}
