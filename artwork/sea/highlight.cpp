@@ -70,10 +70,9 @@ float glitter(float x, float away) {
     const float far = 1 - 0.55f * smoothstep(22, 40, away);
     const float path = std::exp(-std::pow((x + 2) / (7 + 0.28f * away), 2.0f));
     // Gusts: glints come in drifts that hide the repetition of the frames.
-    const Vec3 p{x, away, 0.5f};
     const float drifts = fractalNoise({x * 0.16f, away * 0.20f, 0.5f}, 3, 77);
-    const float patches = fractalNoise({p.x * 0.62f, p.y * 0.80f, 3.5f}, 2, 78);
-    const float gusts = smoothstep(-0.10f, 0.30f, drifts + 0.75f * patches);
+    const float patches = fractalNoise({x * 0.62f, away * 0.80f, 3.5f}, 2, 78);
+    const float gusts = smoothstep(-0.06f, 0.32f, drifts + 1.1f * patches);
     const float border = smoothstep(24.4f, 20, std::fabs(x)) * smoothstep(41.6f, 38, away);
     return near * far * mix(0.35f, 1.0f, path) * gusts * border;
 }

@@ -12,8 +12,9 @@ using namespace art;
 
 namespace {
 
-/// The camera never sees higher than 34 degrees nor lower than 3 degrees under the horizon.
-constexpr float kHighest = 37 * kPi / 180, kLowest = -3.5f * kPi / 180;
+/// The camera never sees higher than 34 degrees.
+constexpr float kHighest = 37 * kPi / 180;
+/// The distant clouds up to here are finer than a texel.
 constexpr float kFarClouds = 7 * kPi / 180;
 /// Turns the clouds so that the saver starts with a great one beside the island.
 constexpr float kFirstView = -228;
@@ -36,11 +37,10 @@ Vec3 texel(int x, int y, int size, const sky::Clouds& clouds) {
     };
     const Vec3 middle = place(0.5f, 0.5f);
     const float elevation = std::asin(normalize(middle).y);
-    if (elevation < kLowest)
-        return sky::sea(elevation);
     const float angle = sky::kWidth / static_cast<float>(size) / length(middle);
-    // Far clouds are finer than a texel.
-    const int grid = std::fabs(elevation) < 2 * angle ? 8 : elevation < kFarClouds ? 2 : 1;
+    const int grid = std::fabs(elevation) < 2 * angle          ? 8
+                     : elevation > 0 && elevation < kFarClouds ? 2
+                                                               : 1;
     Vec3 sum;
     for (int j = 0; j < grid; ++j)
         for (int i = 0; i < grid; ++i) {
