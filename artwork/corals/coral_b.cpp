@@ -2,7 +2,6 @@
 // picture of one side: every branch is a ridged strip that faces between the three directions from
 // which the eye sees it, and carries the picture of a branch.
 #include <cstdio>
-#include <numeric>
 
 #include "common/image.h"
 #include "common/noise.h"
@@ -62,8 +61,8 @@ Growth pictured(uint32_t seed) {
         Vec3 c = mix(shades.foot * 0.6f, shades.foot, smoothstep(0, 0.20f, t));
         c = mix(c, shades.middle, smoothstep(0.08f, 0.45f, t));
         c = mix(c, shades.tip,
-                0.45f * smoothstep(0.45f, 0.85f, t) + 0.55f * smoothstep(0.84f, 0.98f, t));
-        return Paint{c * 1.10f * (1 + 0.18f * fractalNoise(p * 3, 2, seed)), {}};
+                0.28f * smoothstep(0.5f, 0.85f, t) + 0.60f * smoothstep(0.88f, 0.99f, t));
+        return Paint{c * 1.18f * (1 + 0.18f * fractalNoise(p * 3, 2, seed)), {}};
     };
     return growth;
 }
@@ -86,7 +85,7 @@ public:
         constexpr int kStems = 17;
         for (int i = 0; i < kStems; ++i) {
             const float angle = i * 2.39996f + random.range(-0.2f, 0.2f);
-            const float tilt = 1.0f * std::sqrt((static_cast<float>(i) + 0.3f) / kStems);
+            const float tilt = std::sqrt((static_cast<float>(i) + 0.3f) / kStems);
             const Vec3 out{std::cos(angle), std::sin(angle), 0};
             const Vec3 along =
                 upright({}, normalize(out * std::sin(tilt) + Vec3{0, 0, std::cos(tilt)}));

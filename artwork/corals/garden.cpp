@@ -1,7 +1,6 @@
 #include "corals/garden.h"
 
 #include <cstdio>
-#include <numeric>
 
 #include "common/image.h"
 #include "common/noise.h"
@@ -247,9 +246,8 @@ void strew(Layer& layer, uint32_t seed, float x, float z, float reach, int count
                                  random.range(0.12f, 0.30f)}),
                       {foot});
         } else if (kind < 0.80f) {
-            layer.add(
-                staghorn(own, random.range(0.35f, 0.65f), 7, 0.032f, shades[random.index(5)], 1),
-                {foot});
+            const Shades& colour = shades[random.index(5)];
+            layer.add(staghorn(own, random.range(0.35f, 0.65f), 7, 0.032f, colour, 1), {foot});
         } else if (kind < 0.92f) {
             const float r = random.range(0.16f, 0.34f);
             layer.add(brain(own, {r, r * 0.8f, r}, rgb(208, 214, 112), rgb(120, 140, 62)), {foot});

@@ -5,8 +5,8 @@
 // what it shows carries it, cut closely along the outline.
 #pragma once
 
+#include <deque>
 #include <string>
-#include <vector>
 
 #include "corals/portrait.h"
 #include "floor/placement.h"
@@ -21,8 +21,9 @@ struct Garden {
     int cell = 14;                  ///< texels between mesh points
     bool cut = true;                ///< along the sea floor; not for what stands elsewhere too
     float tiling = 1;               ///< the scene multiplies texture coordinates by it
-    std::vector<Layer> layers;      ///< world axes, y up
+    std::deque<Layer> layers;       ///< world axes, y up
 
+    /// A new layer, before the others.
     Layer& layer() {
         layers.emplace_back();
         return layers.back();

@@ -5,8 +5,7 @@
 namespace art {
 namespace {
 
-/// Adds a tube whose far end lies at the last point; texture x runs round it, y from v0 to v1.
-/// Its vertices bend by flex times the square of their distance from root over size.
+/// Adds a tube; texture x runs round it, y from v0 to v1.
 void addTube(Growth& growth, const std::vector<Vec3>& points, const std::vector<float>& radii,
              int sides, float v0, float v1) {
     growth.mesh.append(tube(points, radii, sides, v0, v1), [](Vec3 p) { return p; });

@@ -29,7 +29,7 @@ struct Footprint {
 constexpr Footprint kFootprints[] = {
     {-2.8f, 20.2f, 2.7f}, {-3.7f, 14.2f, 0.85f}, {-5, 13.7f, 0.95f}, {-3.4f, 12.8f, 0.7f},
     {-8.9f, 19.2f, 1.1f}, {-5.6f, 15, 1.2f},     {-11.6f, 15, 1.3f}, {-10, 20.2f, 1.3f},
-    {0, 25.2f, 2.2f},     {7, 22, 2.4f},         {11, 18.4f, 1.9f}};
+    {0, 25.2f, 2.2f},     {8.2f, 21.4f, 2.0f},   {11, 18.4f, 1.9f}};
 
 float nearness(float x, float z) {
     float best = 1e9f;
@@ -55,7 +55,7 @@ float relief(float x, float z) {
     const float turn = phase - std::floor(phase);
     // A long side towards the eye, a short one behind the crest.
     const float crest = turn < 0.66f ? smoothstep(0, 0.66f, turn) : 1 - smoothstep(0.66f, 1, turn);
-    return 0.055f * rippleStrength(x, z) * crest +
+    return 0.066f * rippleStrength(x, z) * crest +
            0.060f * fractalNoise({x * 0.75f, z * 0.75f, 0.5f}, 3, 517) +
            0.006f * gradientNoise({x * 7, z * 7, 0.5f}, 518);
 }
@@ -114,7 +114,7 @@ Vec3 sand(float x, float z) {
     const float dirt =
         (1 - smoothstep(0.8f, 1.9f, near + 0.5f * middle)) * (1 - smoothstep(24, 34, z) * 0.5f);
     c = mix(c, c * mix(rgb(226, 214, 186), rgb(206, 192, 178), clamp01(0.5f + middle)),
-            0.6f * dirt);
+            0.32f * dirt);
     return c;
 }
 
@@ -153,7 +153,7 @@ public:
             sun = std::min(sun, mix(1, group.light->sun(point, up, 0.045f), fade));
             sky = std::min(sky, mix(1, group.light->sky(point, up), fade));
         }
-        const float dim = 0.25f + 0.75f * sky;
+        const float dim = 0.35f + 0.65f * sky;
         return Vec3{0.56f, 0.53f, 0.50f} * (sun * mix(0.6f, 1.0f, sky)) +
                Vec3{0.44f, 0.47f, 0.50f} * dim;
     }
@@ -200,8 +200,8 @@ void paintStone(Image& image, const Ground& ground, const Stone& stone) {
             // Its shadow: the stone seen along the sun, softened.
             {
                 const float slide = stone.height * 0.5f;
-                const float px = (x - stone.x - sun.x / sun.y * -slide) / stone.radius,
-                            pz = (z - stone.z - sun.z / sun.y * -slide) / stone.radius;
+                const float px = (x - stone.x + sun.x / sun.y * slide) / stone.radius,
+                            pz = (z - stone.z + sun.z / sun.y * slide) / stone.radius;
                 const float d = std::sqrt(px * px * 0.8f + pz * pz);
                 blend(pixel, pixel.colour * Vec3{0.52f, 0.58f, 0.60f},
                       0.85f * (1 - smoothstep(0.75f, 1.45f, d)));
@@ -230,7 +230,8 @@ void paintStone(Image& image, const Ground& ground, const Stone& stone) {
             const Vec3 n = normalize(normalize(around * scale) + wrinkle * 0.55f);
             const float light = 0.58f + 0.12f * n.y + 0.60f * std::max(0.0f, dot(n, sun));
             const float foot = smoothstep(-0.25f, 0.45f, around.y);
-            Vec3 c = stone.colour * (1 + stone.mottle * wrinkle.x) * light * mix(0.62f, 1.0f, foot);
+            const Vec3 c =
+                stone.colour * (1 + stone.mottle * wrinkle.x) * light * mix(0.62f, 1.0f, foot);
             blend(pixel, c, inside);
         }
 }
@@ -244,7 +245,7 @@ void paintStones(Image& image) {
     const auto colour = [&] { return colours[random.index(6)]; };
     // Rubble: thick round the gardens, thinning outwards; a litter of bits elsewhere.
     for (const Footprint& f : kFootprints) {
-        const int count = static_cast<int>(95 * f.reach);
+        const int count = static_cast<int>(110 * f.reach);
         for (int i = 0; i < count; ++i) {
             const float angle = random.range(0, 2 * kPi);
             const float away = f.reach * (0.55f + 1.25f * random.unit() * random.unit());
