@@ -1,0 +1,16 @@
+#!/bin/sh
+# bench.sh [--quick]: what the saver costs, a page of markdown on standard output. Needs no display. Best on a machine
+# that does nothing else; takes a few minutes there; --quick measures a twentieth of the frames.
+set -eu
+top=$(cd "$(dirname "$0")/.." && pwd)
+(
+    cd "$top"
+    [ -f build/release/build.ninja ] || cmake --preset release
+    cmake --build --preset release --target data scene_bench record_frame
+) >&2
+trace=$(mktemp)
+trap 'rm -f "$trace"' EXIT
+LIBGL_ALWAYS_SOFTWARE=1 SDL_AUDIODRIVER=dummy
+export LIBGL_ALWAYS_SOFTWARE SDL_AUDIODRIVER
+"$top/build/release/bench/record_frame" >"$trace"
+"$top/build/release/bench/scene_bench" "$trace" "$@"
