@@ -52,6 +52,9 @@ object {
                 [Level(.10) rgb <.56, .515, .41>]
                 [Level(.26) rgb <.64, .59, .48>]
                 [Level(.46) Sand]
+                [Level(.78) Sand]
+                [Level(.81) rgb <.66, .58, .45>]
+                [Level(.84) Sand]
                 [Level(1.45) Sand]
                 [Level(1.8) Soil]
                 [Level(8.9) Soil]
@@ -76,5 +79,27 @@ object {
         finish { ambient Ambient diffuse .85 }
     }
 }
+// What the tide left.
+#declare Dice = seed(12);
+#declare Wood = texture {
+    pigment { rgb <.60, .54, .46> }
+    normal { granite .6 scale <1, .2, .2> }
+    finish { ambient Ambient diffuse .8 }
+}
+#macro OnGround(X, Z) trace(Ground, <X, 30, Z>, -y) #end
+#macro Log(X0, Z0, X1, Z1, Thick)
+    cone { OnGround(X0, Z0) + y*.04, Thick, OnGround(X1, Z1) + y*.03, Thick*.5 texture { Wood } }
+#end
+Log(8.2, -3.9, 10.0, -4.2, .10)
+Log(9.2, -4.5, 9.7, -4.0, .06)
+Log(17.4, -5.5, 18.9, -5.2, .09)
+#for (I, 1, 16)
+    sphere {
+        0, .05 + .06*rand(Dice)
+        scale <1.3, .8, 1>
+        texture { T_Trunk }
+        translate OnGround(6 + 21*rand(Dice), -4.0 - 1.6*rand(Dice)) + y*.03
+    }
+#end
 object { Palms }
 object { Jungle }
