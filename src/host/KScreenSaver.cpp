@@ -35,6 +35,20 @@ std::optional<QRect> screenWithRoot(WId window) {
     return {};
 }
 
+/// Asks for more events of a window. The event mask is this client's own; the toolkit may have
+/// asked for events, too.
+void addEvents(WId window, std::uint32_t mask) {
+    xcb_connection_t* connection = QX11Info::connection();
+    std::unique_ptr<xcb_get_window_attributes_reply_t, void (*)(void*)> attributes(
+        xcb_get_window_attributes_reply(connection, xcb_get_window_attributes(connection, window),
+                                        nullptr),
+        std::free);
+    if (!attributes)
+        return;
+    mask |= attributes->your_event_mask;
+    xcb_change_window_attributes(connection, window, XCB_CW_EVENT_MASK, &mask);
+}
+
 /// Asks for the end of the program; works before the event loop runs, too.
 void endProgram() {
     QTimer::singleShot(0, qApp, [] { QCoreApplication::exit(0); });
@@ -75,17 +89,8 @@ void KScreenSaver::coverRoot(const QRect& screen) {
 }
 
 void KScreenSaver::enterWindow(WId id) {
-    xcb_connection_t* connection = QX11Info::connection();
-    // The event mask is this client's own; the toolkit may have asked for events, too. Button
-    // presses are left alone: only one client can have them, and that is the host.
-    std::unique_ptr<xcb_get_window_attributes_reply_t, void (*)(void*)> attributes(
-        xcb_get_window_attributes_reply(connection, xcb_get_window_attributes(connection, id),
-                                        nullptr),
-        std::free);
-    if (attributes) {
-        const std::uint32_t mask = attributes->your_event_mask | XCB_EVENT_MASK_STRUCTURE_NOTIFY;
-        xcb_change_window_attributes(connection, id, XCB_CW_EVENT_MASK, &mask);
-    }
+    // Button presses are left alone: only one client can have them, and that is the host.
+    addEvents(id, XCB_EVENT_MASK_STRUCTURE_NOTIFY);
     // Asked only now, so that a change of size in between arrives as an event.
     const auto area = geometryOf(id);
     if (!area) {
@@ -111,6 +116,8 @@ void KScreenSaver::embed(QWidget* widget) {
     embedded = widget;
     widget->setParent(this);
     widget->setGeometry(rect());
+    // Before it is shown, so that the first news is not missed.
+    addEvents(widget->winId(), XCB_EVENT_MASK_VISIBILITY_CHANGE);
 }
 
 void KScreenSaver::resizeEvent(QResizeEvent* event) {

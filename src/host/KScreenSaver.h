@@ -16,7 +16,8 @@ public:
     void setBackgroundColor(const QColor& colour);
     /// Paints the whole widget in the background colour.
     void erase();
-    /// Makes `widget` a child that fills this one. It keeps its owner and is not shown.
+    /// Makes `widget` a child that fills this one. It keeps its owner and is not shown. The
+    /// X server tells us how much of it is visible.
     void embed(QWidget* widget);
 
 protected:

@@ -16,6 +16,7 @@
 #include "host/Arguments.h"
 #include "host/DisplayProbe.h"
 #include "host/Ending.h"
+#include "host/FramePacer.h"
 #include "host/KDEScreensaverFrame.h"
 #include "main.h"
 
@@ -132,9 +133,11 @@ int runSaver(QApplication& application, const ARGUMENTS& arguments) {
     const std::unique_ptr<KScreenSaver> saver(kss_create(demo ? 0 : arguments.window));
     if (arguments.fps)
         showFrameRate(*saver);
-    const Ending ending([&saver] {
+    KDEFrame& frame = *static_cast<KDEScreensaverFrame&>(*saver).saver;
+    const FramePacer pacer(frame, arguments.maxfps);
+    const Ending ending([&] {
         saver->setUpdatesEnabled(false);
-        static_cast<KDEScreensaverFrame&>(*saver).saver->releaseScene();
+        frame.releaseScene();
     });
     if (demo)
         showDemo(*saver, arguments.geometry);

@@ -223,6 +223,64 @@ TEST_F(Program, TheDesktopsSettingsForApplicationsDoNotReachASaver) {
     expectCleanEnd(saver, saver.wait());
 }
 
+// ---- Frames that nobody sees --------------------------------------------------------------------
+
+class Unseen : public Program {
+protected:
+    /// True when the program stops drawing: no frame for 1.5 seconds, within the patience.
+    static bool fallsSilent(Process& saver) {
+        for (int i = 0; i < 40; ++i) {
+            const int before = count(saver.output(), "frame\n");
+            saver.wait(1500);
+            if (count(saver.output(), "frame\n") == before)
+                return true;
+        }
+        return false;
+    }
+    static bool drawsAgain(Process& saver) {
+        const int before = count(saver.output(), "frame\n");
+        for (int i = 0; i < 600; ++i) {
+            saver.wait(100);
+            if (count(saver.output(), "frame\n") > before + 3)
+                return true;
+        }
+        return false;
+    }
+};
+
+TEST_F(Unseen, NothingIsDrawnWhileTheHostIsUnmapped) {
+    const xcb_window_t host = client->window(0, 0, 300, 200);
+    Process saver = start({"-window-id", hex(host)}, {"STANDIN_COUNTS=1"});
+    ASSERT_TRUE(saver.waitForLine("drawing")) << saver.errors();
+    client->unmap(host);
+    EXPECT_TRUE(fallsSilent(saver));
+    client->map(host);
+    EXPECT_TRUE(drawsAgain(saver));
+    client->destroy(host);
+    expectCleanEnd(saver, saver.wait());
+}
+
+TEST_F(Unseen, NothingIsDrawnWhileTheHostIsCovered) {
+    const xcb_window_t host = client->window(50, 50, 300, 200);
+    Process saver = start({"-window-id", hex(host)}, {"STANDIN_COUNTS=1"});
+    ASSERT_TRUE(saver.waitForLine("drawing")) << saver.errors();
+    const xcb_window_t cover = client->window(0, 0, 400, 300);
+    EXPECT_TRUE(fallsSilent(saver));
+    client->destroy(cover);
+    EXPECT_TRUE(drawsAgain(saver));
+}
+
+TEST_F(Unseen, NothingIsDrawnInAWindowThatWasCoveredFromTheStart) {
+    const xcb_window_t host = client->window(50, 50, 300, 200);
+    const xcb_window_t cover = client->window(0, 0, 400, 300);
+    Process saver = start({"-window-id", hex(host)}, {"STANDIN_COUNTS=1"});
+    ASSERT_TRUE(saver.waitForLine("initScene") || saver.waitForLine("constructed"))
+        << saver.errors();
+    EXPECT_TRUE(fallsSilent(saver));
+    client->destroy(cover);
+    EXPECT_TRUE(drawsAgain(saver));
+}
+
 class Signals : public Program, public testing::WithParamInterface<int> {};
 
 TEST_P(Signals, DieByTheSameSignal) {

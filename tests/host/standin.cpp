@@ -40,6 +40,8 @@ public:
         glClear(GL_COLOR_BUFFER_BIT);
         if (frames == 3)
             say("drawing");
+        if (std::getenv("STANDIN_COUNTS"))
+            say("frame");
     }
     bool releaseGL() override {
         const bool current = QGLContext::currentContext() == context();

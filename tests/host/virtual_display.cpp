@@ -227,6 +227,16 @@ void Client::destroy(xcb_window_t window) {
     xcb_flush(xcb);
 }
 
+void Client::unmap(xcb_window_t window) {
+    xcb_unmap_window(xcb, window);
+    xcb_flush(xcb);
+}
+
+void Client::map(xcb_window_t window) {
+    xcb_map_window(xcb, window);
+    xcb_flush(xcb);
+}
+
 void Client::mark(xcb_window_t window, const char* property) {
     const Owned<xcb_intern_atom_reply_t> atom(xcb_intern_atom_reply(
         xcb, xcb_intern_atom(xcb, 0, std::strlen(property), property), nullptr));

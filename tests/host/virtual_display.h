@@ -93,6 +93,8 @@ public:
     xcb_window_t window(int x, int y, int width, int height, int depth = 0, int screen = 0);
     void resize(xcb_window_t window, int width, int height);
     void destroy(xcb_window_t window);
+    void unmap(xcb_window_t window);
+    void map(xcb_window_t window);
     /// Sets a property of type WINDOW on the window to its own id.
     void mark(xcb_window_t window, const char* property);
     /// The first child of the window, 0 without one.

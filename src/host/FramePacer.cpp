@@ -1,0 +1,125 @@
+#include "host/FramePacer.h"
+
+#include <GL/gl.h>
+#include <xcb/dpms.h>
+#include <xcb/xcb.h>
+
+#include <QCoreApplication>
+#include <QEvent>
+#include <QScreen>
+#include <QX11Info>
+#include <algorithm>
+#include <chrono>
+#include <cstdlib>
+#include <cstring>
+#include <memory>
+
+#include "framework/KDEFrame.h"
+
+namespace {
+
+/// An ancestor's unmapping and the monitor's sleep send no event; they are asked for this often.
+constexpr std::int64_t QUESTION_PERIOD = 500;  // milliseconds
+
+template <class REPLY>
+using Owned = std::unique_ptr<REPLY, void (*)(void*)>;
+
+std::int64_t now() {
+    using namespace std::chrono;
+    return duration_cast<milliseconds>(steady_clock::now().time_since_epoch()).count();
+}
+
+bool monitorSleeps(xcb_connection_t* connection) {
+    const xcb_query_extension_reply_t* extension = xcb_get_extension_data(connection, &xcb_dpms_id);
+    if (!extension || !extension->present)
+        return false;
+    const Owned<xcb_dpms_info_reply_t> info(
+        xcb_dpms_info_reply(connection, xcb_dpms_info(connection), nullptr), std::free);
+    return info && info->state && info->power_level != XCB_DPMS_DPMS_MODE_ON;
+}
+
+bool isViewable(xcb_connection_t* connection, WId window) {
+    const Owned<xcb_get_window_attributes_reply_t> attributes(
+        xcb_get_window_attributes_reply(connection, xcb_get_window_attributes(connection, window),
+                                        nullptr),
+        std::free);
+    return attributes && attributes->map_state == XCB_MAP_STATE_VIEWABLE;
+}
+
+}  // namespace
+
+FrameLimit::FrameLimit(double framesPerSecond) : period(1000.0 / framesPerSecond), next(0) {}
+
+bool FrameLimit::due(std::int64_t now) {
+    const auto time = static_cast<double>(now);
+    if (time < next)
+        return false;
+    next = std::max(next + period, time);
+    return true;
+}
+
+double frameLimit(int wanted, double refreshRate, bool softwareRenderer) {
+    const double refresh = refreshRate > 0 ? refreshRate : 60;
+    if (wanted > 0)
+        return std::min<double>(wanted, refresh);
+    return softwareRenderer ? std::min<double>(30, refresh) : refresh;
+}
+
+bool isSoftwareRenderer(const char* name) {
+    if (!name)
+        return false;
+    for (const char* part : {"llvmpipe", "softpipe", "swrast", "Software Rasterizer"})
+        if (std::strstr(name, part))
+            return true;
+    return false;
+}
+
+FramePacer::FramePacer(KDEFrame& frame, int wanted)
+    : paced(frame), wanted_rate(wanted), started(false), limit(1), next_question(0) {
+    paced.installEventFilter(this);
+    qApp->installNativeEventFilter(this);
+}
+
+FramePacer::~FramePacer() { qApp->removeNativeEventFilter(this); }
+
+bool FramePacer::eventFilter(QObject* watched, QEvent* event) {
+    return watched == &paced && event->type() == QEvent::Timer && !mayDraw();
+}
+
+bool FramePacer::mayDraw() {
+    const std::int64_t time = now();
+    if (!started) {
+        // Before the first frame there may be no context to ask for its renderer.
+        if (!paced.initdone)
+            return true;
+        started = true;
+        paced.makeCurrent();
+        const auto* renderer = reinterpret_cast<const char*>(glGetString(GL_RENDERER));
+        limit = FrameLimit(
+            frameLimit(wanted_rate, paced.screen()->refreshRate(), isSoftwareRenderer(renderer)));
+    }
+    if (time >= next_question)
+        askServer();
+    return state.seen() && limit.due(time);
+}
+
+void FramePacer::askServer() {
+    xcb_connection_t* connection = QX11Info::connection();
+    state.viewable = isViewable(connection, paced.internalWinId());
+    state.asleep = monitorSleeps(connection);
+    next_question = now() + QUESTION_PERIOD;
+}
+
+bool FramePacer::nativeEventFilter(const QByteArray& type, void* message, long*) {
+    if (type != "xcb_generic_event_t")
+        return false;
+    const auto* event = static_cast<const xcb_generic_event_t*>(message);
+    if ((event->response_type & 0x7f) != XCB_VISIBILITY_NOTIFY)
+        return false;
+    const auto* visibility = reinterpret_cast<const xcb_visibility_notify_event_t*>(event);
+    if (visibility->window == paced.internalWinId()) {
+        state.obscured = visibility->state == XCB_VISIBILITY_FULLY_OBSCURED;
+        next_question = 0;  // it may also have become viewable again
+    }
+    return false;
+}

@@ -1,0 +1,62 @@
+#pragma once
+
+#include <QAbstractNativeEventFilter>
+#include <QObject>
+#include <cstdint>
+
+class KDEFrame;
+
+/// Lets at most so many frames per second through, evenly: a frame that comes late does not push
+/// back the ones after it. Times in milliseconds on any clock that does not go backwards.
+class FrameLimit {
+public:
+    explicit FrameLimit(double framesPerSecond);
+
+    /// True when a frame may be drawn now; counts it as drawn.
+    bool due(std::int64_t now);
+
+private:
+    double period;
+    double next;
+};
+
+/// What the X server says about the window drawn into.
+struct SHOWN_STATE {
+    bool viewable = true;   ///< it and all its ancestors are mapped
+    bool obscured = false;  ///< other windows cover all of it
+    bool asleep = false;    ///< the monitor is in standby or off
+
+    bool seen() const { return viewable && !obscured && !asleep; }
+};
+
+/// Frames per second at most: the monitor's refresh rate, or less when asked for; 30 with a
+/// renderer that draws on the processor unless asked otherwise. `wanted` is 0 when nothing is asked
+/// for; a refresh rate that is not known, 0 or less, counts as 60.
+double frameLimit(int wanted, double refreshRate, bool softwareRenderer);
+
+/// True for the names of Mesa's renderers that draw on the processor.
+bool isSoftwareRenderer(const char* name);
+
+/// Holds back ticks of a frame's timer, so that nothing is drawn that nobody sees: no more often
+/// than the limit above, and not at all while the window is unmapped or covered or the monitor
+/// sleeps. The scene's motion follows the clock and does not change.
+class FramePacer : public QObject, private QAbstractNativeEventFilter {
+public:
+    /// `wanted`: frames per second at most, 0 for the limit above.
+    FramePacer(KDEFrame& frame, int wanted);
+    ~FramePacer() override;
+
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
+private:
+    bool nativeEventFilter(const QByteArray& type, void* message, long* result) override;
+    bool mayDraw();
+    void askServer();
+
+    KDEFrame& paced;
+    int wanted_rate;
+    bool started;  ///< the first tick has been seen, the renderer is known
+    FrameLimit limit;
+    SHOWN_STATE state;
+    std::int64_t next_question;  ///< when to ask the server again, milliseconds
+};
