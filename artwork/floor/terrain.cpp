@@ -54,8 +54,8 @@ float relief(float x, float z) {
     const float phase = (z * std::cos(slant) + x * std::sin(slant) + warp) / 0.56f;
     const float turn = phase - std::floor(phase);
     // A long side towards the eye, a short one behind the crest.
-    const float crest = turn < 0.66f ? smoothstep(0, 0.66f, turn) : 1 - smoothstep(0.66f, 1, turn);
-    return 0.066f * rippleStrength(x, z) * crest +
+    const float crest = turn < 0.58f ? smoothstep(0, 0.58f, turn) : 1 - smoothstep(0.58f, 1, turn);
+    return 0.085f * rippleStrength(x, z) * crest +
            0.060f * fractalNoise({x * 0.75f, z * 0.75f, 0.5f}, 3, 517) +
            0.006f * gradientNoise({x * 7, z * 7, 0.5f}, 518);
 }
@@ -94,7 +94,11 @@ Vec3 sand(float x, float z) {
         1 -
         smoothstep(0.0f, 0.11f, std::fabs(fractalNoise({x * 0.11f + 40, z * 0.07f, 0.5f}, 3, 509)));
     c = mix(c, rgb(255, 255, 246), 0.5f * channel);
-    c = c * (0.99f + 0.04f * middle + 0.03f * fine);
+    // Single grains, where the eye is near enough.
+    const float grain = hashUnit(static_cast<int>(std::lround(x / kTexelX)),
+                                 static_cast<int>(std::lround(z / kTexelZ)), 0, 504) -
+                        0.5f;
+    c = c * (0.985f + 0.04f * middle + 0.03f * fine + 0.11f * grain * (1 - smoothstep(5, 16, z)));
 
     const float light = lit(dx + 0.6f * mx, dz + 0.6f * mz);
     // The short dark sides take the blue of the water.
@@ -255,7 +259,7 @@ void paintStones(Image& image) {
                 {x, z, r, r * random.range(0.5f, 0.9f), colour(), random.bits(), 0.6f});
         }
     }
-    for (int i = 0; i < 1500; ++i) {
+    for (int i = 0; i < 2100; ++i) {
         const float x = random.range(-22, 22), z = random.range(1.3f, 27);
         const float r = 0.018f + 0.055f * std::pow(random.unit(), 4.0f);
         const bool shell = random.unit() < 0.5f;
@@ -346,7 +350,7 @@ void paintStar(Image& image, const Star& star) {
 }
 
 void paintStars(Image& image) {
-    const Vec3 orange = rgb(250, 100, 44), blue = rgb(58, 100, 232), gold = rgb(240, 182, 70);
+    const Vec3 orange = rgb(250, 100, 44), blue = rgb(80, 124, 226), gold = rgb(240, 182, 70);
     const Star stars[] = {{2.3f, 8.4f, 0.34f, 0.4f, orange},    {-2.9f, 7.7f, 0.29f, 1.3f, blue},
                           {5.4f, 11.2f, 0.36f, 0.9f, blue},     {-7.4f, 10.4f, 0.36f, 2.1f, orange},
                           {0.3f, 12.2f, 0.27f, 0.2f, gold},     {8.7f, 13.2f, 0.37f, 1.6f, orange},
