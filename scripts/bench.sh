@@ -1,6 +1,7 @@
 #!/bin/sh
-# bench.sh [--quick]: what the saver costs, a page of markdown on standard output. Needs no display. Best on a machine
-# that does nothing else; takes a few minutes there; --quick measures a twentieth of the frames.
+# bench.sh [--quick]: what the saver costs, a page of markdown on standard output. Needs no display.
+# Best on a machine that does nothing else, where it takes a few minutes; --quick measures a
+# twentieth of the frames.
 set -eu
 top=$(cd "$(dirname "$0")/.." && pwd)
 (

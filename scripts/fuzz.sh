@@ -1,0 +1,33 @@
+#!/bin/sh
+# fuzz.sh [SECONDS [TARGET...]]: feeds every decoder of files, or the named ones, with changed files
+# for so long each (60 seconds); stops at the first that breaks and leaves the file that did it in
+# build/fuzz/found, from where it belongs into fuzz/regressions once mended. What was found to reach
+# new code is kept for the next run in build/fuzz/corpus.
+set -eu
+top=$(cd "$(dirname "$0")/.." && pwd)
+cd "$top"
+seconds=${1:-60}
+[ $# -eq 0 ] || shift
+[ $# -gt 0 ] || set -- texture height_map md3 md2 font language settings sound
+
+scripts/deps.sh
+if ! command -v clang++ >/dev/null || ! ls /usr/lib/llvm-*/lib/clang/*/lib/linux/libclang_rt.fuzzer-"$(uname -m)".a >/dev/null 2>&1; then
+    root=""
+    [ "$(id -u)" -eq 0 ] || root="sudo"
+    DEBIAN_FRONTEND=noninteractive $root apt-get install -y -qq --no-install-recommends \
+        clang libclang-rt-14-dev >/dev/null
+fi
+cmake --preset fuzz >/dev/null
+for target in "$@"; do
+    cmake --build build/fuzz --target "fuzz_$target"
+done
+for target in "$@"; do
+    mkdir -p "build/fuzz/corpus/$target" build/fuzz/found
+    old=""
+    [ ! -d "fuzz/regressions/$target" ] || old="fuzz/regressions/$target"
+    echo "$target: $seconds seconds"
+    # shellcheck disable=SC2086  # no word at all when there is nothing
+    "build/fuzz/fuzz/fuzz_$target" -max_total_time="$seconds" -timeout=10 -rss_limit_mb=1024 \
+        -max_len=4096 -print_final_stats=1 -verbosity=0 -artifact_prefix="build/fuzz/found/$target-" \
+        "build/fuzz/corpus/$target" "fuzz/corpus/$target" $old
+done
