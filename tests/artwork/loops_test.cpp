@@ -48,6 +48,7 @@ struct Animation {
     const char* name;
     std::vector<std::string> (*files)();
     bool multiplies;  ///< darkens what it lies on
+    float jump;       ///< how far a step may exceed the usual one; glints come and go in bursts
 };
 
 class Animations : public testing::TestWithParam<Animation> {
@@ -85,13 +86,18 @@ TEST_P(Animations, RepeatInBothDirections) {
     }
 }
 
-TEST_P(Animations, LastFrameFlowsIntoTheFirst) {
-    float largest = 0;
-    for (size_t i = 0; i + 1 < frames.size(); ++i) {
-        EXPECT_GT(step(i, i + 1), 0.0f) << "frame " << i << " stands still";
-        largest = std::max(largest, step(i, i + 1));
+TEST_P(Animations, FlowEvenlyRoundTheLoop) {
+    std::vector<float> steps;
+    for (size_t i = 0; i < frames.size(); ++i)
+        steps.push_back(step(i, (i + 1) % frames.size()));
+    std::vector<float> sorted = steps;
+    std::sort(sorted.begin(), sorted.end());
+    const float usual = sorted[sorted.size() / 2];
+    EXPECT_GT(usual, 0.0f) << "stands still";
+    for (size_t i = 0; i < steps.size(); ++i) {
+        EXPECT_LT(steps[i], GetParam().jump * usual) << "after frame " << i;
+        EXPECT_GT(steps[i], usual / GetParam().jump) << "after frame " << i;
     }
-    EXPECT_LE(step(31, 0), 1.1f * largest);
 }
 
 TEST_P(Animations, HaveTheBrightnessThatTheSceneCountsOn) {
@@ -113,9 +119,9 @@ TEST_P(Animations, HaveTheBrightnessThatTheSceneCountsOn) {
 }
 
 INSTANTIATE_TEST_SUITE_P(Scene, Animations,
-                         testing::Values(Animation{"caustics", caustics, true},
-                                         Animation{"fishCaustics", fishCaustics, true},
-                                         Animation{"highlights", highlights, false}),
+                         testing::Values(Animation{"caustics", caustics, true, 1.4f},
+                                         Animation{"fishCaustics", fishCaustics, true, 1.4f},
+                                         Animation{"highlights", highlights, false, 2.2f}),
                          [](const auto& info) { return info.param.name; });
 
 TEST(Water, DriftsWithoutASeam) { expectSeamlessAcross(readPicture("water.nlt"), "water.nlt"); }
