@@ -38,7 +38,7 @@ bool holdsItsPixels(SDL_RWops* source) {
     if (width < 1 || height < 1 || depth < 1 || depth > 32)
         return false;
     const int64_t row = (width * depth + 31) / 32 * 4;
-    return end - start - read32(header + 10) >= row * height;
+    return (end - start - read32(header + 10)) / row >= height;
 }
 
 }  // namespace

@@ -114,6 +114,10 @@ TEST(Bitmap, neverAllocatesMoreThanTheFileHolds) {
     put(bytes, 18, 16383, 4);
     put(bytes, 22, 65535, 4);
     EXPECT_EQ(decode(bytes), nullptr);
+    // So many bytes that their number does not fit 63 bits.
+    put(bytes, 18, 1 << 30, 4);
+    put(bytes, 22, 0x80000000, 4);
+    EXPECT_EQ(decode(bytes), nullptr);
 }
 
 TEST(Bitmap, survivesEveryChangedByteOfTheHeader) {
