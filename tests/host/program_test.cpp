@@ -345,22 +345,7 @@ TEST_F(Program, DemoWindowHasItsSizeAndEndsWhenClosed) {
     const xcb_window_t window = client->find(600, 420);
     ASSERT_NE(window, 0U);
 
-    // What a window manager sends when its close button is pressed.
-    xcb_connection_t* x = client->connection();
-    const auto atom = [x](const std::string& name) {
-        std::unique_ptr<xcb_intern_atom_reply_t, void (*)(void*)> reply(
-            xcb_intern_atom_reply(x, xcb_intern_atom(x, 0, name.size(), name.data()), nullptr),
-            std::free);
-        return reply->atom;
-    };
-    xcb_client_message_event_t event = {};
-    event.response_type = XCB_CLIENT_MESSAGE;
-    event.format = 32;
-    event.window = window;
-    event.type = atom("WM_PROTOCOLS");
-    event.data.data32[0] = atom("WM_DELETE_WINDOW");
-    xcb_send_event(x, 0, window, 0, reinterpret_cast<const char*>(&event));
-    xcb_flush(x);
+    client->askToClose(window);
     expectCleanEnd(saver, saver.wait());
 }
 

@@ -245,6 +245,22 @@ void Client::mark(xcb_window_t window, const char* property) {
     xcb_flush(xcb);
 }
 
+void Client::askToClose(xcb_window_t window) {
+    const auto atom = [this](const char* name) {
+        const Owned<xcb_intern_atom_reply_t> reply(
+            xcb_intern_atom_reply(xcb, xcb_intern_atom(xcb, 0, std::strlen(name), name), nullptr));
+        return reply->atom;
+    };
+    xcb_client_message_event_t event = {};
+    event.response_type = XCB_CLIENT_MESSAGE;
+    event.format = 32;
+    event.window = window;
+    event.type = atom("WM_PROTOCOLS");
+    event.data.data32[0] = atom("WM_DELETE_WINDOW");
+    xcb_send_event(xcb, 0, window, 0, reinterpret_cast<const char*>(&event));
+    xcb_flush(xcb);
+}
+
 xcb_window_t Client::child(xcb_window_t window) {
     const Owned<xcb_query_tree_reply_t> tree(
         xcb_query_tree_reply(xcb, xcb_query_tree(xcb, window), nullptr));

@@ -97,6 +97,8 @@ public:
     void map(xcb_window_t window);
     /// Sets a property of type WINDOW on the window to its own id.
     void mark(xcb_window_t window, const char* property);
+    /// Sends what a window manager sends when its close button is pressed.
+    void askToClose(xcb_window_t window);
     /// The first child of the window, 0 without one.
     xcb_window_t child(xcb_window_t window);
     /// First window below the root that is as large as this and is mapped; 0 without one.
