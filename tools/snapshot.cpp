@@ -1,9 +1,11 @@
 // Takes pictures of the running scene with a clock that it sets itself, so that the same arguments
 // always give the same picture.
 
+#include <GL/glu.h>
 #include <SDL.h>
 #include <stdlib.h>
 
+#include <cmath>
 #include <cstdint>
 #include <cstdio>
 #include <cstring>
@@ -42,6 +44,7 @@ struct Options {
     int frames = 1;
     double fps = 20;
     bool show_fps = false;
+    bool where = false;
 };
 
 bool parseView(const std::string& name, int* camerapos) {
@@ -60,8 +63,8 @@ bool parseView(const std::string& name, int* camerapos) {
 bool parse(int argc, char** argv, Options* options) {
     for (int i = 1; i < argc; ++i) {
         const std::string name = argv[i];
-        if (name == "--show-fps") {
-            options->show_fps = true;
+        if (name == "--show-fps" || name == "--where") {
+            (name == "--where" ? options->where : options->show_fps) = true;
             continue;
         }
         if (name.compare(0, 2, "--") != 0) {
@@ -105,6 +108,44 @@ std::string numbered(const std::string& path, int number) {
     return path.substr(0, dot) + text + (dot == std::string::npos ? "" : path.substr(dot));
 }
 
+/// Prints where an animal is in the picture: its name, x, y from the left and upper edge, its
+/// distance from the eye in world units and whether it shows its side (1) or its nose or tail (0).
+void printPlace(const char* name, ModelCore& animal, const Options& options, const Camera& camera) {
+    if (!animal.model || !animal.model->loaded)
+        return;
+    GLdouble view[16], projection[16], x, y, z;
+    GLint viewport[4];
+    glGetDoublev(GL_MODELVIEW_MATRIX, view);
+    glGetDoublev(GL_PROJECTION_MATRIX, projection);
+    glGetIntegerv(GL_VIEWPORT, viewport);
+    GLVector3 away = animal.vPos - camera.vEye;
+    GLVector3 forward = animal.vAt - animal.vPos;
+    gluProject(animal.vPos.x, animal.vPos.y, animal.vPos.z, view, projection, viewport, &x, &y, &z);
+    const float distance = vectorLength(&away);
+    const float side = vectorLength(&forward) > 0
+                           ? 1 - std::fabs(dot(&away, &forward)) / distance / vectorLength(&forward)
+                           : 0;
+    const bool seen = z < 1 && x >= 0 && y >= 0 && x < options.width && y < options.height;
+    if (seen)
+        std::printf("%s %.0f %.0f %.1f %.2f\n", name, x, options.height - y,
+                    static_cast<double>(distance), static_cast<double>(side));
+}
+
+void printPlaces(CMarivistaScreensaver& scene, const Options& options) {
+    glLoadIdentity();
+    scene.camera.setViewMatrix();
+    if (scene.boidcount > 0)
+        printPlace("school", scene.fishcrowd[0], options, scene.camera);
+    printPlace("hunter", scene.hunter1, options, scene.camera);
+    if (scene.bigfishmove.actmodel && scene.bigfishmove.state == 0)
+        printPlace("big", *scene.bigfishmove.actmodel, options, scene.camera);
+    printPlace("manta", scene.manta, options, scene.camera);
+    if (scene.bird_gull)
+        printPlace("gull", scene.gull, options, scene.camera);
+    for (int i = 0; i < scene.numFish; ++i)
+        printPlace("reef", scene.fish[i], options, scene.camera);
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
@@ -113,7 +154,7 @@ int main(int argc, char** argv) {
         std::fprintf(stderr,
                      "usage: snapshot OUT.png [--view bottom|middle|top|low|automatic]\n"
                      "       [--seconds S] [--size WxH] [--seed N] [--config FILE]\n"
-                     "       [--frames N --fps F] [--show-fps]\n");
+                     "       [--frames N --fps F] [--show-fps] [--where]\n");
         return 2;
     }
     OffscreenContext context(options.width, options.height);
@@ -147,6 +188,8 @@ int main(int argc, char** argv) {
             glDisable(GL_RASTERIZER_DISCARD);
             scene->tick();
         }
+        if (options.where)
+            printPlaces(*scene, options);
         saved = context.read().savePng(options.frames > 1 ? numbered(options.out, picture)
                                                           : options.out) &&
                 saved;
