@@ -24,7 +24,11 @@ uint64_t random_state = 1;
 
 // The scene's clock and chance; see the --wrap options of this program.
 extern "C" Uint32 __wrap_SDL_GetTicks() { return ticks; }
-extern "C" void __wrap_srand(unsigned seed) { random_state = seed; }
+extern "C" void __wrap_srand(unsigned seed) {
+    // Spread out, or neighbouring seeds would start with the same choices.
+    random_state = (seed + 1) * 0x9E3779B97F4A7C15u;
+    random_state = (random_state ^ (random_state >> 29)) * 0xBF58476D1CE4E5B9u;
+}
 extern "C" int __wrap_rand() {
     random_state = random_state * 6364136223846793005u + 1442695040888963407u;
     return static_cast<int>(random_state >> 33);
