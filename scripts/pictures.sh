@@ -18,9 +18,9 @@ jpeg() {
 }
 
 for view in bottom middle top low; do
-    "$top/scripts/snapshot.sh" "$folder/picture.png" --view $view --seconds 22
+    "$top/scripts/snapshot.sh" "$folder/picture.png" --view $view --seed 2 --seconds 20
     jpeg $view
-    "$top/scripts/snapshot.sh" "$folder/picture.png" --view $view --seconds 22 --config "$folder/clear"
+    "$top/scripts/snapshot.sh" "$folder/picture.png" --view $view --seed 2 --seconds 20 --config "$folder/clear"
     jpeg $view-clear
 done
 
@@ -39,8 +39,8 @@ close_up() {
     jpeg "$1" -crop "${width}x$height+$left+$upper" +repage -resize 800x600
 }
 
-close_up school school 1 32 bottom 640
-close_up hunter hunter 2 20 bottom 640
-close_up big-fish big 1 40 bottom 800
-close_up manta manta 2 17 bottom 560
-close_up gull gull 1 22 bottom 560
+close_up school school 1 29 bottom 640
+close_up hunter hunter 1 33 bottom 640
+close_up big-fish big 2 18 bottom 800
+close_up manta manta 2 24 bottom 560
+close_up gull gull 3 42 middle 640
