@@ -14,7 +14,7 @@
 namespace {
 
 constexpr int ending_signals[] = {SIGTERM, SIGINT, SIGHUP};
-constexpr long PATIENCE = 80'000'000;  // nanoseconds
+constexpr long PATIENCE = 50'000'000;  // nanoseconds; the kernel needs its own time afterwards
 
 int wakeup[2] = {-1, -1};
 timer_t backstop;

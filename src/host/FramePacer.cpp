@@ -21,7 +21,7 @@ namespace {
 
 /// An ancestor's unmapping and the monitor's sleep send no event; they are asked for this often.
 constexpr std::int64_t QUESTION_PERIOD = 500;  // milliseconds
-constexpr std::chrono::milliseconds UNSEEN_PAUSE(40);
+constexpr std::chrono::milliseconds UNSEEN_PAUSE(30);
 
 template <class REPLY>
 using Owned = std::unique_ptr<REPLY, void (*)(void*)>;
