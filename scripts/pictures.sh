@@ -43,4 +43,4 @@ close_up school school 1 29 bottom 640
 close_up hunter hunter 1 33 bottom 640
 close_up big-fish big 2 18 bottom 800
 close_up manta manta 2 24 bottom 560
-close_up gull gull 3 42 middle 640
+close_up gull gull 3 42 middle 360
