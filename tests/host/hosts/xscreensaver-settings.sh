@@ -29,8 +29,8 @@ until_true "no lagoon in the preview" preview_shows_lagoon
 keep_picture xscreensaver-settings
 
 pid=$(savers | head -n 1)
-# The dialog dies without saying goodbye.
-pkill -KILL -P "$dialog" || true
-kill -KILL "$dialog" 2>/dev/null || true
+# The dialog, which started the saver, dies without saying goodbye.
+parent=$(awk '/^PPid:/ { print $2 }' "/proc/$pid/status")
+[ "$(cat "/proc/$parent/comm")" = xscreensaver-se ] || fail "the dialog is not the saver's parent"
+kill -KILL "$parent"
 until_true "the saver outlives the dialog" none_left
-[ ! -e "/proc/$pid" ] || fail "the saver outlives the dialog"
