@@ -32,7 +32,7 @@ gsettings set org.mate.screensaver themes "['screensavers-atollia']"
 gsettings set org.mate.screensaver lock-enabled false
 mate-screensaver --no-daemon --debug >"$tmp/log" 2>&1 &
 host=$!
-trap 'kill $host 2>/dev/null' EXIT
+trap 'kill $host 2>/dev/null || true' EXIT
 until_true "MATE's screensaver does not start" mate-screensaver-command --query
 
 mate-screensaver-command --activate
