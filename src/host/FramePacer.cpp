@@ -108,7 +108,11 @@ bool FramePacer::mayDraw() {
         std::this_thread::sleep_for(UNSEEN_PAUSE);
         return false;
     }
-    return limit.due(time);
+    if (!limit.due(time))
+        return false;
+    // News of a destroyed window comes late, and Mesa's software renderer crashes drawing into one.
+    state.viewable = isViewable(QX11Info::connection(), paced.internalWinId());
+    return state.viewable;
 }
 
 void FramePacer::askServer() {

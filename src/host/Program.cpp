@@ -38,6 +38,8 @@ void settleEnvironment() {
           "QT_ENABLE_HIGHDPI_SCALING", "QT_DEVICE_PIXEL_RATIO", "QT_XCB_GL_INTEGRATION",
           "QT_QPA_PLATFORMTHEME", "QT_STYLE_OVERRIDE", "SESSION_MANAGER"})
         unsetenv(name);
+    // The toolkit would start a message bus where there is none, and leave it behind.
+    setenv("DBUS_SESSION_BUS_ADDRESS", "disabled:", 1);
     QCoreApplication::setAttribute(Qt::AA_DisableHighDpiScaling);
     // A window that goes while we draw makes X errors that mean nothing.
     QLoggingCategory::setFilterRules(QStringLiteral("qt.qpa.xcb*=false"));
@@ -51,15 +53,28 @@ public:
         const std::string usual = "/run/user/" + std::to_string(getuid());
         missing = !std::getenv(variable) && access(usual.c_str(), X_OK) != 0;
         setenv(variable, missing ? "/dev/null/none" : usual.c_str(), 0);
+        if (!missing)
+            return;
+        // What the toolkit then makes instead goes here, that is, nowhere.
+        if (const char* place = std::getenv(temporary))
+            temporary_place = place;
+        setenv(temporary, "/dev/null", 1);
     }
     ~RuntimeDirectory() {
-        if (missing)
-            unsetenv(variable);
+        if (!missing)
+            return;
+        unsetenv(variable);
+        if (temporary_place)
+            setenv(temporary, temporary_place->c_str(), 1);
+        else
+            unsetenv(temporary);
     }
 
 private:
     static constexpr const char* variable = "XDG_RUNTIME_DIR";
+    static constexpr const char* temporary = "TMPDIR";
     bool missing;
+    std::optional<std::string> temporary_place;
 };
 
 bool cannotOpen(const char* display) {
@@ -147,6 +162,8 @@ int runSaver(QApplication& application, const ARGUMENTS& arguments) {
 }  // namespace
 
 int main(int argc, char* argv[]) {
+    // A signal that ends us would take with it what waits to be written to a log.
+    std::setvbuf(stdout, nullptr, _IOLBF, 0);
     ARGUMENTS arguments = parseArguments(std::vector<std::string>(argv + (argc > 0), argv + argc),
                                          std::getenv("XSCREENSAVER_WINDOW"));
     for (const std::string& line : arguments.complaints)
