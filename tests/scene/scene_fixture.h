@@ -23,6 +23,7 @@ protected:
         test::sounds.clear();
     }
     ~SceneTest() override {
+        end();
         test::seedRandom(1);
         test::setDataDirectory("");
     }
@@ -30,7 +31,7 @@ protected:
     /// Constructed but not yet built, so that settings can still be changed; without sound.
     /// Replaces an earlier scene.
     CMarivistaScreensaver& make() {
-        scene_ = nullptr;
+        end();
         scene_ = std::make_unique<CMarivistaScreensaver>();
         scene_->resolution_x = 1280;
         scene_->resolution_y = 948;
@@ -55,6 +56,12 @@ protected:
     }
 
 private:
+    void end() {
+        if (scene_)
+            scene_->cleanup();
+        scene_ = nullptr;
+    }
+
     std::unique_ptr<CMarivistaScreensaver> scene_;
 };
 
