@@ -103,7 +103,7 @@ lagoon_at() { # GEOMETRY
 }
 
 # A person's account for a host that refuses to work for root: the same rights on files, another
-# name; or the account that exists for this.
+# name; where there are no user namespaces, the account that exists for this.
 as_person() {
     if [ "$(id -u)" -ne 0 ]; then
         "$@"
@@ -111,7 +111,8 @@ as_person() {
         unshare --user --map-user=65534 "$@"
     else
         chown 65534 "$tmp" "$tmp/home"
-        setpriv --reuid=65534 --regid=65534 --clear-groups "$@"
+        setpriv --reuid=65534 --regid=65534 --clear-groups --inh-caps=+dac_override \
+            --ambient-caps=+dac_override "$@"
     fi
 }
 
