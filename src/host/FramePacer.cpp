@@ -6,6 +6,7 @@
 
 #include <QCoreApplication>
 #include <QEvent>
+#include <QResizeEvent>
 #include <QScreen>
 #include <QX11Info>
 #include <algorithm>
@@ -85,15 +86,28 @@ FramePacer::FramePacer(KDEFrame& frame, int wanted)
 FramePacer::~FramePacer() { qApp->removeNativeEventFilter(this); }
 
 bool FramePacer::eventFilter(QObject* watched, QEvent* event) {
-    return watched == &paced && event->type() == QEvent::Timer && !mayDraw();
+    if (watched != &paced)
+        return false;
+    if (event->type() == QEvent::Timer)
+        return !mayDraw();
+    return event->type() == QEvent::Paint && !readyToPaint();
+}
+
+bool FramePacer::readyToPaint() {
+    if (!paced.initdone && isViewable(QX11Info::connection(), paced.internalWinId())) {
+        // Left to itself the toolkit paints right after the loading, in which the window may go.
+        QResizeEvent loading(paced.size(), QSize());
+        QCoreApplication::sendEvent(&paced, &loading);
+    }
+    return isViewable(QX11Info::connection(), paced.internalWinId());
 }
 
 bool FramePacer::mayDraw() {
     const std::int64_t time = now();
     if (!started) {
         // Before the first frame there may be no context to ask for its renderer.
-        if (!paced.initdone)
-            return true;
+        if (!readyToPaint() || !paced.initdone)
+            return false;
         started = true;
         paced.makeCurrent();
         const auto* renderer = reinterpret_cast<const char*>(glGetString(GL_RENDERER));

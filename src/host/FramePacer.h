@@ -51,6 +51,8 @@ public:
 private:
     bool nativeEventFilter(const QByteArray& type, void* message, long* result) override;
     bool mayDraw();
+    /// Whether the window is there to be painted; loads the scene first if that is still to do.
+    bool readyToPaint();
     void askServer();
 
     KDEFrame& paced;

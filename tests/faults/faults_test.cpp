@@ -11,6 +11,7 @@
 #include <iterator>
 #include <random>
 #include <set>
+#include <sstream>
 #include <string>
 
 #include "host/virtual_display.h"
@@ -107,10 +108,19 @@ protected:
         client.destroy(host);
     }
 
-    /// System V shared memory of all processes, segments and a line of names.
-    static int sharedMemory() {
+    /// System V shared memory segments that the process of this id has made and not released.
+    static int sharedMemory(pid_t creator) {
         std::ifstream segments("/proc/sysvipc/shm");
-        return static_cast<int>(std::count(std::istreambuf_iterator<char>(segments), {}, '\n'));
+        std::string line;
+        std::getline(segments, line);
+        int count = 0;
+        while (std::getline(segments, line)) {
+            std::istringstream fields(line);
+            long key, id, permissions, size, made_by = 0;
+            fields >> key >> id >> permissions >> size >> made_by;
+            count += made_by == creator;
+        }
+        return count;
     }
 
     /// Processes that this test's savers left behind.
@@ -245,17 +255,32 @@ TEST_F(Faults, EndsWithTheHostsWindowWheneverItGoes) {
     expectNothingLeft();
 }
 
+TEST_F(Faults, EndsWhenTheHostsWindowGoesWhileItStarts) {
+    for (int i = 0; i < 20; ++i) {
+        const xcb_window_t host = hostWindow();
+        Process saver = start(host);
+        const int moment = static_cast<int>(chance() % 800);
+        saver.wait(moment);
+        client.destroy(host);
+        const END end = saver.wait();
+        EXPECT_TRUE(end.ended) << moment;
+        EXPECT_EQ(end.signal, 0) << moment;
+        // 1 where the window was gone before it was looked at.
+        EXPECT_LE(end.status, 1) << moment;
+    }
+    expectNothingLeft();
+}
+
 TEST_F(Faults, EndsWhenToldToAtAnyMoment) {
-    const int shared = sharedMemory();
     const xcb_window_t host = hostWindow();
     for (int i = 0; i < 50; ++i) {
         Process saver = start(host);
         const int moment = static_cast<int>(chance() % 800);
         saver.wait(moment);
         expectToEnd(saver, std::to_string(moment));
+        EXPECT_EQ(sharedMemory(saver.id()), 0) << moment;
     }
     expectNothingLeft();
-    EXPECT_LE(sharedMemory(), shared);
 }
 
 }  // namespace
