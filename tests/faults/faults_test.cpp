@@ -277,8 +277,9 @@ TEST_F(Faults, EndsWhenToldToAtAnyMoment) {
         Process saver = start(host);
         const int moment = static_cast<int>(chance() % 800);
         saver.wait(moment);
+        const pid_t id = saver.id();
         expectToEnd(saver, std::to_string(moment));
-        EXPECT_EQ(sharedMemory(saver.id()), 0) << moment;
+        EXPECT_EQ(sharedMemory(id), 0) << moment;
     }
     expectNothingLeft();
 }
