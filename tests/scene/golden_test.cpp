@@ -9,6 +9,7 @@
 #include <cmath>
 #include <cstdio>
 #include <cstdlib>
+#include <filesystem>
 #include <fstream>
 #include <sstream>
 #include <string>
@@ -17,9 +18,21 @@
 
 namespace {
 
-std::string temporary(const std::string& name) {
-    return testing::TempDir() + "atollia-" + std::to_string(getpid()) + "-" + name;
-}
+/// A folder of this process, kept when a test failed, so that its pictures can be looked at.
+class Folder : public testing::Environment {
+public:
+    void SetUp() override { std::filesystem::create_directories(path); }
+    void TearDown() override {
+        if (testing::UnitTest::GetInstance()->Passed())
+            std::filesystem::remove_all(path);
+    }
+
+    const std::string path = testing::TempDir() + "atollia-pictures-" + std::to_string(getpid());
+};
+
+const auto* const folder = static_cast<Folder*>(testing::AddGlobalTestEnvironment(new Folder));
+
+std::string temporary(const std::string& name) { return folder->path + "/" + name; }
 
 std::string bytes(const std::string& path) {
     std::ifstream file(path, std::ios::binary);
@@ -123,10 +136,6 @@ TEST_P(GoldenPicture, IsAsItWas) {
     EXPECT_LE(difference.bad_blocks, MOST_BAD_BLOCKS)
         << "worst by " << difference.worst << " levels at " << difference.x << ", " << difference.y
         << "; see " << path;
-    if (!HasFailure()) {
-        std::remove(path.c_str());
-        std::remove(config.c_str());
-    }
 }
 
 INSTANTIATE_TEST_SUITE_P(Views, GoldenPicture,
