@@ -17,7 +17,7 @@ echo "No display: running on a virtual one."
 scripts/with-display.sh sh -eu -c '
     saver=$1 picture=$2
     shift 2
-    [ $# -gt 0 ] || set -- -demo -geometry 1280x948+0+0
+    [ $# -gt 0 ] || set -- -demo -geometry 1280x1024+0+0
     "$saver" "$@" &
     pid=$!
     # The window is black until the first picture; wait for one with many colours.
