@@ -37,6 +37,32 @@ std::vector<uint8_t> oldBitmap() {
     return bytes;
 }
 
+/// A bitmap with a palette of two or sixteen colours, 3 x 2.
+std::vector<uint8_t> fewColours(int depth) {
+    const int start = 54 + 4 * (1 << depth);
+    std::vector<uint8_t> bytes = bitmap(3, 2, 32, [](int, int) { return 0x01020304u; });
+    bytes.resize(start + 2 * 4, 0x5a);
+    put(bytes, 2, static_cast<uint32_t>(bytes.size()), 4);
+    put(bytes, 10, start, 4);
+    put(bytes, 28, depth, 2);
+    return bytes;
+}
+
+/// A bitmap, 3 x 2, that says where the colours are in a pixel; the top row comes first.
+std::vector<uint8_t> masks(int depth, uint32_t red, uint32_t green, uint32_t blue) {
+    std::vector<uint8_t> bytes =
+        bitmap(3, 2, depth, [](int x, int y) { return 0x1357u * (x + y); });
+    bytes.insert(bytes.begin() + 54, 12, 0);
+    put(bytes, 2, static_cast<uint32_t>(bytes.size()), 4);
+    put(bytes, 10, 66, 4);
+    put(bytes, 22, static_cast<uint32_t>(-2), 4);
+    put(bytes, 30, 3, 4);
+    put(bytes, 54, red, 4);
+    put(bytes, 58, green, 4);
+    put(bytes, 62, blue, 4);
+    return bytes;
+}
+
 /// A silent sound of eight frames.
 std::vector<uint8_t> sound(int channels, int bits, uint32_t rate) {
     const int frame = channels * bits / 8, samples = 8 * frame;
@@ -75,7 +101,13 @@ int main(int count, char** arguments) {
         write("texture", name, bitmap(3, 2, depth, pixel));
         write("height_map", name, bitmap(4, 4, depth, pixel));
     }
-    write("texture", "old-header.bmp", oldBitmap());
+    for (const std::string target : {"texture", "height_map"}) {
+        write(target, "old-header.bmp", oldBitmap());
+        write(target, "1-bit.bmp", fewColours(1));
+        write(target, "4-bits.bmp", fewColours(4));
+        write(target, "masks-16.bmp", masks(16, 0xf800, 0x07e0, 0x001f));
+        write(target, "masks-32.bmp", masks(32, 0x0000ff, 0x00ff00, 0xff0000));
+    }
 
     test::Md3File md3 = test::Md3File::tetrahedron();
     write("md3", "tetrahedron.nlm", md3.bytes());

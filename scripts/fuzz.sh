@@ -23,11 +23,12 @@ for target in "$@"; do
 done
 for target in "$@"; do
     mkdir -p "build/fuzz/corpus/$target" build/fuzz/found
-    old=""
-    [ ! -d "fuzz/regressions/$target" ] || old="fuzz/regressions/$target"
+    extra=""
+    [ ! -d "fuzz/regressions/$target" ] || extra="fuzz/regressions/$target"
+    [ ! -f "fuzz/dictionaries/$target" ] || extra="$extra -dict=fuzz/dictionaries/$target"
     echo "$target: $seconds seconds"
     # shellcheck disable=SC2086  # no word at all when there is nothing
     "build/fuzz/fuzz/fuzz_$target" -max_total_time="$seconds" -timeout=10 -rss_limit_mb=1024 \
         -max_len=4096 -print_final_stats=1 -verbosity=0 -artifact_prefix="build/fuzz/found/$target-" \
-        "build/fuzz/corpus/$target" "fuzz/corpus/$target" $old
+        "build/fuzz/corpus/$target" "fuzz/corpus/$target" $extra
 done
