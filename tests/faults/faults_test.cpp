@@ -1,6 +1,9 @@
-// The real program while things go wrong around it, on X servers of its own.
+// The real program while things go wrong around it, on X servers of its own. With FAULTS_THOROUGH
+// in the environment, every data file by itself, minutes and hundreds instead of samples of them.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <sys/socket.h>
+#include <sys/un.h>
 #include <unistd.h>
 
 #include <algorithm>
@@ -25,6 +28,7 @@ using test::Process;
 using test::VirtualDisplay;
 
 constexpr int WIDTH = 160, HEIGHT = 120;
+const bool thorough = std::getenv("FAULTS_THOROUGH");
 
 class Faults : public testing::Test {
 protected:
@@ -47,7 +51,9 @@ protected:
         return host;
     }
 
-    Process start(xcb_window_t host, const std::vector<std::string>& more = {}) const {
+    /// `more` are further variables, `options` of the program's.
+    Process start(xcb_window_t host, const std::vector<std::string>& more = {},
+                  const std::vector<std::string>& options = {}) const {
         std::vector<std::string> environment = {"DISPLAY=" + display.name(),
                                                 "XSCREENSAVER_WINDOW",
                                                 "LIBGL_ALWAYS_SOFTWARE=1",
@@ -59,20 +65,35 @@ protected:
                                                 "XDG_CONFIG_HOME",
                                                 "XDG_CACHE_HOME"};
         environment.insert(environment.end(), more.begin(), more.end());
-        return Process({FAULTY_SAVER, "-window-id", std::to_string(host)}, environment);
+        std::vector<std::string> words = {FAULTY_SAVER, "-window-id", std::to_string(host)};
+        words.insert(words.end(), options.begin(), options.end());
+        return Process(words, environment);
     }
 
-    /// Waits until something is drawn in the window; false when the program ends before.
-    bool waitForPicture(Process& saver) {
+    /// Some of the window's pixels.
+    using Picture = std::vector<test::PIXEL>;
+    Picture picture() {
+        Picture pixels;
+        for (int y = 5; y < HEIGHT; y += 20)
+            for (int x = 5; x < WIDTH; x += 20)
+                pixels.push_back(client.pixel(x, y));
+        return pixels;
+    }
+
+    /// Waits until the window shows something else than before; false when the program ends.
+    bool waitForChange(Process& saver, const Picture& before) {
         for (int tries = 0; tries < 1200; ++tries) {
-            for (int y = 5; y < HEIGHT; y += 20)
-                for (int x = 5; x < WIDTH; x += 20)
-                    if (!(client.pixel(x, y) == test::PIXEL{0, 0, 0}))
-                        return true;
+            if (!(picture() == before))
+                return true;
             if (saver.wait(50).ended)
                 return false;
         }
         return false;
+    }
+
+    /// Waits until something is drawn in the window; false when the program ends before.
+    bool waitForPicture(Process& saver) {
+        return waitForChange(saver, Picture(picture().size(), test::PIXEL{0, 0, 0}));
     }
 
     /// Fills the data folder with links to the real files.
@@ -99,9 +120,9 @@ protected:
     }
 
     /// The program on the data folder: draws, and ends when it is told to.
-    void expectToRun(const std::string& what) {
+    void expectToRun(const std::string& what, const std::vector<std::string>& options = {}) {
         const xcb_window_t host = hostWindow();
-        Process saver = start(host, {"DATA_PLACE=" + (folder / "data").string() + "/"});
+        Process saver = start(host, {"DATA_PLACE=" + (folder / "data").string() + "/"}, options);
         EXPECT_TRUE(waitForPicture(saver)) << what;
         expectToEnd(saver, what);
         said = saver.output();
@@ -121,6 +142,19 @@ protected:
             count += made_by == creator;
         }
         return count;
+    }
+
+    /// Files in shared memory that the process has mapped.
+    static std::set<std::string> sharedFiles(pid_t process) {
+        std::ifstream maps("/proc/" + std::to_string(process) + "/maps");
+        std::set<std::string> files;
+        std::string line;
+        while (std::getline(maps, line)) {
+            const std::size_t at = line.find("/dev/shm/");
+            if (at != std::string::npos)
+                files.insert(line.substr(at));
+        }
+        return files;
     }
 
     /// Processes that this test's savers left behind.
@@ -146,20 +180,38 @@ protected:
     std::string said;  ///< what the last program printed
 };
 
-// One file of every kind that the program reads.
-const char* const FILES[] = {"sky_cloudy.nlt",
-                             "terrain_map.nlt",
-                             "water.nlt",
-                             "font.nlf",
-                             "Language.dat",
-                             "models/coral_a.nlm",
-                             "models/gull.nlm",
-                             "models/reeffishes/silverfish.nlm",
-                             "models/reeffishes/silverfish.nlt",
-                             "highlight/highlight00044.nlt",
-                             "caustics64/caust00.nlt",
-                             "sound/water.wav",
-                             "sound/seagull1.wav"};
+/// Every data file, by its path in the data folder.
+std::vector<std::string> dataFiles() {
+    std::vector<std::string> names;
+    for (const auto& entry : fs::recursive_directory_iterator(DATA_DIR))
+        if (entry.is_regular_file())
+            names.push_back(fs::relative(entry.path(), DATA_DIR).string());
+    std::sort(names.begin(), names.end());
+    return names;
+}
+
+/// The files to spoil one by one: all, or the first of each folder's files with the same ending,
+/// and the height map, which nothing tells from a picture.
+std::vector<std::string> filesToSpoil() {
+    if (thorough)
+        return dataFiles();
+    std::vector<std::string> names = {"terrain_map.nlt"};
+    std::set<std::pair<fs::path, fs::path>> kinds;
+    for (const std::string& name : dataFiles())
+        if (kinds.emplace(fs::path(name).parent_path(), fs::path(name).extension()).second)
+            names.push_back(name);
+    return names;
+}
+
+/// What makes the program read a file that it otherwise leaves alone.
+struct NEED {
+    const char* file;
+    const char* setting;
+};
+const NEED needs[] = {{"sky_clear_16.nlt", "SkyType=1\n"},
+                      {"models/reeffishes/anglefish.nlt", "BoidModel=1\n"}};
+/// Only for frames that know a depth of 32 bits, which the program's does not.
+const char* const never_read = "sky_clear_32.nlt";
 
 /// A fault of a file: what becomes of its bytes.
 using Bytes = std::string;
@@ -169,28 +221,65 @@ struct FAULT {
     Bytes (*change)(Bytes bytes, std::mt19937& chance);
 };
 
-class FileFaults : public Faults, public testing::WithParamInterface<FAULT> {};
-
-TEST_P(FileFaults, TheProgramRunsOnWithoutTheFile) {
-    for (const char* name : FILES) {
-        linkData();
-        std::ifstream file(DATA_DIR + std::string(name), std::ios::binary);
+class FileFaults : public Faults, public testing::WithParamInterface<FAULT> {
+protected:
+    /// Puts the fault in place of the file's link.
+    void spoil(const std::string& name) {
+        std::ifstream file(DATA_DIR + name, std::ios::binary);
         const Bytes bytes{std::istreambuf_iterator<char>(file), {}};
         ASSERT_FALSE(bytes.empty()) << name;
         fs::remove(folder / "data" / name);
-        if (GetParam().present) {
-            const Bytes changed = GetParam().change(bytes, chance);
-            std::ofstream(folder / "data" / name, std::ios::binary) << changed;
-        }
+        if (GetParam().present)
+            std::ofstream(folder / "data" / name, std::ios::binary)
+                << GetParam().change(bytes, chance);
+    }
+
+    void set(const std::string& settings) {
+        fs::create_directories(folder / "home/.config");
+        std::ofstream(folder / "home/.config/Orvo Atollia") << settings;
+    }
+
+    /// Whether a fault of this file is told by its name: those of sounds and texts are not.
+    static bool isNamed(const fs::path& name) {
+        return name != never_read && (name.extension() == ".nlt" || name.extension() == ".nlm");
+    }
+};
+
+TEST_P(FileFaults, TheProgramRunsOnWithoutTheFile) {
+    for (const std::string& name : filesToSpoil()) {
+        linkData();
+        spoil(name);
+        std::string settings;
+        for (const NEED& need : needs)
+            if (name == need.file)
+                settings = need.setting;
+        set(settings);
         expectToRun(name);
-        const fs::path path(name);
-        if (path.extension() == ".nlt" || path.extension() == ".nlm") {
-            EXPECT_THAT(said, testing::HasSubstr(path.filename().string()));
+        if (isNamed(name)) {
+            EXPECT_THAT(said, testing::HasSubstr(fs::path(name).filename().string()));
         }
-        // One line for each file; the water is missed twice, when it is loaded and when it is
-        // played.
+        // One line for each reading of the file: some models are read for two species, the water
+        // is missed when it is loaded and when it is played.
         EXPECT_LE(std::count(said.begin(), said.end(), '\n'), 2) << name << "\n" << said;
     }
+    expectNothingLeft();
+}
+
+TEST_P(FileFaults, TheProgramRunsOnWithoutAnyFile) {
+    linkData();
+    for (const std::string& name : dataFiles())
+        spoil(name);
+    expectToRun("all files");
+    std::string missed = said;
+    for (const NEED& need : needs) {
+        set(need.setting);
+        expectToRun(need.file);
+        missed += said;
+    }
+    for (const std::string& name : dataFiles())
+        if (isNamed(name)) {
+            EXPECT_THAT(missed, testing::HasSubstr(fs::path(name).filename().string()));
+        }
     expectNothingLeft();
 }
 
@@ -224,6 +313,110 @@ TEST_F(Faults, RunsWithAHomeThatTakesNothing) {
     Process saver = start(host, {"HOME=/dev/null/none"});
     EXPECT_TRUE(waitForPicture(saver));
     expectToEnd(saver, "home");
+    expectNothingLeft();
+}
+
+/// How a machine can be without sound, other than by the settings.
+const std::vector<std::string> silences[] = {
+    {"SDL_AUDIODRIVER", "PULSE_SERVER=unix:/dev/null/none", "ALSA_CONFIG_PATH=/dev/null",
+     "SDL_PATH_DSP=/dev/null/none", "AUDIODEV=/dev/null/none"},
+    {"SDL_AUDIODRIVER=pulse", "PULSE_SERVER=unix:/dev/null/none"},
+    {"SDL_AUDIODRIVER=alsa", "AUDIODEV=none"},
+    {"SDL_AUDIODRIVER=dsp", "SDL_PATH_DSP=/dev/null/none"},
+    {"SDL_AUDIODRIVER=none"}};
+
+TEST_F(Faults, RunsWithoutAnAudioDevice) {
+    for (const auto& silence : silences) {
+        const xcb_window_t host = hostWindow();
+        Process saver = start(host, silence);
+        EXPECT_TRUE(waitForPicture(saver));
+        saver.signal(SIGTERM);
+        EXPECT_EQ(saver.wait().signal, SIGTERM);
+        // The sounds are not loaded for a mixer that did not open.
+        EXPECT_THAT(saver.output(), testing::StartsWith("musicchunk == 0\n")) << silence[0];
+        client.destroy(host);
+    }
+    expectNothingLeft();
+}
+
+// A sound server that takes the connection and then says nothing.
+TEST_F(Faults, EndsWhileTheSoundServerKeepsSilent) {
+    sockaddr_un address = {};
+    address.sun_family = AF_UNIX;
+    const std::string path = folder / "sound";
+    ASSERT_LT(path.size(), sizeof address.sun_path);
+    path.copy(address.sun_path, path.size());
+    const int server = socket(AF_UNIX, SOCK_STREAM | SOCK_CLOEXEC, 0);
+    ASSERT_EQ(bind(server, reinterpret_cast<const sockaddr*>(&address), sizeof address), 0);
+    ASSERT_EQ(listen(server, 5), 0);
+
+    const xcb_window_t host = hostWindow();
+    Process saver = start(host, {"SDL_AUDIODRIVER=pulse", "PULSE_SERVER=unix:" + path});
+    const int connection = accept(server, nullptr, nullptr);
+    EXPECT_GE(connection, 0);
+    expectToEnd(saver, "silent server");
+    close(connection);
+    close(server);
+    expectNothingLeft();
+}
+
+TEST_F(Faults, DrawsOnAfterItWasStopped) {
+    const xcb_window_t host = hostWindow();
+    Process saver = start(host);
+    ASSERT_TRUE(waitForPicture(saver));
+    saver.signal(SIGSTOP);
+    ASSERT_FALSE(saver.wait(500).ended);
+    const Picture stopped = picture();
+    ASSERT_FALSE(saver.wait(thorough ? 60000 : 2000).ended);
+    EXPECT_EQ(picture(), stopped) << "it was not stopped at all";
+
+    saver.signal(SIGCONT);
+    Picture now = stopped;
+    for (int frame = 0; frame < 10; ++frame) {
+        ASSERT_TRUE(waitForChange(saver, now)) << frame;
+        now = picture();
+    }
+    // Still a picture, not a single colour.
+    EXPECT_LT(std::count(now.begin(), now.end(), now[0]), static_cast<int>(now.size()) / 2);
+    expectToEnd(saver, "continued");
+    EXPECT_EQ(saver.output(), "");
+    expectNothingLeft();
+}
+
+TEST_F(Faults, EndsWhenToldToWhileItWasStopped) {
+    const xcb_window_t host = hostWindow();
+    Process saver = start(host);
+    ASSERT_TRUE(waitForPicture(saver));
+    saver.signal(SIGSTOP);
+    saver.signal(SIGTERM);
+    EXPECT_FALSE(saver.wait(500).ended);
+    saver.signal(SIGCONT);
+    const END end = saver.wait();
+    EXPECT_TRUE(end.ended);
+    EXPECT_EQ(end.signal, SIGTERM);
+    expectNothingLeft();
+}
+
+TEST_F(Faults, LeavesNothingBehindHoweverOftenItStarts) {
+    const int starts = thorough ? 200 : 5;
+    for (int i = 0; i < starts; ++i) {
+        const xcb_window_t host = hostWindow();
+        Process saver = start(host);
+        ASSERT_TRUE(waitForPicture(saver)) << i;
+        const pid_t id = saver.id();
+        const std::set<std::string> shared = sharedFiles(id);
+        // Half of them lose their window.
+        if (i % 2) {
+            client.destroy(host);
+            EXPECT_EQ(saver.wait().status, 0) << i;
+        } else {
+            expectToEnd(saver, std::to_string(i));
+            client.destroy(host);
+        }
+        EXPECT_EQ(sharedMemory(id), 0) << i;
+        for (const std::string& file : shared)
+            EXPECT_FALSE(fs::exists(file)) << file;
+    }
     expectNothingLeft();
 }
 
