@@ -88,21 +88,21 @@ Vec3 sand(float x, float z) {
     const float broad = fractalNoise({x * 0.15f, z * 0.15f, 0.5f}, 4, 501);
     const float middle = fractalNoise({x * 0.9f, z * 0.9f, 0.5f}, 3, 502);
     const float fine = gradientNoise({x * 14, z * 14, 0.5f}, 503);
-    Vec3 c = mix(rgb(255, 255, 238), rgb(255, 248, 226), clamp01(0.45f + 1.0f * broad));
+    Vec3 c = mix(rgb(255, 255, 230), rgb(255, 250, 218), clamp01(0.45f + 1.0f * broad));
     // Bleached channels where the water runs between the mounds.
     const float channel =
         1 -
         smoothstep(0.0f, 0.11f, std::fabs(fractalNoise({x * 0.11f + 40, z * 0.07f, 0.5f}, 3, 509)));
-    c = mix(c, rgb(255, 255, 246), 0.5f * channel);
+    c = mix(c, rgb(255, 254, 238), 0.5f * channel);
     // Single grains, where the eye is near enough.
     const float grain = hashUnit(static_cast<int>(std::lround(x / kTexelX)),
                                  static_cast<int>(std::lround(z / kTexelZ)), 0, 504) -
                         0.5f;
-    c = c * (0.985f + 0.04f * middle + 0.03f * fine + 0.11f * grain * (1 - smoothstep(5, 16, z)));
+    c = c * (1.01f + 0.04f * middle + 0.03f * fine + 0.11f * grain * (1 - smoothstep(5, 16, z)));
 
-    const float light = lit(dx + 0.6f * mx, dz + 0.6f * mz);
-    // The short dark sides take the blue of the water.
-    c = c * mix(rgb(178, 190, 184), {1, 1, 1}, clamp01((light - 0.5f) / 0.5f)) *
+    const float light = lit(dx + 0.4f * mx, dz + 0.4f * mz);
+    // The short dark sides take a little of the water's colour; the sand around lights them up.
+    c = c * mix(rgb(198, 207, 206), {1, 1, 1}, clamp01((light - 0.5f) / 0.5f)) *
         std::min(std::max(light, 1.0f), 1.06f);
 
     const float w = weed(x, z);
@@ -118,7 +118,7 @@ Vec3 sand(float x, float z) {
     const float dirt =
         (1 - smoothstep(0.8f, 1.9f, near + 0.5f * middle)) * (1 - smoothstep(24, 34, z) * 0.5f);
     c = mix(c, c * mix(rgb(226, 214, 186), rgb(206, 192, 178), clamp01(0.5f + middle)),
-            0.32f * dirt);
+            0.24f * dirt);
     return c;
 }
 
@@ -412,7 +412,7 @@ Image paintFloor() {
     parallelFor(kTexels, [&](int row) {
         const float z = worldZ(static_cast<float>(row) + 0.5f);
         // Water colour grows with distance; the fog takes over behind.
-        const Vec3 water = mix({1, 1, 0.985f}, {0.76f, 0.97f, 0.98f}, smoothstep(4, 32, z));
+        const Vec3 water = mix({1, 1, 0.985f}, {0.80f, 0.99f, 0.99f}, smoothstep(9, 34, z));
         for (int column = 0; column < kTexels; ++column) {
             const float x = worldX(static_cast<float>(column) + 0.5f);
             Vec3& c = image.at(column, row).colour;

@@ -114,21 +114,42 @@ Grid gather(const Slopes& slopes) {
     return light;
 }
 
+/// Smooths a tile; so many texels to either side are seen.
+Grid blurred(Grid grid, int reach) {
+    for (const bool across : {true, false}) {
+        Grid sums(kSize * kSize);
+        for (int y = 0; y < kSize; ++y)
+            for (int x = 0; x < kSize; ++x) {
+                float sum = 0;
+                for (int d = -reach; d <= reach; ++d)
+                    sum += static_cast<float>(reach + 1 - std::abs(d)) *
+                           (across ? at(grid, x + d, y) : at(grid, x, y + d));
+                at(sums, x, y) = sum / static_cast<float>((reach + 1) * (reach + 1));
+            }
+        grid = std::move(sums);
+    }
+    return grid;
+}
+
 Image develop(Grid& light) {
+    Grid exposed = blurred(light, 1);
+    for (float& e : exposed)
+        e = 1 - std::exp(-0.55f * std::pow(e, 1.25f));
+    Grid lines = exposed;
+    for (float& line : lines)
+        line = smoothstep(0.48f, 0.90f, line);
+    // The sand lights up around the lines.
+    Grid bloom = blurred(lines, 9);
     Image image(kSize, kSize);
     for (int y = 0; y < kSize; ++y)
         for (int x = 0; x < kSize; ++x) {
-            float soft = 0;
-            for (int b = -1; b <= 1; ++b)
-                for (int a = -1; a <= 1; ++a)
-                    soft += at(light, x + a, y + b) * static_cast<float>((a ? 1 : 2) * (b ? 1 : 2));
-            const float exposed = 1 - std::exp(-0.55f * std::pow(soft / 16, 1.25f));
-            const float glow = smoothstep(0.08f, 0.80f, exposed);
-            const float line = smoothstep(0.42f, 0.92f, exposed);
-            // Between the lines the light is a little cooler.
-            image.at(x, y).colour =
-                mix(Vec3{0.748f, 0.765f, 0.765f}, Vec3{0.90f, 0.902f, 0.895f}, glow) +
-                Vec3{0.12f, 0.12f, 0.11f} * line;
+            const float glow = smoothstep(0.08f, 0.80f, at(exposed, x, y));
+            const float line = at(lines, x, y);
+            // Between the lines the light is warmer: there the water's own blue lies over it most.
+            const Vec3 c = mix(Vec3{0.782f, 0.782f, 0.736f}, Vec3{0.880f, 0.882f, 0.852f}, glow) +
+                           Vec3{0.11f, 0.11f, 0.12f} * (1.7f * at(bloom, x, y) * (1 - line)) +
+                           Vec3{0.12f, 0.118f, 0.148f} * line;
+            image.at(x, y).colour = {clamp01(c.x), clamp01(c.y), clamp01(c.z)};
         }
     return image;
 }
