@@ -1,5 +1,5 @@
 // The gull: white body, grey mantle, black wing tips with white spots, yellow bill. Opaque, so
-// every outline is geometry. File units; the span is 30.
+// every outline is geometry. Drawn with a span of 30, written kSize times as large.
 #include <string>
 
 #include "common/image.h"
@@ -13,6 +13,8 @@ using namespace art;
 
 namespace {
 
+/// File units per unit of the drawing: the eye finds the gull first, wherever on its way it is.
+constexpr float kSize = 1.7f;
 constexpr int kGlide = 20, kBetween = 3, kFly = 20, kFrames = kGlide + kBetween + kFly;
 
 // Body: 0 at the bill's tip, 1 at the root of the tail; heights and widths in file units.
@@ -49,8 +51,8 @@ struct Strip {
 };
 constexpr Strip kBodyStrip{0, 1, 0, 0.34f}, kWingTop{0, 1, 0.34f, 0.62f},
     kWingBottom{0, 1, 0.62f, 0.82f}, kTailStrip{0, 0.5f, 0.82f, 1};
-constexpr int kSheet = 512;
-constexpr float kRim = 2.5f / kSheet;
+constexpr int kSheet = 256;
+constexpr float kRim = 1.5f / kSheet;
 
 Vec2 onStrip(const Strip& strip, float u, float v) {
     return {mix(strip.s0 + kRim, strip.s1 - kRim, u), mix(strip.t0 + kRim, strip.t1 - kRim, v)};
@@ -167,6 +169,9 @@ void Gull::tail() {
 
 // ---- Flight ----
 
+/// It is mostly seen from the side: level wings would show nothing but their edges.
+constexpr float kLean = 13;
+
 /// Everything that moves in one frame. Gliding and the start of the beat share their pose, so that
 /// changing from one to the other does not jump.
 struct Posture {
@@ -176,9 +181,10 @@ struct Posture {
     float heave = 0;        ///< Of the body.
     float tail = 0;         ///< Degrees the tail is bent down.
     float tail_roll = 0;
+    float lean = kLean;  ///< Degrees the whole bird banks to its left.
 };
 
-constexpr float kGlideArm = 11, kGlideHand = -6, kGlideSweep = 7;
+constexpr float kGlideArm = 17, kGlideHand = -3, kGlideSweep = 7;
 
 Posture posture(int frame) {
     Posture p;
@@ -194,6 +200,7 @@ Posture posture(int frame) {
         p.sweep = kGlideSweep;
         p.tail_roll = -4 * std::sin(t);
         p.heave = 0.04f * std::sin(t);
+        p.lean = kLean + 3 * std::sin(t);
         return p;
     }
     const float t =
@@ -241,7 +248,7 @@ Vec3 pose(const Rig& rig, Vec3 p, const Posture& now) {
     // The head keeps still while the body heaves.
     const float head = rig.limb == Limb::BODY ? smoothstep(1.5f, 5.0f, p.y) : 0.0f;
     p.z += now.heave * (1 - 0.8f * head);
-    return p;
+    return rotateY(p, now.lean);
 }
 
 // ---- Painting ----
@@ -251,7 +258,7 @@ const Vec3 kWhite = rgb(252, 253, 254), kGrey = rgb(172, 184, 197), kBlack = rgb
 /// Light on a surface that faces up by that much: warm sun above, sky and sea below.
 Vec3 lit(Vec3 c, float up) {
     return c *
-           mix(Vec3{0.64f, 0.71f, 0.82f}, Vec3{1.0f, 1.0f, 0.99f}, smoothstep(-0.8f, 0.35f, up));
+           mix(Vec3{0.58f, 0.66f, 0.78f}, Vec3{1.0f, 1.0f, 0.975f}, smoothstep(-0.75f, 0.35f, up));
 }
 
 Vec3 bodyColour(float along, float round) {
@@ -290,7 +297,7 @@ Vec3 bodyColour(float along, float round) {
 
 /// Both sides of the wing; along the span, chord from the leading edge back.
 Vec3 wingColour(float along, float chord, bool above) {
-    const float black = smoothstep(0.705f, 0.745f, along + 0.10f * (chord - 0.5f));
+    const float black = smoothstep(0.665f, 0.71f, along + 0.10f * (chord - 0.5f));
     Vec3 c = above ? mix(kWhite, kGrey, smoothstep(0.02f, 0.07f, chord)) : kWhite;
     if (above)
         c = mix(c, rgb(206, 214, 222), 0.6f * smoothstep(0.45f, 0.72f, along));
@@ -385,7 +392,7 @@ int main(int, char** arguments) {
     saveModel(
         gull.mesh, kFrames,
         [&](int vertex, const Vec3& rest, int frame) {
-            return pose(gull.rigs[size_t(vertex)], rest, postures[size_t(frame)]);
+            return pose(gull.rigs[size_t(vertex)], rest, postures[size_t(frame)]) * kSize;
         },
         folder + "gull.nlm");
 
