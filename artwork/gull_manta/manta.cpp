@@ -1,5 +1,5 @@
 // The manta: dark above with pale shoulder patches, white below, wings that beat in a wave. Opaque,
-// so every outline is geometry. File units; the span is 60.
+// so every outline is geometry. Drawn with a span of 60, written kSize times as large.
 #include <string>
 
 #include "common/image.h"
@@ -14,6 +14,8 @@ using namespace art;
 namespace {
 
 constexpr int kFrames = 20;
+/// File units per unit of the drawing.
+constexpr float kSize = 1.3f;
 constexpr float kHalfSpan = 30;
 
 // The disc from above: 0 at the middle, 1 at a wing's tip; edges are y.
@@ -28,8 +30,8 @@ constexpr int kColumns = 15;  // from the middle to a tip
 constexpr float kChords[] = {0, 0.04f, 0.12f, 0.26f, 0.44f, 0.64f, 0.83f, 1};
 
 // The sheet: the right half of the disc seen from above and from below, and a strip for the rest.
-constexpr int kSheet = 512;
-constexpr float kTopEnd = 0.45f, kBottomEnd = 0.90f, kRim = 2.5f / kSheet;
+constexpr int kSheet = 256;
+constexpr float kTopEnd = 0.45f, kBottomEnd = 0.90f, kRim = 1.5f / kSheet;
 constexpr float kFront = 12.0f, kBack = -15.0f;
 
 Vec2 onTop(float x, float y) {
@@ -137,7 +139,7 @@ float slope(float along, float turns) {
 
 /// Degrees the whole animal leans to its right. It is mostly seen from the side and hardly from
 /// above, so a level glide would show nothing but an edge.
-float lean(float turns) { return 17 * std::sin(2 * kPi * (turns + 0.1f)); }
+float lean(float turns) { return 32 * std::sin(2 * kPi * (turns + 0.1f)); }
 
 Vec3 pose(Vec3 p, float along_tail, float turns) {
     const float heave = -1.5f * std::sin(2 * kPi * (turns - 0.08f));
@@ -231,7 +233,8 @@ int main(int, char** arguments) {
     saveModel(
         manta.mesh, kFrames,
         [&](int vertex, const Vec3& rest, int frame) {
-            return pose(rest, manta.tail[size_t(vertex)], static_cast<float>(frame) / kFrames);
+            return pose(rest, manta.tail[size_t(vertex)], static_cast<float>(frame) / kFrames) *
+                   kSize;
         },
         folder + "manta.nlm");
 
