@@ -77,21 +77,22 @@ Pixel Image::sample(float x, float y) const {
             mix(mix(a.alpha, b.alpha, u), mix(c.alpha, d.alpha, u), v)};
 }
 
-Image halved(const Image& image) {
-    Image half(image.width() / 2, image.height() / 2);
-    for (int y = 0; y < half.height(); ++y)
-        for (int x = 0; x < half.width(); ++x) {
+Image shrunk(const Image& image, int columns, int rows) {
+    Image small(image.width() / columns, image.height() / rows);
+    const auto count = static_cast<float>(columns * rows);
+    for (int y = 0; y < small.height(); ++y)
+        for (int x = 0; x < small.width(); ++x) {
             Vec3 weighted, plain;
             float alpha = 0;
-            for (int i = 0; i < 4; ++i) {
-                const Pixel& p = image.at(2 * x + i % 2, 2 * y + i / 2);
+            for (int i = 0; i < columns * rows; ++i) {
+                const Pixel& p = image.at(columns * x + i % columns, rows * y + i / columns);
                 weighted += p.colour * p.alpha;
                 plain += p.colour;
                 alpha += p.alpha;
             }
-            half.at(x, y) = {alpha > 0 ? weighted / alpha : plain / 4.0f, alpha / 4};
+            small.at(x, y) = {alpha > 0 ? weighted / alpha : plain / count, alpha / count};
         }
-    return half;
+    return small;
 }
 
 void bleed(Image& image, int texels, float threshold) {

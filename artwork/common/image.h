@@ -38,8 +38,9 @@ private:
     std::vector<Pixel> pixels_;
 };
 
-/// Half the size: every pixel is the mean of four, weighted by their opacity.
-Image halved(const Image& image);
+/// A smaller picture: every pixel is the mean of so many columns and rows, weighted by their
+/// opacity.
+Image shrunk(const Image& image, int columns, int rows);
 
 /// Gives pixels that are nearly transparent (alpha below threshold) the colour of the opaque ones
 /// around them, spreading outwards the given number of texels and then flooding the rest with the

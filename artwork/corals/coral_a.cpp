@@ -7,7 +7,7 @@ Garden coral_a() {
     Garden garden;
     garden.placement = kCorals[0];
     garden.width = 1024;
-    garden.height = 1024;
+    garden.height = 512;
     garden.cell = 17;
     const float x = -2.8f, y = -5.5f, z = 20.2f;
 

@@ -8,7 +8,7 @@ Garden coral_c() {
     garden.placement = kCorals[4];
     garden.frames = 20;
     garden.width = 1024;
-    garden.height = 512;
+    garden.height = 256;
     garden.cell = 18;
     const float x = -8.9f, y = -6.25f, z = 19.2f;
 

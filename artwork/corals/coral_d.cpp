@@ -8,7 +8,7 @@ Garden coral_d() {
     garden.placement = kCorals[5];
     garden.frames = 20;
     garden.width = 512;
-    garden.height = 512;
+    garden.height = 256;
     garden.cell = 14;
     garden.cut = false;
     // Seen from between the two directions from which the eye sees the two.

@@ -7,7 +7,7 @@ Garden coral_f() {
     Garden garden;
     garden.placement = kCorals[7];
     garden.width = 1024;
-    garden.height = 512;
+    garden.height = 256;
     garden.cell = 17;
     const float x = -10, y = -6.05f, z = 20.2f;
 

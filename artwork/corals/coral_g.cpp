@@ -7,7 +7,7 @@ Garden coral_g() {
     Garden garden;
     garden.placement = kCorals[8];
     garden.width = 1024;
-    garden.height = 512;
+    garden.height = 256;
     garden.cell = 17;
     const float x = 0, y = -7.1f, z = 25.2f;
 

@@ -7,7 +7,7 @@ Garden coral_h() {
     Garden garden;
     garden.placement = kCorals[9];
     garden.width = 1024;
-    garden.height = 512;
+    garden.height = 256;
     garden.cell = 17;
     garden.tiling = 3;
     const float x = 8.1f, y = -7.3f, z = 21.4f;

@@ -7,7 +7,7 @@ Garden coral_i() {
     Garden garden;
     garden.placement = kCorals[10];
     garden.width = 1024;
-    garden.height = 1024;
+    garden.height = 512;
     garden.cell = 19;
     const float x = 11, y = -7.1f, z = 18.4f;
 

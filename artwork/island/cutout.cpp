@@ -96,7 +96,7 @@ int main(int argc, char** argv) {
     if (argc != 8)
         fail("usage: cutout DATA_DIR FILE PICTURE.png WATERLINE DEPTH HAZE FOAM");
     const auto number = [&](int i) { return static_cast<float>(std::atof(argv[i])); };
-    Image image = halved(loadPng(argv[3]));
+    Image image = shrunk(loadPng(argv[3]), 2, 2);
     const float height = static_cast<float>(image.height()), waterline = number(4) * height;
     for (int y = 0; y < image.height(); ++y)
         for (int x = 0; x < image.width(); ++x)

@@ -157,14 +157,15 @@ Image develop(Grid& light) {
 }  // namespace
 
 int main(int argc, char** argv) {
-    if (argc != 4)
-        fail("usage: caustics DATA_DIR FOLDER SEED");
+    if (argc != 6)
+        fail("usage: caustics DATA_DIR FOLDER SEED COLUMNS ROWS");
     const std::string folder = std::string(argv[1]) + "/" + argv[2] + "/";
     const std::vector<Wave> waves = chooseWaves(static_cast<uint32_t>(std::atoi(argv[3])));
+    const int columns = kSize / std::atoi(argv[4]), rows = kSize / std::atoi(argv[5]);
     parallelFor(kFrames, [&](int frame) {
         Grid light = gather(surface(waves, frame));
         char name[24];
         std::snprintf(name, sizeof name, "caust%.2d.nlt", frame);
-        saveBmp24(develop(light), folder + name);
+        saveBmp24(shrunk(develop(light), columns, rows), folder + name);
     });
 }

@@ -12,7 +12,7 @@ int main(int argc, char** argv) {
     if (argc != 2)
         fail("usage: fader DATA_DIR");
     // Tall, since the texture repeats and the opaque top bleeds half a texel into the lower edge.
-    Image image(256, 512);
+    Image image(8, 512);
     for (int y = 0; y < image.height(); ++y) {
         const float up = 1 - (static_cast<float>(y) + 0.5f) / static_cast<float>(image.height());
         const Pixel pixel{mix(sea::kFog, sea::kFarSea, smoothstep(0.1f, 0.95f, up)),

@@ -12,7 +12,8 @@ using namespace art;
 
 namespace {
 
-constexpr int kSize = 256;
+// Along the line of sight a texel is no longer than what a pixel sees where the glints begin.
+constexpr int kColumns = 256, kRows = 32;
 constexpr int kFrames = 32, kFirstFile = 44;
 constexpr float kTileWidth = 50.0f / 12, kTileDepth = 40.0f / 12;  // units
 const Vec3 kGlint = rgb(255, 255, 250);
@@ -29,7 +30,7 @@ std::vector<Glint> chooseGlints() {
     for (int i = 0; i < 90; ++i) {
         const float size = std::pow(random.unit(), 2.0f);
         glints.push_back({random.range(0, kTileWidth), random.range(0, kTileDepth),
-                          mix(0.06f, 0.33f, size), mix(0.022f, 0.055f, size),
+                          mix(0.06f, 0.33f, size), mix(0.050f, 0.070f, size),
                           random.range(-0.004f, 0.004f), random.range(0, kFrames),
                           random.range(5, 13), random.range(0.6f, 1.0f)});
     }
@@ -46,14 +47,15 @@ void draw(const Glint& glint, int frame, Image& image) {
     const float grown = std::cos(kPi * age);
     const float centre_x = glint.x + glint.drift * age * glint.life;
     const float length = glint.length * (0.35f + 0.65f * grown);
-    for (int y = 0; y < kSize; ++y) {
+    for (int y = 0; y < kRows; ++y) {
         const float z =
-            around((static_cast<float>(y) + 0.5f) * kTileDepth / kSize - glint.z, kTileDepth);
+            around((static_cast<float>(y) + 0.5f) * kTileDepth / kRows - glint.z, kTileDepth);
         if (std::fabs(z) > glint.depth)
             continue;
-        for (int x = 0; x < kSize; ++x) {
+        for (int x = 0; x < kColumns; ++x) {
             const float along =
-                around((static_cast<float>(x) + 0.5f) * kTileWidth / kSize - centre_x, kTileWidth) /
+                around((static_cast<float>(x) + 0.5f) * kTileWidth / kColumns - centre_x,
+                       kTileWidth) /
                 length;
             // A lens shape that bends a little, as the flank of a ripple.
             const float across = z / glint.depth + 0.5f * along * along;
@@ -84,7 +86,7 @@ int main(int argc, char** argv) {
         fail("usage: highlight DATA_DIR");
     const std::string folder = argv[1];
 
-    Image map(512, 512, {kGlint, 0});
+    Image map(256, 256, {kGlint, 0});
     for (int y = 0; y < map.height(); ++y)
         for (int x = 0; x < map.width(); ++x) {
             const float u = (static_cast<float>(x) + 0.5f) / static_cast<float>(map.width());
@@ -95,7 +97,7 @@ int main(int argc, char** argv) {
 
     const std::vector<Glint> glints = chooseGlints();
     parallelFor(kFrames, [&](int frame) {
-        Image image(kSize, kSize, {kGlint, 0});
+        Image image(kColumns, kRows, {kGlint, 0});
         for (const Glint& glint : glints)
             draw(glint, frame, image);
         char name[40];

@@ -11,7 +11,7 @@ using namespace art;
 
 namespace {
 
-constexpr int kSize = 1024;
+constexpr int kColumns = 1024, kRows = 512;
 constexpr float kWidth = 50;
 constexpr float kFarEdge = 45;
 constexpr int kGusts = 5;  // along the width
@@ -100,11 +100,11 @@ int main(int argc, char** argv) {
     if (argc != 2)
         fail("usage: water DATA_DIR");
     const std::vector<Wave> waves = chooseWaves();
-    Image image(kSize, kSize);
-    parallelFor(kSize, [&](int y) {
-        const float z = kFarEdge - kWidth * (static_cast<float>(y) + 0.5f) / kSize;
-        for (int x = 0; x < kSize; ++x)
-            image.at(x, y) = surface(waves, kWidth * (static_cast<float>(x) + 0.5f) / kSize, z);
+    Image image(kColumns, kRows);
+    parallelFor(kRows, [&](int y) {
+        const float z = kFarEdge - kWidth * (static_cast<float>(y) + 0.5f) / kRows;
+        for (int x = 0; x < kColumns; ++x)
+            image.at(x, y) = surface(waves, kWidth * (static_cast<float>(x) + 0.5f) / kColumns, z);
     });
     saveBmp32(image, std::string(argv[1]) + "/water.nlt");
 }
