@@ -35,7 +35,8 @@ Picture Picture::loadPng(const std::string& path) {
     return picture;
 }
 
-OffscreenContext::OffscreenContext(int width, int height) : width_(width), height_(height) {
+OffscreenContext::OffscreenContext(int width, int height, int samples)
+    : width_(width), height_(height) {
     setenv("LIBGL_ALWAYS_SOFTWARE", "1", 1);
     display_ = eglGetPlatformDisplay(EGL_PLATFORM_SURFACELESS_MESA, EGL_DEFAULT_DISPLAY, nullptr);
     if (!display_ || !eglInitialize(display_, nullptr, nullptr) || !eglBindAPI(EGL_OPENGL_API))
@@ -52,6 +53,10 @@ OffscreenContext::OffscreenContext(int width, int height) : width_(width), heigh
                              8,
                              EGL_DEPTH_SIZE,
                              24,
+                             EGL_SAMPLE_BUFFERS,
+                             samples > 0,
+                             EGL_SAMPLES,
+                             samples,
                              EGL_NONE};
     EGLConfig config;
     EGLint count = 0;

@@ -21,7 +21,8 @@ struct Picture {
 /// Drawn by Mesa's software renderer, so that pictures do not depend on the machine's graphics.
 class OffscreenContext {
 public:
-    OffscreenContext(int width, int height);
+    /// With samples, edges are smoothed by so many per pixel.
+    OffscreenContext(int width, int height, int samples = 0);
     ~OffscreenContext();
     OffscreenContext(const OffscreenContext&) = delete;
     OffscreenContext& operator=(const OffscreenContext&) = delete;

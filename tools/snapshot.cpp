@@ -43,6 +43,7 @@ struct Options {
     int camerapos = 4;  // Not a position that the scene knows: level, at rest.
     double seconds = 12;
     int width = 1280, height = 948;
+    int samples = 0;
     unsigned seed = 1;
     std::string config;
     int frames = 1;
@@ -88,6 +89,8 @@ bool parse(int argc, char** argv, Options* options) {
         } else if (name == "--size") {
             if (std::sscanf(value, "%dx%d", &options->width, &options->height) != 2)
                 return false;
+        } else if (name == "--samples") {
+            options->samples = std::atoi(value);
         } else if (name == "--seed") {
             options->seed = static_cast<unsigned>(std::strtoul(value, nullptr, 10));
         } else if (name == "--config") {
@@ -157,11 +160,11 @@ int main(int argc, char** argv) {
     if (!parse(argc, argv, &options)) {
         std::fprintf(stderr,
                      "usage: snapshot OUT.png [--view bottom|middle|top|low|automatic]\n"
-                     "       [--seconds S] [--size WxH] [--seed N] [--config FILE]\n"
-                     "       [--frames N --fps F] [--show-fps] [--where]\n");
+                     "       [--seconds S] [--size WxH] [--samples N] [--seed N]\n"
+                     "       [--config FILE] [--frames N --fps F] [--show-fps] [--where]\n");
         return 2;
     }
-    OffscreenContext context(options.width, options.height);
+    OffscreenContext context(options.width, options.height, options.samples);
     if (!context.ok()) {
         std::fprintf(stderr, "snapshot: no OpenGL context\n");
         return 1;

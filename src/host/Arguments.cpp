@@ -23,11 +23,12 @@ bool contains(const LIST& list, const std::string& name) {
     return false;
 }
 
-std::optional<int> parseRate(const std::string& text) {
+/// A decimal number within limits and nothing else.
+std::optional<int> parseNumber(const std::string& text, int least, int most) {
     char* end = nullptr;
     const long value = std::strtol(text.c_str(), &end, 10);
-    if (text.empty() || !std::isdigit(static_cast<unsigned char>(text[0])) || *end || value < 1 ||
-        value > 1000)
+    if (text.empty() || !std::isdigit(static_cast<unsigned char>(text[0])) || *end ||
+        value < least || value > most)
         return {};
     return static_cast<int>(value);
 }
@@ -204,11 +205,19 @@ ARGUMENTS parseArguments(const std::vector<std::string>& words, const char* host
             }
         } else if (name == "maxfps") {
             if (const auto text = value()) {
-                if (const auto rate = parseRate(*text))
+                if (const auto rate = parseNumber(*text, 1, 1000))
                     arguments.maxfps = *rate;
                 else
                     arguments.complaints.push_back("-maxfps: \"" + *text +
                                                    "\" is not a number from 1 to 1000");
+            }
+        } else if (name == "samples") {
+            if (const auto text = value()) {
+                if (const auto samples = parseNumber(*text, 0, 32))
+                    arguments.samples = samples;
+                else
+                    arguments.complaints.push_back("-samples: \"" + *text +
+                                                   "\" is not a number from 0 to 32");
             }
         } else if (contains(ignored_values, name))
             value();
@@ -234,6 +243,7 @@ std::string usage() {
            "  -display NAME         the X display to use\n"
            "  -fps, -no-fps         show the frame rate or not\n"
            "  -maxfps N             draw at most N frames per second\n"
+           "  -samples N            smooth edges with N samples per pixel, 0 for none\n"
            "  -help                 print this text\n"
            "  -version              print name and version\n"
            "\n"

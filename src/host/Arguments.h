@@ -34,9 +34,10 @@ struct ARGUMENTS {
     std::uint32_t window = 0;  ///< EMBED: the host's window
     std::string display;       ///< empty: as the environment says
     GEOMETRY geometry;
-    bool fps = false;  ///< show the frame-rate line
-    int maxfps = 0;    ///< frames drawn per second at most; 0: as the renderer suggests
-    int status = 0;    ///< REFUSED: exit status
+    bool fps = false;            ///< show the frame-rate line
+    int maxfps = 0;              ///< frames drawn per second at most; 0: as the renderer suggests
+    std::optional<int> samples;  ///< per pixel, for smooth edges; empty: as the renderer suggests
+    int status = 0;              ///< REFUSED: exit status
     std::vector<std::string> complaints;  ///< one line each, without the program's name
 };
 

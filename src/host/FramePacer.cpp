@@ -12,11 +12,11 @@
 #include <algorithm>
 #include <chrono>
 #include <cstdlib>
-#include <cstring>
 #include <memory>
 #include <thread>
 
 #include "framework/KDEFrame.h"
+#include "host/Renderer.h"
 
 namespace {
 
@@ -66,15 +66,6 @@ double frameLimit(int wanted, double refreshRate, bool softwareRenderer) {
     if (wanted > 0)
         return std::min<double>(wanted, refresh);
     return softwareRenderer ? std::min<double>(30, refresh) : refresh;
-}
-
-bool isSoftwareRenderer(const char* name) {
-    if (!name)
-        return false;
-    for (const char* part : {"llvmpipe", "softpipe", "swrast", "Software Rasterizer"})
-        if (std::strstr(name, part))
-            return true;
-    return false;
 }
 
 FramePacer::FramePacer(KDEFrame& frame, int wanted)

@@ -34,9 +34,6 @@ struct SHOWN_STATE {
 /// for; a refresh rate that is not known, 0 or less, counts as 60.
 double frameLimit(int wanted, double refreshRate, bool softwareRenderer);
 
-/// True for the names of Mesa's renderers that draw on the processor.
-bool isSoftwareRenderer(const char* name);
-
 /// Holds back ticks of a frame's timer, so that nothing is drawn that nobody sees: no more often
 /// than the limit above, and not at all while the window is unmapped or covered or the monitor
 /// sleeps. The scene's motion follows the clock and does not change.

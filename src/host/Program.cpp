@@ -18,6 +18,7 @@
 #include "host/Ending.h"
 #include "host/FramePacer.h"
 #include "host/KDEScreensaverFrame.h"
+#include "host/Renderer.h"
 #include "main.h"
 
 namespace {
@@ -143,6 +144,10 @@ int runSaver(QApplication& application, const ARGUMENTS& arguments) {
     application.setQuitOnLastWindowClosed(demo);
     QGLFormat format;
     format.setSwapInterval(1);
+    if (const int samples = samplesPerPixel(arguments.samples, isAccelerated())) {
+        format.setSampleBuffers(true);
+        format.setSamples(samples);
+    }
     QGLFormat::setDefaultFormat(format);
 
     const std::unique_ptr<KScreenSaver> saver(kss_create(demo ? 0 : arguments.window));

@@ -135,9 +135,21 @@ TEST(Arguments, DisplayAndFrameLimit) {
     }
 }
 
+TEST(Arguments, SamplesPerPixel) {
+    EXPECT_EQ(parseArguments({}, nullptr).samples, std::nullopt);
+    EXPECT_EQ(parseArguments({"-samples", "8"}, nullptr).samples, 8);
+    EXPECT_EQ(parseArguments({"--samples=0"}, nullptr).samples, 0);
+    for (const char* bad : {"-1", "x", "33", "4x", "", " 4", "99999999999999999999"}) {
+        const ARGUMENTS arguments = parseArguments({"-root", "-samples", bad}, nullptr);
+        EXPECT_EQ(arguments.samples, std::nullopt) << bad;
+        EXPECT_THAT(arguments.complaints, SizeIs(1)) << bad;
+        EXPECT_EQ(arguments.mode, SAVER_MODE::ROOT) << bad;
+    }
+}
+
 TEST(Arguments, UsageNamesEveryOptionThatDoesSomething) {
     for (const char* option : {"-demo", "-root", "-window-id", "-setup", "-geometry", "-display",
-                               "-fps", "-no-fps", "-maxfps", "-help", "-version"})
+                               "-fps", "-no-fps", "-maxfps", "-samples", "-help", "-version"})
         EXPECT_THAT(usage(), HasSubstr(option));
 }
 

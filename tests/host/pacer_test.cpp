@@ -2,6 +2,8 @@
 
 #include <gtest/gtest.h>
 
+#include "host/Renderer.h"
+
 namespace {
 
 /// Frames that a limit lets through in ten seconds of ticks every so many milliseconds.
@@ -53,6 +55,14 @@ TEST(Renderers, ThatDrawOnTheProcessorAreKnown) {
     EXPECT_TRUE(isSoftwareRenderer("Software Rasterizer"));
     EXPECT_FALSE(isSoftwareRenderer("Mesa Intel(R) UHD Graphics 620 (KBL GT2)"));
     EXPECT_FALSE(isSoftwareRenderer(nullptr));
+}
+
+TEST(Renderers, SmoothEdgesWhereTheyCostNothingOrAreWanted) {
+    EXPECT_EQ(samplesPerPixel({}, true), 4);
+    EXPECT_EQ(samplesPerPixel({}, false), 0);
+    EXPECT_EQ(samplesPerPixel(0, true), 0);
+    EXPECT_EQ(samplesPerPixel(8, true), 8);
+    EXPECT_EQ(samplesPerPixel(2, false), 2);
 }
 
 TEST(ShownState, AnyReasonIsEnoughNotToDraw) {

@@ -376,6 +376,26 @@ TEST_F(Program, GeometryOfTheDemoWindow) {
     EXPECT_THAT(saver.output(), testing::HasSubstr("frame rate\n"));
 }
 
+TEST_F(Program, SmoothsEdgesAsItIsTold) {
+    struct {
+        std::vector<std::string> options;
+        const char* line;
+    } cases[] = {{{}, "samples 0"},  // not by default where the processor draws
+                 {{"-samples", "0"}, "samples 0"},
+                 {{"-samples", "4"}, "samples 4"},
+                 {{"-samples", "32"}, "samples 4"}};  // what the renderer has
+    for (auto& c : cases) {
+        c.options.push_back("-demo");
+        Process saver = start(c.options);
+        ASSERT_TRUE(saver.waitForLine(c.line)) << saver.output() << saver.errors();
+        ASSERT_TRUE(saver.waitForLine("drawing")) << c.line;
+        const xcb_window_t window = client->find(600, 420);
+        ASSERT_NE(window, 0U) << c.line;
+        client->askToClose(window);
+        expectCleanEnd(saver, saver.wait());
+    }
+}
+
 // ---- What cannot work says so in one line -------------------------------------------------------
 
 void expectRefusal(Process& saver, int status, const std::string& line) {

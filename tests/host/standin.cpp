@@ -33,6 +33,10 @@ public:
         std::printf("initScene %d x %d\n", resolution_x, resolution_y);
         std::fflush(stdout);
         glGenTextures(1, &texture);
+        GLint samples = 0;
+        glGetIntegerv(GL_SAMPLES, &samples);
+        std::printf("samples %d\n", samples);
+        std::fflush(stdout);
         return true;
     }
     void updateScene() override { ++frames; }
