@@ -67,6 +67,8 @@ VirtualDisplay::~VirtualDisplay() {
 }
 
 void VirtualDisplay::kill() {
+    if (pid <= 0)
+        return;
     ::kill(pid, SIGKILL);
     waitpid(pid, nullptr, 0);
     pid = -1;
@@ -112,7 +114,10 @@ Process::~Process() {
     close(err_pipe);
 }
 
-void Process::signal(int number) const { ::kill(pid, number); }
+void Process::signal(int number) const {
+    if (pid > 0)  // -1 would be every process there is
+        ::kill(pid, number);
+}
 
 /// Takes in what there is; false when both pipes are at their end.
 bool Process::read(int milliseconds) {

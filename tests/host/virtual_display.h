@@ -48,6 +48,7 @@ public:
     Process& operator=(const Process&) = delete;
 
     pid_t id() const { return pid; }
+    /// Nothing happens when the process was found ended.
     void signal(int number) const;
     /// Reads the standard output until a line begins with the text; false when the process ends or
     /// the patience of 60 seconds does first.
