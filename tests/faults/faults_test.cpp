@@ -129,8 +129,15 @@ protected:
         client.destroy(host);
     }
 
-    /// System V shared memory segments that the process of this id has made and not released.
+    /// Waits until the X server, too, has let go of the System V shared memory that the process of
+    /// this id made; the number of segments left.
     static int sharedMemory(pid_t creator) {
+        for (int tries = 0; tries < 100 && countSharedMemory(creator) > 0; ++tries)
+            usleep(100000);
+        return countSharedMemory(creator);
+    }
+
+    static int countSharedMemory(pid_t creator) {
         std::ifstream segments("/proc/sysvipc/shm");
         std::string line;
         std::getline(segments, line);
@@ -408,7 +415,10 @@ TEST_F(Faults, LeavesNothingBehindHoweverOftenItStarts) {
         // Half of them lose their window.
         if (i % 2) {
             client.destroy(host);
-            EXPECT_EQ(saver.wait().status, 0) << i;
+            const END end = saver.wait();
+            EXPECT_EQ(end.signal, 0) << i;
+            EXPECT_EQ(end.status, 0) << i;
+            EXPECT_EQ(saver.errors(), "") << i;
         } else {
             expectToEnd(saver, std::to_string(i));
             client.destroy(host);
@@ -444,6 +454,23 @@ TEST_F(Faults, EndsWithTheHostsWindowWheneverItGoes) {
         EXPECT_EQ(end.signal, 0) << moment;
         EXPECT_EQ(end.status, 0) << moment;
         EXPECT_EQ(saver.errors(), "") << moment;
+    }
+    expectNothingLeft();
+}
+
+// The window goes after the program has seen it and before the driver asks how large it is.
+TEST_F(Faults, EndsWhenTheHostsWindowGoesInTheMiddleOfAFrame) {
+    for (int i = 0; i < 5; ++i) {
+        const xcb_window_t host = hostWindow();
+        Process saver = start(host, {"LATE_ANSWER=200"});
+        ASSERT_TRUE(waitForPicture(saver));
+        saver.wait(static_cast<int>(chance() % 300));
+        client.destroy(host);
+        const END end = saver.wait();
+        EXPECT_TRUE(end.ended);
+        EXPECT_EQ(end.signal, 0);
+        EXPECT_EQ(end.status, 0);
+        EXPECT_EQ(saver.errors(), "");
     }
     expectNothingLeft();
 }
