@@ -5,6 +5,7 @@
 #include <SDL.h>
 #include <stdlib.h>
 
+#include <QFileInfo>
 #include <cmath>
 #include <cstdint>
 #include <cstdio>
@@ -164,6 +165,15 @@ int main(int argc, char** argv) {
                      "       [--config FILE] [--frames N --fps F] [--show-fps] [--where]\n");
         return 2;
     }
+    // Settings are looked up by absolute paths.
+    QString settings;
+    if (!options.config.empty()) {
+        settings = QFileInfo(QString::fromLocal8Bit(options.config.c_str())).canonicalFilePath();
+        if (settings.isEmpty()) {
+            std::fprintf(stderr, "snapshot: no file %s\n", options.config.c_str());
+            return 1;
+        }
+    }
     OffscreenContext context(options.width, options.height, options.samples);
     if (!context.ok()) {
         std::fprintf(stderr, "snapshot: no OpenGL context\n");
@@ -171,7 +181,7 @@ int main(int argc, char** argv) {
     }
 
     auto scene = std::make_unique<CMarivistaScreensaver>();
-    scene->settings_file = QString::fromLocal8Bit(options.config.c_str());
+    scene->settings_file = settings;
     scene->loadSettings(options.width, options.height);
     scene->wantedwssettings.soundOn = false;
     scene->wantedwssettings.camerapos = options.camerapos;

@@ -191,8 +191,33 @@ TEST(Snapshot, NumbersThePicturesOfAStrip) {
     EXPECT_NE(bytes(base + "-0000.png"), bytes(base + "-0001.png"));
 }
 
+TEST(Snapshot, FindsSettingsBesideIt) {
+    const std::string config = temporary("beside.config");
+    std::ofstream(config) << "SkyType=1\n";
+    const std::string view = "--view top --seconds 1 --size 160x118";
+    const std::string cloudy = snapshot("cloudy.png", view);
+    const std::string folder = config.substr(0, config.rfind('/'));
+    const std::string clear = temporary("clear.png");
+    ASSERT_EQ(std::system(("cd " + folder + " && " + SNAPSHOT + " " + clear + " " + view +
+                           " --config beside.config")
+                              .c_str()),
+              0);
+    // The same pictures, had the file not been found.
+    EXPECT_GT(compare(Picture::loadPng(cloudy), Picture::loadPng(clear)).mean, 1);
+}
+
+TEST(Snapshot, SmoothsEdges) {
+    const std::string view = "--view bottom --seconds 1 --size 160x118";
+    const Picture plain = Picture::loadPng(snapshot("plain.png", view));
+    const Picture smooth = Picture::loadPng(snapshot("smooth.png", view + " --samples 4"));
+    const double difference = compare(plain, smooth).mean;
+    EXPECT_GT(difference, 0.1);
+    EXPECT_LT(difference, 5);
+}
+
 TEST(Snapshot, RefusesNonsense) {
-    for (const char* arguments : {"", "x.png --view sideways", "x.png --size big", "x.png --what"})
+    for (const char* arguments : {"", "x.png --view sideways", "x.png --size big", "x.png --what",
+                                  "x.png --config no-such-file"})
         EXPECT_NE(std::system((std::string(SNAPSHOT) + " " + arguments + " 2>/dev/null").c_str()),
                   0)
             << arguments;
