@@ -1,6 +1,6 @@
 #!/bin/sh
-# Measures what the saver costs when nobody sees it, and how often it draws when somebody does, on a
-# virtual display with Mesa's software renderer.
+# Measures what the saver costs in a window, when somebody sees it and when nobody does, and how often
+# it draws, on a virtual display with Mesa's software renderer.
 #   pacing.sh [SECONDS]     each measurement takes so long; 60 when not given
 set -eu
 top=$(cd "$(dirname "$0")/.." && pwd)
@@ -50,6 +50,9 @@ frames() { # per second
     awk -v n=$(($(grep -c '^frame$' "$tmp/out") - before)) -v s="$seconds" \
         'BEGIN { printf "%.1f", n / s }'
 }
+peak_memory() {
+    awk '/^VmHWM:/ { printf "%.0f MiB", $2 / 1024 }' "/proc/$pid/status"
+}
 hide() {
     xdotool windowunmap --sync "$window"
     sleep 2
@@ -79,6 +82,10 @@ echo "Processor time of one core, $seconds s each:"
     echo "  covered    $(processor)"
     stop
     kill $! 2>/dev/null || true
+    start "$saver" -demo -geometry 1280x720+0+0
+    sleep 5
+    echo "Peak memory in a window of 1280 x 720, with silent sound: $(peak_memory)"
+    stop
     echo "Frames per second of a scene that costs nothing:"
     start "$standin" $demo
     echo "  software renderer   $(frames)"

@@ -2,9 +2,12 @@
 // one colour and says what happens to it; everything else is what people run.
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <unistd.h>
 #include <xcb/xtest.h>
 
 #include <csignal>
+#include <cstdio>
+#include <fstream>
 #include <optional>
 
 #include "host/virtual_display.h"
@@ -278,6 +281,20 @@ TEST_F(Unseen, NothingIsDrawnInAWindowThatWasCoveredFromTheStart) {
         << saver.errors();
     EXPECT_TRUE(fallsSilent(saver));
     client->destroy(cover);
+    EXPECT_TRUE(drawsAgain(saver));
+}
+
+TEST_F(Unseen, NothingIsDrawnWhileTheMonitorSleeps) {
+    const xcb_window_t host = client->window(0, 0, 300, 200);
+    const std::string file =
+        testing::TempDir() + "atollia-asleep-" + std::to_string(getpid()) + ".txt";
+    std::remove(file.c_str());
+    Process saver =
+        start({"-window-id", hex(host)}, {"STANDIN_COUNTS=1", "STANDIN_ASLEEP=" + file});
+    ASSERT_TRUE(saver.waitForLine("drawing")) << saver.errors();
+    std::ofstream{file};
+    EXPECT_TRUE(fallsSilent(saver));
+    std::remove(file.c_str());
     EXPECT_TRUE(drawsAgain(saver));
 }
 
