@@ -1,5 +1,7 @@
 #include "fish/anatomy.h"
 
+#include <algorithm>
+
 namespace art {
 namespace {
 
@@ -246,6 +248,11 @@ BodyPoint bodyPoint(const Body& body, float along, float round) {
 FinPoint finPoint(const Fin& fin, float u, float v) {
     const Vec2 root = fin.root.at(u), margin = fin.margin.at(u);
     return {fin.part, u, v, root + (margin - root) * v + fin.bow * (4 * v * (1 - v))};
+}
+
+Fin& finOf(Fish& fish, Part part) {
+    return *std::find_if(fish.fins.begin(), fish.fins.end(),
+                         [part](const Fin& fin) { return fin.part == part; });
 }
 
 Bend swimming(const Swim& swim, int frames) {

@@ -95,6 +95,9 @@ struct Fish {
     float centre = 0.5f;  ///< The length that lies on the model's origin.
 };
 
+/// The fin of a fish that has one of this kind.
+Fin& finOf(Fish& fish, Part part);
+
 /// Where the body bends in one frame: heading in degrees at a length, positive to the right.
 using Bend = std::function<float(float along, int frame)>;
 

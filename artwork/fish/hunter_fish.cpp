@@ -73,7 +73,7 @@ Fish anatomy() {
     f.fins = {tail, dorsal, anal, pelvic, pectoral};
     f.eye = {{0.140f, 0.056f}, 0.024f, 0.4f};
     f.swim = {24, 0.85f, 0.10f};
-    f.length = 40.5f;
+    f.length = 50;
     f.centre = 0.56f;
     return f;
 }
@@ -120,6 +120,7 @@ int main(int, char** arguments) {
     skin.detail.gill_height = 0.115f;
     skin.detail.mouth_front = {-0.02f, -0.030f};
     skin.detail.mouth_corner = {0.105f, -0.052f};
+    skin.detail.lips = 0.013f;
     const Fish fish = anatomy();
 
     const Bend swim = swimming(fish.swim, kSwim);

@@ -81,7 +81,7 @@ Fish anatomy() {
     f.fins = {tail, dorsal, anal, pelvic, pectoral, streamer};
     f.eye = {{0.212f, 0.072f}, 0.027f, 0.28f};
     f.swim = {17, 0.65f, 0.10f};
-    f.length = 38;
+    f.length = 43;
     f.centre = 0.60f;
     return f;
 }

@@ -52,30 +52,30 @@ Fish anatomy() {
     f.fins = {tail, dorsal, anal, pectoral};
     f.eye = {{0.088f, 0.016f}, 0.032f, 0.3f};
     f.swim = {20, 0.72f, 0.10f};
-    f.length = 28;
+    f.length = 40;
     f.centre = 0.56f;
     return f;
 }
 
 Vec3 bodyColour(const BodyPoint& p) {
-    const Vec3 back = rgb(52, 116, 150), side = rgb(214, 232, 238), belly = rgb(250, 252, 252);
+    const Vec3 back = rgb(28, 106, 166), side = rgb(226, 240, 246), belly = rgb(254, 255, 255);
     Vec3 c = mix(belly, side, smoothstep(-0.75f, 0.05f, p.rise));
-    c = mix(c, rgb(120, 190, 205), 0.7f * smoothstep(0.25f, 0.5f, p.rise));
+    c = mix(c, rgb(86, 198, 226), 0.85f * smoothstep(0.25f, 0.5f, p.rise));
     c = mix(c, back, smoothstep(0.42f, 0.80f, p.rise));
-    c = mix(c, rgb(34, 78, 112), smoothstep(0.80f, 1.0f, p.rise));
-    const float line = (p.rise - 0.34f) / 0.085f;
-    c = mix(c, rgb(250, 216, 70),
+    c = mix(c, rgb(16, 62, 112), smoothstep(0.80f, 1.0f, p.rise));
+    const float line = (p.rise - 0.34f) / 0.105f;
+    c = mix(c, rgb(255, 214, 44),
             0.92f * std::exp(-line * line / 2) * smoothstep(0.10f, 0.24f, p.along));
     // The face is darker above, and a shoulder smudge sits behind the gill.
     c = mix(c, rgb(70, 104, 124),
             0.5f * smoothstep(0.12f, 0.0f, p.along) * smoothstep(-0.4f, 0.6f, p.rise));
-    return mix(c, rgb(236, 214, 110), smoothstep(0.93f, 1.0f, p.along));
+    return mix(c, rgb(244, 206, 64), smoothstep(0.93f, 1.0f, p.along));
 }
 
 Pixel finColour(const FinPoint& p) {
     if (p.part == Part::TAIL) {
         Pixel tail =
-            finPixel(p, {rgb(240, 214, 96), rgb(255, 236, 150), 22, 0.93f, 0.72f, 0.2f, 0.04f});
+            finPixel(p, {rgb(246, 204, 52), rgb(255, 226, 96), 22, 0.95f, 0.80f, 0.2f, 0.04f});
         const float lobe = std::fabs(p.u - 0.5f) * 2;
         tail.colour = mix(tail.colour, rgb(120, 120, 80), 0.35f * smoothstep(0.8f, 1.0f, lobe));
         return tail;

@@ -21,9 +21,10 @@ float segmentDistance(Vec2 p, Vec2 a, Vec2 b) {
 }
 
 struct Scale {
-    float edge = 0;  ///< 1 on the rear rim of a scale.
-    float dome = 0;  ///< 0 at its covered front, 1 towards the rim.
-    float tint = 0;  ///< -1..1, one value per scale.
+    float edge = 0;   ///< 1 on the rear rim of a scale.
+    float dome = 0;   ///< 0 at its covered front, 1 towards the rim.
+    float tint = 0;   ///< -1..1, one value per scale.
+    float pearl = 0;  ///< 1 in the middle of what is seen of it.
 };
 
 /// Scales lie like roof tiles: each one covers the front of the next towards the tail.
@@ -37,7 +38,8 @@ Scale scaleAt(float along, float girth, float size) {
         const float dy = y - shift - static_cast<float>(row) - 0.5f;
         const float d = std::sqrt(dx * dx * 0.62f + dy * dy * 1.9f);
         if (dx >= 0 && d < 1)
-            return {smoothstep(0.72f, 0.98f, d), d, 2 * hashUnit(c, row, 3, 71) - 1};
+            return {smoothstep(0.72f, 0.98f, d), d, 2 * hashUnit(c, row, 3, 71) - 1,
+                    1 - smoothstep(0.12f, 0.30f, length(Vec2{dx - 0.72f, dy}))};
     }
     return {};
 }
@@ -51,6 +53,38 @@ Vec3 lit(Vec3 colour, const BodyPoint& p) {
     return colour * shade * (1 - 0.20f * outline);
 }
 
+/// The mouth: a line that sags and fades towards its corner, between two lips.
+Vec3 withMouth(Vec3 c, const Detail& d, Vec2 side) {
+    const Vec2 line = d.mouth_corner - d.mouth_front;
+    const Vec2 sag = (d.mouth_front + d.mouth_corner) * 0.5f - Vec2{0, 0.22f * length(line)};
+    constexpr int kPieces = 8;
+    float nearest = 1e9f, along = 0, above = 1;
+    Vec2 from = d.mouth_front;
+    for (int i = 1; i <= kPieces; ++i) {
+        const float t = static_cast<float>(i) / kPieces;
+        const Vec2 to = d.mouth_front * ((1 - t) * (1 - t)) + sag * (2 * t * (1 - t)) +
+                        d.mouth_corner * (t * t);
+        const float away = segmentDistance(side, from, to);
+        if (away < nearest) {
+            nearest = away;
+            along = t;
+            const Vec2 step = to - from, place = side - from;
+            above = step.x * place.y - step.y * place.x > 0 ? 1.0f : -1.0f;
+        }
+        from = to;
+    }
+    // The lips thin out towards the corner, where a fold remains.
+    const float lip = d.lips * (1 - 0.65f * along * along);
+    const float across = nearest / lip;
+    c = mix(c, d.lip_colour, d.lip_flush * (1 - smoothstep(0.75f, 1.1f, across)));
+    // Both are round: light on their upper side, shade below them.
+    c *= 1 + above * 0.10f * bell(across - 0.75f, 0.22f);
+    c += Vec3{1, 0.97f, 0.92f} * (0.12f * bell(across - (above > 0 ? 0.8f : 0.35f), 0.16f));
+    c *= 1 - (above > 0 ? 0.10f : 0.26f) * bell(across - 1.25f, 0.22f);
+    const float half = mix(0.0040f, 0.0022f, along);
+    return c * (1 - mix(0.80f, 0.50f, along) * (1 - smoothstep(0.6f * half, 1.8f * half, nearest)));
+}
+
 Vec3 bodyColour(const Fish& fish, const Skin& skin, const BodyPoint& p) {
     const Detail& d = skin.detail;
     Vec3 c = skin.body(p);
@@ -60,6 +94,7 @@ Vec3 bodyColour(const Fish& fish, const Skin& skin, const BodyPoint& p) {
     const Scale s = scaleAt(p.along, p.girth, d.scale);
     const float scaly = behind_gill * (1 - smoothstep(0.9f, 1.0f, p.along));
     c *= 1 + scaly * (d.scale_tint * s.tint + d.scale_depth * (0.45f * s.dome - 1.1f * s.edge));
+    c = mix(c, c * 0.45f + Vec3{0.55f, 0.53f, 0.52f}, scaly * d.pearl * s.pearl);
     const float sheen = mix(1.0f, 0.55f + 0.9f * s.dome * (1 - s.edge) + 0.25f * s.tint, scaly);
     c *= 0.96f + 0.08f * mottle(p, 0.09f, 31);
     c *= 0.985f + 0.03f * mottle(p, 0.02f, 37);
@@ -82,10 +117,7 @@ Vec3 bodyColour(const Fish& fish, const Skin& skin, const BodyPoint& p) {
         c *= 1 - 0.10f * here * bell(cheek, 0.006f);
     }
 
-    const float mouth = segmentDistance(side, d.mouth_front, d.mouth_corner);
-    c *= 1 - 0.72f * (1 - smoothstep(0.002f, 0.0075f, mouth));
-    const float lip = segmentDistance(side - Vec2{0, 0.013f}, d.mouth_front, d.mouth_corner);
-    c += Vec3{1, 0.95f, 0.9f} * (0.05f * (1 - smoothstep(0.003f, 0.009f, lip)));
+    c = withMouth(c, d, side);
 
     // The socket shades the skin around the eye; the nostril lies between eye and snout.
     const float eye = length(side - fish.eye.place) / fish.eye.radius;

@@ -14,9 +14,13 @@ struct Detail {
     float scale = 0.030f;       ///< Size of a scale.
     float scale_depth = 0.1f;   ///< Strength of the scales' edges, 0..1.
     float scale_tint = 0.05f;   ///< Difference of brightness from scale to scale.
+    float pearl = 0;            ///< Strength of a pale dot in the middle of each scale, 0..1.
     Vec2 gill{0.27f, 0};        ///< Middle of the gill cover's rear edge, side view.
     float gill_height = 0.11f;  ///< Half its height.
-    Vec2 mouth_front{0, 0}, mouth_corner{0.06f, -0.02f};  ///< The mouth's line.
+    Vec2 mouth_front{0, 0}, mouth_corner{0.06f, -0.02f};  ///< Ends of the mouth's line.
+    float lips = 0.010f;                                  ///< Thickness of a lip in front.
+    Vec3 lip_colour{1, 1, 1};                             ///< What the lips take on,
+    float lip_flush = 0;                                  ///< and how much, 0..1.
     float gloss = 0.12f;  ///< Brightness of the wet sheen along the upper flank.
 };
 

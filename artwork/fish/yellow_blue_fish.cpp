@@ -1,78 +1,39 @@
 // A deep yellow angelfish with wavy blue lines that run on into its fins.
-#include "fish/skin.h"
+#include "fish/reef_fish.h"
 
 using namespace art;
 
 namespace {
 
 Fish anatomy() {
-    Fish f;
+    Fish f = reefFish();
     f.body.top = {{0, 0.002f},     {0.03f, 0.030f}, {0.08f, 0.074f}, {0.15f, 0.140f},
                   {0.25f, 0.216f}, {0.38f, 0.264f}, {0.52f, 0.258f}, {0.70f, 0.186f},
                   {0.88f, 0.090f}, {1.0f, 0.064f}};
     f.body.bottom = {{0, -0.026f},     {0.03f, -0.044f}, {0.08f, -0.072f}, {0.15f, -0.116f},
                      {0.25f, -0.176f}, {0.38f, -0.224f}, {0.52f, -0.228f}, {0.70f, -0.168f},
                      {0.88f, -0.082f}, {1.0f, -0.060f}};
-    f.body.width = {{0, 0.012f},     {0.05f, 0.036f}, {0.14f, 0.066f}, {0.28f, 0.086f},
-                    {0.50f, 0.076f}, {0.78f, 0.038f}, {0.95f, 0.018f}, {1.03f, 0}};
-    f.body.widest = 0.5f;
     f.body.keel = 1.18f;
-    f.body.stations = {0,     0.03f, 0.08f, 0.14f, 0.21f, 0.30f,
-                       0.40f, 0.51f, 0.62f, 0.74f, 0.87f, 1.03f};
-    f.body.half_sides = 7;
-
-    Fin tail;
-    tail.part = Part::TAIL;
+    // High fins with round corners, and a round tail.
+    Fin& tail = finOf(f, Part::TAIL);
     tail.root = {{0.955f, 0.062f}, {0.970f, 0}, {0.955f, -0.062f}};
     tail.margin = {
         {1.190f, 0.165f}, {1.232f, 0.100f}, {1.245f, 0}, {1.232f, -0.100f}, {1.190f, -0.165f}};
     tail.columns = 8;
     tail.rows = 2;
-
-    Fin dorsal;
-    dorsal.part = Part::DORSAL;
+    Fin& dorsal = finOf(f, Part::DORSAL);
     dorsal.root = {
         {0.22f, 0.180f}, {0.40f, 0.240f}, {0.60f, 0.210f}, {0.78f, 0.120f}, {0.90f, 0.066f}};
     dorsal.margin = {{0.260f, 0.270f}, {0.40f, 0.350f},  {0.56f, 0.385f}, {0.74f, 0.400f},
                      {0.88f, 0.345f},  {0.955f, 0.230f}, {0.955f, 0.130f}};
-    dorsal.columns = 12;
-    dorsal.rows = 2;
-    dorsal.ripple = 0.010f;
-
-    Fin anal;
-    anal.part = Part::ANAL;
+    Fin& anal = finOf(f, Part::ANAL);
     anal.root = {{0.47f, -0.205f}, {0.62f, -0.180f}, {0.78f, -0.110f}, {0.90f, -0.062f}};
     anal.margin = {
         {0.520f, -0.290f}, {0.63f, -0.345f}, {0.78f, -0.350f}, {0.90f, -0.280f}, {0.955f, -0.130f}};
-    anal.columns = 9;
-    anal.rows = 2;
-    anal.ripple = 0.010f;
-
-    Fin pelvic;
-    pelvic.part = Part::PELVIC;
+    Fin& pelvic = finOf(f, Part::PELVIC);
     pelvic.root = {{0.31f, -0.180f}, {0.365f, -0.200f}};
     pelvic.margin = {{0.43f, -0.375f}, {0.46f, -0.345f}, {0.45f, -0.265f}};
-    pelvic.columns = 3;
-    pelvic.rows = 2;
-    pelvic.paired = true;
-    pelvic.splay = 15;
-    pelvic.paddle = 6;
-
-    Fin pectoral;
-    pectoral.part = Part::PECTORAL;
-    pectoral.root = {{0.295f, -0.025f}, {0.305f, -0.080f}};
-    pectoral.margin = {{0.440f, 0.015f}, {0.470f, -0.045f}, {0.445f, -0.100f}, {0.395f, -0.135f}};
-    pectoral.columns = 5;
-    pectoral.rows = 2;
-    pectoral.paired = true;
-    pectoral.splay = 34;
-    pectoral.paddle = 24;
-
-    f.fins = {tail, dorsal, anal, pelvic, pectoral};
     f.eye = {{0.132f, 0.050f}, 0.031f, 0.28f};
-    f.swim = {18, 0.70f, 0.10f};
-    f.length = 40;
-    f.centre = 0.57f;
     return f;
 }
 
@@ -134,12 +95,10 @@ Pixel finColour(const FinPoint& p) {
 
 int main(int, char** arguments) {
     const std::string folder = std::string(arguments[1]) + "/models/reeffishes/";
-    Skin skin{bodyColour, finColour, {}, {rgb(255, 196, 60), rgb(150, 96, 24), 0.55f}};
+    Skin skin{
+        bodyColour, finColour, reefFishDetail(), {rgb(255, 196, 60), rgb(150, 96, 24), 0.55f}};
     skin.detail.scale = 0.024f;
     skin.detail.scale_depth = 0.08f;
-    skin.detail.gill = {0.268f, -0.02f};
-    skin.detail.gill_height = 0.13f;
-    skin.detail.mouth_front = {-0.01f, -0.014f};
     skin.detail.mouth_corner = {0.038f, -0.030f};
     const Fish fish = anatomy();
     saveFish(fish, 20, folder + "gsbfish.nlm");
