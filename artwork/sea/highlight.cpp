@@ -25,9 +25,9 @@ struct Glint {
 };
 
 std::vector<Glint> chooseGlints() {
-    Random random(99);
+    Random random(7);
     std::vector<Glint> glints;
-    for (int i = 0; i < 90; ++i) {
+    for (int i = 0; i < 240; ++i) {
         const float size = std::pow(random.unit(), 2.0f);
         glints.push_back({random.range(0, kTileWidth), random.range(0, kTileDepth),
                           mix(0.06f, 0.33f, size), mix(0.050f, 0.070f, size),
@@ -75,8 +75,12 @@ float glitter(float x, float away) {
     const float drifts = fractalNoise({x * 0.16f, away * 0.20f, 0.5f}, 3, 77);
     const float patches = fractalNoise({x * 0.62f, away * 0.80f, 3.5f}, 2, 78);
     const float gusts = smoothstep(-0.06f, 0.32f, drifts + 1.1f * patches);
+    // And each tile shows other ones of its glints than its neighbours.
+    const float chosen = gradientNoise({x * 0.95f, away * 1.5f, 7.5f}, 79) +
+                         0.6f * gradientNoise({x * 1.9f, away * 3.1f, 1.5f}, 80);
+    const float some = smoothstep(0.02f, 0.16f, chosen);
     const float border = smoothstep(24.4f, 20, std::fabs(x)) * smoothstep(41.6f, 38, away);
-    return near * far * mix(0.35f, 1.0f, path) * gusts * border;
+    return near * far * mix(0.35f, 1.0f, path) * gusts * some * border;
 }
 
 }  // namespace
