@@ -380,20 +380,24 @@ Growth leather(uint32_t seed, float radius) {
     Growth cap;
     constexpr int kAround = 120, kTop = 20, kFoot = 10;
     const float where = static_cast<float>(seed % 37);
+    const auto folds = [where](float angle) {
+        return std::sin(angle * 8 + 1.6f * std::sin(angle * 2 + where) + where) +
+               0.35f * std::sin(angle * 19 + 2 * where);
+    };
     const auto point = [&](float angle, float t) {
         // The cap rolls over its rim, which runs in folds; below it narrows to the foot.
-        const float fold = std::sin(angle * 7 + 1.6f * std::sin(angle * 2 + where) + where);
+        const float fold = folds(angle);
         if (t <= 1) {
             const float r =
                 radius * t * (1 + (0.07f * std::sin(angle * 3 + where) + 0.06f * fold) * t);
             const float y =
-                radius * (0.50f + 0.16f * t * t - 0.20f * t * t * t * t + 0.16f * fold * t * t);
+                radius * (0.50f + 0.16f * t * t - 0.20f * t * t * t * t + 0.22f * fold * t * t * t);
             return Vec3{std::cos(angle) * r, y, std::sin(angle) * r};
         }
         const float u = t - 1;
         const float r = radius * mix(1.0f + 0.06f * fold, 0.36f, std::sqrt(u));
         const float y = radius * (mix(0.46f, -0.15f, u) - 0.16f * std::sin(kPi * std::sqrt(u)) +
-                                  0.16f * fold * (1 - u));
+                                  0.22f * fold * (1 - u));
         return Vec3{std::cos(angle) * r, y, std::sin(angle) * r};
     };
     for (int j = 0; j <= kTop + kFoot; ++j)
@@ -405,16 +409,21 @@ Growth leather(uint32_t seed, float radius) {
         }
     skin(cap.mesh, 0, kTop + kFoot, kAround);
     bendByHeight(cap, radius * 0.7f, 0.03f * radius);
-    cap.material = [seed](Vec2 t, Vec3 p) {
-        Vec3 c = mix(rgb(196, 128, 104), rgb(226, 166, 128),
+    cap.material = [seed, folds](Vec2 t, Vec3 p) {
+        Vec3 c = mix(rgb(186, 122, 104), rgb(226, 172, 140),
                      clamp01(0.5f + 0.8f * fractalNoise(p * 3, 3, seed + 1)));
-        c = c * mix(1.0f, 0.80f, smoothstep(1.1f, 2.0f, t.y));
-        // Polyps dot the top.
-        const Cell polyp = cellNoise(p * 17, seed + 3);
-        c = mix(c, rgb(246, 214, 176),
-                0.75f * (1 - smoothstep(0.15f, 0.45f, polyp.nearest)) *
-                    (1 - smoothstep(1.0f, 1.2f, t.y)));
-        return Paint{c, rough(p * 16, 1, seed + 2) * 0.3f};
+        c = c * mix(1.0f, 0.72f, smoothstep(1.1f, 2.0f, t.y));
+        // The folds' valleys keep their shade, their crests are worn pale.
+        const float fold =
+            0.75f * folds(t.x) * smoothstep(0.35f, 1.0f, t.y) * (1 - smoothstep(1.0f, 1.6f, t.y));
+        c = mix(c * (1 + 0.28f * std::min(fold, 0.0f)), rgb(250, 222, 192), 0.40f * clamp01(fold));
+        // Polyps stand on all of the top, each in its own little shade.
+        const Cell polyp = cellNoise(p * 15, seed + 3);
+        const float top = 1 - smoothstep(1.05f, 1.25f, t.y);
+        c = c * (1 - 0.34f * top * smoothstep(0.30f, 0.55f, polyp.nearest));
+        c = mix(c, rgb(255, 232, 200), 0.80f * top * (1 - smoothstep(0.10f, 0.34f, polyp.nearest)));
+        const Vec3 away = p * 15 - polyp.point;
+        return Paint{c, away * (0.8f * top) + rough(p * 16, 1, seed + 2) * 0.3f};
     };
 
     return cap;
@@ -473,16 +482,19 @@ Growth brain(uint32_t seed, Vec3 radii, Vec3 ridge, Vec3 groove) {
     skin(growth.mesh, 0, kDown, kAround);
     growth.bend.assign(growth.mesh.vertices.size(), 0);
     // As many windings to the unit on a large dome as on a small one.
-    const float windings = 0.75f * radii.x;
+    const float windings = 0.92f * radii.x;
     growth.material = [=](Vec2 t, Vec3 p) {
         const Labyrinth& maze = labyrinth();
         const float x = t.x * windings + where * 0.37f, y = t.y * windings;
         const float v = maze(x, y), e = 1.5f / 256;
         const float dx = maze(x + e, y) - v, dy = maze(x, y + e) - v;
-        Vec3 c = mix(mix(groove, ridge, 0.25f), ridge, smoothstep(0.15f, 0.75f, v));
-        c = c * (1 + 0.20f * fractalNoise(p * 2.2f, 3, seed + 3));
+        // Narrow grooves, not quite dark, and a pale crest; older parts of the dome are darker.
+        Vec3 c = mix(mix(groove, ridge, 0.40f), ridge, smoothstep(0.05f, 0.50f, v));
+        c = mix(c, c * 0.6f + Vec3{0.40f, 0.39f, 0.34f}, 0.45f * smoothstep(0.72f, 0.95f, v));
+        c = c * (1 + 0.30f * fractalNoise(p * 2.2f, 3, seed + 3)) *
+            (1 + 0.22f * fractalNoise(p * 21, 2, seed + 4));
         // The picture's axes lie along x and z near the top, which is where the sun shows relief.
-        return Paint{c * mix(0.78f, 1.05f, smoothstep(0, 0.6f, v)), Vec3{-dx, 0, -dy} * 0.9f};
+        return Paint{c * mix(0.80f, 1.05f, smoothstep(0, 0.5f, v)), Vec3{-dx, 0, -dy} * 0.8f};
     };
     return growth;
 }
@@ -518,8 +530,8 @@ Growth rock(uint32_t seed, Vec3 radii, float roughness) {
         c = mix(c, rgb(136, 142, 78), 0.65f * smoothstep(0.08f, 0.28f, n3 + 0.3f * n));
         c = mix(c, rgb(228, 164, 92), 0.75f * smoothstep(0.22f, 0.34f, -n2 + 0.3f * n3));
         c = mix(c, rgb(150, 108, 176), 0.60f * smoothstep(0.26f, 0.36f, -n3 - 0.2f * n2));
-        c = c * (0.86f + 0.22f * smoothstep(0, 0.45f, knob.second - knob.nearest)) *
-            (0.78f + 0.24f * smoothstep(0.10f, 0.34f, hole.nearest)) * (1 + 0.30f * grain);
+        c = c * (0.74f + 0.36f * smoothstep(0, 0.40f, knob.second - knob.nearest)) *
+            (0.68f + 0.36f * smoothstep(0.08f, 0.32f, hole.nearest)) * (1 + 0.40f * grain);
         const Vec3 away = normalize(warped * 4.2f - knob.point);
         return Paint{
             c, away * (0.40f * smoothstep(0.1f, 0.6f, knob.nearest)) + rough(p * 9, 3, 97) * 0.95f};
