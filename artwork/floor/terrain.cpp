@@ -157,6 +157,8 @@ public:
             sun = std::min(sun, mix(1, group.light->sun(point, up, 0.045f), fade));
             sky = std::min(sky, mix(1, group.light->sky(point, up), fade));
         }
+        // Bright sand all round gives back most of what the corals take.
+        sky = std::min(1.0f, 1.15f * sky);
         const float dim = 0.35f + 0.65f * sky;
         return Vec3{0.56f, 0.53f, 0.50f} * (sun * mix(0.6f, 1.0f, sky)) +
                Vec3{0.44f, 0.47f, 0.50f} * dim;
@@ -412,7 +414,7 @@ Image paintFloor() {
     parallelFor(kTexels, [&](int row) {
         const float z = worldZ(static_cast<float>(row) + 0.5f);
         // Water colour grows with distance; the fog takes over behind.
-        const Vec3 water = mix({1, 1, 0.985f}, {0.80f, 0.99f, 0.99f}, smoothstep(9, 34, z));
+        const Vec3 water = mix({1, 1, 0.985f}, {0.84f, 1.0f, 0.985f}, smoothstep(11, 35, z));
         for (int column = 0; column < kTexels; ++column) {
             const float x = worldX(static_cast<float>(column) + 0.5f);
             Vec3& c = image.at(column, row).colour;
