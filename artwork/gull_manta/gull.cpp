@@ -14,7 +14,7 @@ using namespace art;
 namespace {
 
 /// File units per unit of the drawing: the eye finds the gull first, wherever on its way it is.
-constexpr float kSize = 1.7f;
+constexpr float kSize = 2.0f;
 constexpr int kGlide = 20, kBetween = 3, kFly = 20, kFrames = kGlide + kBetween + kFly;
 
 // Body: 0 at the bill's tip, 1 at the root of the tail; heights and widths in file units.
@@ -341,7 +341,7 @@ Vec3 wingColour(float along, float chord, bool above) {
         return c * (1 - 0.07f * band(chord, 0.30f, 0.60f, 0.2f) * (1 - along));
     // Sun shines through the hem of the flight feathers.
     const float through = 0.10f * smoothstep(0.5f, 1.0f, chord) * (1 - black);
-    return c * Vec3{0.72f + through, 0.78f + through * 0.9f, 0.87f + through * 0.5f} *
+    return c * Vec3{0.67f + through, 0.74f + through * 0.9f, 0.85f + through * 0.5f} *
            (1 - 0.14f * smoothstep(0.18f, 0.0f, along));
 }
 
