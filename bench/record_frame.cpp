@@ -17,11 +17,12 @@ bool recording = false;
 
 template <class Value>
 void keep(const Value& value) {
-    static_assert(sizeof value % sizeof(uint32_t) == 0);
+    constexpr size_t size = sizeof value;
+    static_assert(size % sizeof(uint32_t) == 0);
     std::vector<uint32_t>& words = trace.words;
     const size_t end = words.size();
-    words.resize(end + sizeof value / sizeof(uint32_t));
-    std::memcpy(&words[end], &value, sizeof value);
+    words.resize(end + size / sizeof(uint32_t));
+    std::memcpy(&words[end], &value, size);
 }
 
 template <class... Arguments>

@@ -255,6 +255,7 @@ std::vector<PART_FIGURES> measureParts(const std::vector<TRACE>& traces) {
     const std::map<std::string, double> times = timeParts(false);
     const std::map<std::string, double> full = timeParts(true);
     std::vector<PART_FIGURES> figures;
+    figures.reserve(times.size());
     for (const auto& [name, time] : times)
         figures.push_back({name, time, full.at(name)});
     size_t trace = 0;

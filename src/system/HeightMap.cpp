@@ -72,7 +72,7 @@ void HeightMap::freeVertices() {
 }
 
 int HeightMap::getHeightData(int x, int y) const {
-    if (!mapdata)
+    if (!mapdata || mapsize_x < 1 || mapsize_y < 1)
         return 0;
     const int64_t index = int64_t{y % mapsize_y} * mapsize_x + x % mapsize_x;
     return index >= 0 && index < numMapPixels ? mapdata[index] : 0;
