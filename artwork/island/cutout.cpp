@@ -1,11 +1,12 @@
 // Turns a ray-traced picture into a card of the scene: half the size, its reflection and the blue
 // below the waterline, foam along it, an empty rim and colour under the transparency.
 //
-// cutout DATA_DIR FILE PICTURE.png WATERLINE DEPTH HAZE FOAM
+// cutout DATA_DIR FILE PICTURE.png WATERLINE DEPTH HAZE FOAM NARROWER
 //   WATERLINE  as a share of the height, from the top
 //   DEPTH      how far down the water lets things be seen, as a share of the height
 //   HAZE       how much of the air's colour lies over it, 0..1
 //   FOAM       half the thickness of the line of foam, in texels
+//   NARROWER   how many columns become one at last
 #include <cstdlib>
 #include <string>
 #include <vector>
@@ -93,8 +94,8 @@ void clearSides(Image& image, float waterline) {
 }  // namespace
 
 int main(int argc, char** argv) {
-    if (argc != 8)
-        fail("usage: cutout DATA_DIR FILE PICTURE.png WATERLINE DEPTH HAZE FOAM");
+    if (argc != 9)
+        fail("usage: cutout DATA_DIR FILE PICTURE.png WATERLINE DEPTH HAZE FOAM NARROWER");
     const auto number = [&](int i) { return static_cast<float>(std::atof(argv[i])); };
     Image image = shrunk(loadPng(argv[3]), 2, 2);
     const float height = static_cast<float>(image.height()), waterline = number(4) * height;
@@ -104,6 +105,7 @@ int main(int argc, char** argv) {
     sink(image, waterline, number(5) * height);
     foam(image, waterline, number(7));
     clearSides(image, waterline);
+    image = shrunk(image, std::atoi(argv[8]), 1);
     for (int y = 0; y < image.height(); ++y)
         for (int x = 0; x < image.width(); ++x)
             if (std::min(std::min(x, y), std::min(image.width() - 1 - x, image.height() - 1 - y)) <
