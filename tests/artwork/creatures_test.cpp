@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <ostream>
 
 #include "data_files.h"
 
@@ -14,6 +15,8 @@ struct Wanted {
     int frames;
     size_t fewest, most;  ///< triangles
 };
+
+void PrintTo(const Wanted& wanted, std::ostream* out) { *out << wanted.name; }
 
 class Models : public testing::TestWithParam<Wanted> {};
 

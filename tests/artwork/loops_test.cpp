@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <ostream>
 
 #include "data_files.h"
 
@@ -50,6 +51,8 @@ struct Animation {
     bool multiplies;  ///< darkens what it lies on
     float jump;       ///< how far a step may exceed the usual one; glints come and go in bursts
 };
+
+void PrintTo(const Animation& animation, std::ostream* out) { *out << animation.name; }
 
 class Animations : public testing::TestWithParam<Animation> {
 protected:

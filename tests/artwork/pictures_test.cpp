@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <ostream>
 
 #include "data_files.h"
 
@@ -14,6 +15,8 @@ struct Wanted {
     int bits;
     int smallest;  ///< texels along the longer side
 };
+
+void PrintTo(const Wanted& wanted, std::ostream* out) { *out << wanted.name; }
 
 std::string withoutSlashes(const testing::TestParamInfo<Wanted>& info) {
     std::string name = info.param.name;

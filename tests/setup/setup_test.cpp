@@ -18,6 +18,7 @@
 #include <QSignalSpy>
 #include <QSlider>
 #include <map>
+#include <ostream>
 
 #include "Marivista.h"
 #include "dialog.h"
@@ -292,6 +293,8 @@ struct SCHOOL {
     const char* shown;
     const char* saved;
 };
+
+void PrintTo(const SCHOOL& school, std::ostream* out) { *out << school.stored; }
 
 class SetupSchool : public SetupTest, public testing::WithParamInterface<SCHOOL> {};
 
