@@ -413,8 +413,10 @@ Image paintFloor() {
     const Shade shade;
     parallelFor(kTexels, [&](int row) {
         const float z = worldZ(static_cast<float>(row) + 0.5f);
-        // Water colour grows with distance; the fog takes over behind.
-        const Vec3 water = mix({1, 1, 0.985f}, {0.84f, 1.0f, 0.985f}, smoothstep(11, 35, z));
+        // Warm before the eye; the water's colour grows with distance, and the fog takes over
+        // behind.
+        const Vec3 near = mix({1, 0.970f, 0.935f}, {1, 1, 0.985f}, smoothstep(5, 21, z));
+        const Vec3 water = mix(near, {0.84f, 1.0f, 0.985f}, smoothstep(11, 35, z));
         for (int column = 0; column < kTexels; ++column) {
             const float x = worldX(static_cast<float>(column) + 0.5f);
             Vec3& c = image.at(column, row).colour;
