@@ -234,7 +234,7 @@ void paintStone(Image& image, const Ground& ground, const Stone& stone) {
                                fractalNoise(around * 3.1f + Vec3{0, 9, 0}, 2, stone.seed + 2),
                                fractalNoise(around * 3.1f + Vec3{0, 0, 5}, 2, stone.seed + 3)};
             const Vec3 n = normalize(normalize(around * scale) + wrinkle * 0.55f);
-            const float light = 0.58f + 0.12f * n.y + 0.60f * std::max(0.0f, dot(n, sun));
+            const float light = 0.62f + 0.14f * n.y + 0.72f * std::max(0.0f, dot(n, sun));
             const float foot = smoothstep(-0.25f, 0.45f, around.y);
             const Vec3 c =
                 stone.colour * (1 + stone.mottle * wrinkle.x) * light * mix(0.62f, 1.0f, foot);
@@ -246,8 +246,8 @@ void paintStones(Image& image) {
     const Ground ground;
     Random random(4711);
     std::vector<Stone> stones;
-    const Vec3 colours[] = {rgb(226, 208, 180), rgb(208, 186, 160), rgb(222, 160, 170),
-                            rgb(200, 156, 170), rgb(184, 180, 136), rgb(244, 234, 212)};
+    const Vec3 colours[] = {rgb(238, 212, 172), rgb(222, 186, 146), rgb(232, 158, 166),
+                            rgb(208, 150, 172), rgb(200, 184, 124), rgb(250, 236, 208)};
     const auto colour = [&] { return colours[random.index(6)]; };
     // Rubble: thick round the gardens, thinning outwards; a litter of bits elsewhere.
     for (const Footprint& f : kFootprints) {
