@@ -1,12 +1,13 @@
 #!/bin/sh
-# Takes the pictures of docs/pictures anew: the four views under both skies, and close-ups of the
-# animals cut out of large pictures. Look at every one before committing it.
+# Takes the pictures of docs/pictures anew: the views, at moments at which something happens, and
+# close-ups of the animals cut out of large pictures. Look at every one before committing it.
 set -eu
 top=$(cd "$(dirname "$0")/.." && pwd)
 out="$top/docs/pictures"
 folder=$(mktemp -d)
 trap 'rm -rf "$folder"' EXIT
 mkdir -p "$out"
+echo "SkyType=0" >"$folder/cloudy"
 echo "SkyType=1" >"$folder/clear"
 
 # jpeg NAME [CONVERT ARGUMENTS...]: stores the picture just taken.
@@ -17,12 +18,18 @@ jpeg() {
     echo "$out/$name.jpg"
 }
 
-for view in bottom middle top low; do
-    "$top/scripts/snapshot.sh" "$folder/picture.png" --view $view --seed 2 --seconds 20
-    jpeg $view
-    "$top/scripts/snapshot.sh" "$folder/picture.png" --view $view --seed 2 --seconds 20 --config "$folder/clear"
-    jpeg $view-clear
-done
+# view NAME VIEW SEED SECONDS SKY
+view() {
+    "$top/scripts/snapshot.sh" "$folder/picture.png" --view "$2" --seed "$3" --seconds "$4" \
+        --config "$folder/$5"
+    jpeg "$1"
+}
+
+view bottom bottom 4 22 cloudy
+view middle middle 4 22 cloudy
+view top top 3 42 cloudy
+view top-clear top 4 22 clear
+view low low 9 50 cloudy
 
 # close_up NAME ANIMAL SEED SECONDS VIEW WIDTH: 4:3, WIDTH pixels of a picture 2560 wide.
 close_up() {
@@ -39,8 +46,8 @@ close_up() {
     jpeg "$1" -crop "${width}x$height+$left+$upper" +repage -resize 800x600
 }
 
-close_up school school 1 29 bottom 640
-close_up hunter hunter 1 33 bottom 640
+close_up school school 11 15 bottom 640
+close_up hunter hunter 11 19 bottom 720
 close_up big-fish big 2 18 bottom 800
-close_up manta manta 2 24 bottom 560
-close_up gull gull 3 42 middle 360
+close_up manta manta 4 22 bottom 560
+close_up gull gull 3 42 middle 480
