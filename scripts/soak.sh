@@ -12,8 +12,8 @@ if [ "${1:-}" != --on-display ]; then
     exec scripts/with-display.sh nice "$0" --on-display "${1:-60}"
 fi
 minutes=$2
-# KiB. On a busy machine the renderer lags behind and holds on to a few more of its vertex buffers,
-# of half a mebibyte or one each, than it ever did before; that ends, a leak does not.
+# KiB. What a rare moment needs for the first time, the renderer compiles when it comes; that ends, a
+# leak does not.
 allowed=4096 # from the end of the first minute to that of the last
 allowed_late=1024 # in the second half
 

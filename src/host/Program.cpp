@@ -1,3 +1,4 @@
+#include <malloc.h>
 #include <unistd.h>
 
 #include <QApplication>
@@ -169,6 +170,9 @@ int runSaver(QApplication& application, const ARGUMENTS& arguments) {
 int main(int argc, char* argv[]) {
     // A signal that ends us would take with it what waits to be written to a log.
     std::setvbuf(stdout, nullptr, _IOLBF, 0);
+    // The driver's vertex buffers, half a mebibyte and more, come and go with every frame. Among
+    // smaller things they would leave holes, and memory would grow for hours.
+    mallopt(M_MMAP_THRESHOLD, 256 * 1024);
     ARGUMENTS arguments = parseArguments(std::vector<std::string>(argv + (argc > 0), argv + argc),
                                          std::getenv("XSCREENSAVER_WINDOW"));
     for (const std::string& line : arguments.complaints)
