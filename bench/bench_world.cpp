@@ -34,7 +34,7 @@ namespace bench {
 double cpuTime() { return milliseconds(CLOCK_PROCESS_CPUTIME_ID); }
 double wallTime() { return milliseconds(CLOCK_MONOTONIC); }
 
-World::World(int school, bool sound) : context(WIDTH, HEIGHT) {
+World::World(int school, bool sound, int camerapos) : context(WIDTH, HEIGHT) {
     ticks = 0;
     random_state = 1;
     if (!context.ok())
@@ -43,6 +43,7 @@ World::World(int school, bool sound) : context(WIDTH, HEIGHT) {
     scene->loadSettings(WIDTH, HEIGHT);
     scene->wantedwssettings.boidcount = school;
     scene->wantedwssettings.soundOn = sound;
+    scene->wantedwssettings.camerapos = camerapos;
     const double cpu = cpuTime(), wall = wallTime();
     scene->buildWorld();
     loading_cpu_ms = cpuTime() - cpu;

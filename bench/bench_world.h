@@ -28,7 +28,10 @@ struct PART {
 /// One scene at a time: the clock is everybody's. Time and chance start anew with each.
 class World {
 public:
-    explicit World(int school = 10, bool sound = false);
+    /// The camera as the setting CameraPos has it; LEVEL is none of its values: the lower end of
+    /// the automatic camera's way, at rest.
+    explicit World(int school = 10, bool sound = false, int camerapos = 0);
+    static constexpr int LEVEL = 4;
     ~World();
     World(const World&) = delete;
     World& operator=(const World&) = delete;

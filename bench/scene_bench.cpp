@@ -63,9 +63,9 @@ struct SERIES {
 };
 
 /// Of so many frames out of a minute, what advancing and what drawing costs.
-SERIES measureFrames(int school, int frames, bool rasterising) {
+SERIES measureFrames(int school, int frames, bool rasterising, int camerapos = 0) {
     frames /= haste;
-    World world(school);
+    World world(school, false, camerapos);
     const int stride = FRAMES_IN_A_MINUTE / frames;
     SERIES series;
     rasterise(rasterising);
@@ -308,6 +308,12 @@ int report(const char* trace_file) {
     const std::vector<double> advance = measureAdvance(10, 5000);
     const SERIES submitted = measureFrames(10, 600, false);
     const SERIES full = measureFrames(10, 200, true);
+    const struct {
+        const char* name;
+        SERIES frames;
+    } views[] = {{"- camera at the top", measureFrames(10, 60, true, 1)},
+                 {"- camera in the middle", measureFrames(10, 60, true, 2)},
+                 {"- camera at the bottom", measureFrames(10, 60, true, World::LEVEL)}};
     const std::vector<PART_FIGURES> figures = measureParts(traces);
 
     double load = 0;
@@ -328,6 +334,8 @@ int report(const char* trace_file) {
     row("advancing", advance, 0.1);
     row("advancing and submitting, nothing rasterised", sums(submitted), 5);
     row("advancing, submitting and rasterising", sums(full), 50);
+    for (const auto& view : views)
+        row(view.name, sums(view.frames), 50);
     const double ratio = median(replays.scene) / median(replays.replay);
     std::printf(
         "| advancing and submitting, by the bare replay (%.3f ms by %.3f ms) | %.2f | | "
