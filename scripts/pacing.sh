@@ -8,7 +8,7 @@ cd "$top"
 seconds=${1:-60}
 scripts/deps.sh
 cmake --preset release >/dev/null
-cmake --build --preset release --target atollia.kss standin_saver data >/dev/null
+cmake --build --preset release --target atollia.kss standin_saver window_start data >/dev/null
 
 tmp=$(mktemp -d)
 pids=""
@@ -50,9 +50,6 @@ frames() { # per second
     awk -v n=$(($(grep -c '^frame$' "$tmp/out") - before)) -v s="$seconds" \
         'BEGIN { printf "%.1f", n / s }'
 }
-peak_memory() {
-    awk '/^VmHWM:/ { printf "%.0f MiB", $2 / 1024 }' "/proc/$pid/status"
-}
 hide() {
     xdotool windowunmap --sync "$window"
     sleep 2
@@ -69,6 +66,7 @@ standin="$top/build/release/tests/host/standin_saver"
 export STANDIN_COUNTS=1
 demo="-demo -geometry 640x480+20+10"
 
+echo "In a window of 1280 x 720, with sound: $(build/release/bench/window_start "$saver")"
 echo "Processor time of one core, $seconds s each:"
 # shellcheck disable=SC2086  # options
 {
@@ -82,10 +80,6 @@ echo "Processor time of one core, $seconds s each:"
     echo "  covered    $(processor)"
     stop
     kill $! 2>/dev/null || true
-    start "$saver" -demo -geometry 1280x720+0+0
-    sleep 5
-    echo "Peak memory in a window of 1280 x 720, with silent sound: $(peak_memory)"
-    stop
     echo "Frames per second of a scene that costs nothing:"
     start "$standin" $demo
     echo "  software renderer   $(frames)"
