@@ -1,7 +1,6 @@
 #include "host/Ending.h"
 
 #include <X11/Xlib.h>
-#include <X11/Xproto.h>
 #include <fcntl.h>
 #include <unistd.h>
 
@@ -55,15 +54,6 @@ void handle(int number, void (*handler)(int)) {
 
 int onLostConnection(Display*) { _exit(0); }
 
-/// Errors mean nothing, windows may go at any time; but one is the last chance to end in peace.
-/// Mesa's software renderer asks for the size of its window with every frame, takes whatever its
-/// memory holds for the answer when there is none, and crashes in drawing.
-int onError(Display*, XErrorEvent* error) {
-    if (error->request_code == X_GetGeometry && error->error_code == BadDrawable)
-        _exit(0);
-    return 0;
-}
-
 void onMessage(QtMsgType type, const QMessageLogContext& context, const QString& message) {
     // The toolkit says this just before it exits with an error of its own.
     if (message.startsWith(QLatin1String("The X11 connection broke")))
@@ -83,7 +73,6 @@ void onMessage(QtMsgType type, const QMessageLogContext& context, const QString&
 
 Ending::Ending(std::function<void()> stop) : stop_drawing(std::move(stop)) {
     XSetIOErrorHandler(onLostConnection);
-    XSetErrorHandler(onError);
 
     sigevent event = {};
     event.sigev_notify = SIGEV_SIGNAL;

@@ -462,7 +462,8 @@ TEST_F(Faults, EndsWithTheHostsWindowWheneverItGoes) {
 TEST_F(Faults, EndsWhenTheHostsWindowGoesInTheMiddleOfAFrame) {
     for (int i = 0; i < 5; ++i) {
         const xcb_window_t host = hostWindow();
-        Process saver = start(host, {"LATE_ANSWER=200"});
+        Process saver = start(host, {"LATE_ANSWER=200", "LD_PRELOAD=" LATE_ANSWER,
+                                     "ASAN_OPTIONS=verify_asan_link_order=0"});
         ASSERT_TRUE(waitForPicture(saver));
         saver.wait(static_cast<int>(chance() % 300));
         client.destroy(host);

@@ -1,5 +1,5 @@
 // An X server that takes its time: answers about sizes come as many milliseconds later as
-// LATE_ANSWER says. Takes the place of the library's function in everything the program loads.
+// LATE_ANSWER says. To be loaded before the X library.
 #include <X11/Xlib.h>
 #include <dlfcn.h>
 #include <unistd.h>
