@@ -1,6 +1,7 @@
 // What the scene costs, as a page of markdown: scene_bench TRACE [--quick], TRACE being what
 // record_frame wrote; quick, it measures a twentieth of the frames. Times are processor time of all
 // threads together, so that other work on the machine disturbs them as little as possible.
+#include <malloc.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -121,6 +122,7 @@ double peakMemoryMib() {
 
 /// The part of a start that happens in the new process.
 int startHere(double fork_time, bool sound) {
+    mallopt(M_MMAP_THRESHOLD, 256 * 1024);  // as the program does
     World world(10, sound);
     if (!world.ok())
         return 1;
