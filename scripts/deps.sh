@@ -1,5 +1,7 @@
 #!/bin/sh
-# Installs the Debian packages that building, running and testing need. Quiet when all are there.
+# Installs the Debian packages that building, running and testing need, and those named. Quiet when
+# all are there.
+#   deps.sh [PACKAGE...]
 set -eu
 
 build="cmake ninja-build g++ pkg-config git
@@ -13,7 +15,7 @@ hosts="xscreensaver mate-screensaver xsecurelock dbus xdotool x11-utils"
 packaging="dpkg-dev lintian desktop-file-utils appstream groff"
 
 missing=""
-for package in $build $artwork $run $tests $hosts $packaging; do
+for package in $build $artwork $run $tests $hosts $packaging "$@"; do
     dpkg-query -W -f '${db:Status-Status}' "$package" 2>/dev/null | grep -qx installed ||
         missing="$missing $package"
 done

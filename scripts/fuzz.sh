@@ -10,13 +10,7 @@ seconds=${1:-60}
 [ $# -eq 0 ] || shift
 [ $# -gt 0 ] || set -- texture height_map md3 md2 font language settings sound
 
-scripts/deps.sh
-if ! command -v clang++ >/dev/null || ! ls /usr/lib/llvm-*/lib/clang/*/lib/linux/libclang_rt.fuzzer-"$(uname -m)".a >/dev/null 2>&1; then
-    root=""
-    [ "$(id -u)" -eq 0 ] || root="sudo"
-    DEBIAN_FRONTEND=noninteractive $root apt-get install -y -qq --no-install-recommends \
-        clang libclang-rt-14-dev >/dev/null
-fi
+scripts/deps.sh clang libclang-rt-14-dev
 cmake --preset fuzz >/dev/null
 for target in "$@"; do
     cmake --build build/fuzz --target "fuzz_$target"

@@ -4,13 +4,7 @@
 set -eu
 top=$(cd "$(dirname "$0")/.." && pwd)
 cd "$top"
-scripts/deps.sh
-if ! command -v clang-tidy >/dev/null; then
-    root=""
-    [ "$(id -u)" -eq 0 ] || root="sudo"
-    DEBIAN_FRONTEND=noninteractive $root apt-get install -y -qq --no-install-recommends \
-        clang-tidy >/dev/null
-fi
+scripts/deps.sh clang-tidy
 cmake --preset release -DCMAKE_EXPORT_COMPILE_COMMANDS=ON >/dev/null
 # Some sources include what the build makes first.
 cmake --build --preset release --target atollia.kss snapshot scene_bench >/dev/null

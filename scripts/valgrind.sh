@@ -7,13 +7,7 @@ set -eu
 top=$(cd "$(dirname "$0")/.." && pwd)
 cd "$top"
 if [ "${1:-}" != --on-display ]; then
-    scripts/deps.sh
-    if ! command -v valgrind >/dev/null; then
-        root=""
-        [ "$(id -u)" -eq 0 ] || root="sudo"
-        DEBIAN_FRONTEND=noninteractive $root apt-get install -y -qq --no-install-recommends \
-            valgrind >/dev/null
-    fi
+    scripts/deps.sh valgrind
     cmake --preset release >/dev/null
     cmake --build --preset release --target atollia.kss data >/dev/null
     exec scripts/with-display.sh "$0" --on-display "${1:-60}"
