@@ -90,7 +90,7 @@ int main(int argc, char** argv) {
         fail("usage: highlight DATA_DIR");
     const std::string folder = argv[1];
 
-    Image map(256, 128, {kGlint, 0});
+    Image map(256, 256, {kGlint, 0});
     for (int y = 0; y < map.height(); ++y)
         for (int x = 0; x < map.width(); ++x) {
             const float u = (static_cast<float>(x) + 0.5f) / static_cast<float>(map.width());
