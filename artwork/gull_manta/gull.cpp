@@ -169,9 +169,6 @@ void Gull::tail() {
 
 // ---- Flight ----
 
-/// It is mostly seen from the side: level wings would show nothing but their edges.
-constexpr float kLean = 13;
-
 /// Everything that moves in one frame. Gliding and the start of the beat share their pose, so that
 /// changing from one to the other does not jump.
 struct Posture {
@@ -181,10 +178,16 @@ struct Posture {
     float heave = 0;        ///< Of the body.
     float tail = 0;         ///< Degrees the tail is bent down.
     float tail_roll = 0;
-    float lean = kLean;  ///< Degrees the whole bird banks to its left.
+    float lean = 0;  ///< Degrees the whole bird banks to its right.
 };
 
-constexpr float kGlideArm = 17, kGlideHand = -3, kGlideSweep = 7;
+// It is mostly seen from the side and from little below: a level wing would show nothing but its
+// edge, its tip a black spot on the body. Banked, one wing stands above the body and one hangs
+// below it.
+constexpr float kLean = 28, kGlideArm = 9, kGlideHand = -16, kGlideSweep = 18;
+// The beat. The hand follows the arm late: bent up on the way down, hanging on the way up. So one
+// of them always shows its face.
+constexpr float kBeatArm = 13, kArmReach = 29, kHandReach = 33, kLate = 1.3f;
 
 Posture posture(int frame) {
     Posture p;
@@ -205,17 +208,18 @@ Posture posture(int frame) {
     }
     const float t =
         frame < kGlide + kBetween ? 0.0f : static_cast<float>(frame - kGlide - kBetween) / kFly;
-    // Up first. The hand follows the arm late: bent up on the way down, hanging on the way up.
-    const float beat = 2 * kPi * t, late = 0.6f, reach = 40;
+    const float start = std::asin((kGlideArm - kBeatArm) / kArmReach);
+    const float beat = 2 * kPi * t + start;
     for (const int i : {0, 1}) {
-        p.arm[i] = kGlideArm + 31 * std::sin(beat);
-        p.hand[i] = kGlideHand + reach * (std::sin(beat - late) + std::sin(late));
+        p.arm[i] = kBeatArm + kArmReach * std::sin(beat);
+        p.hand[i] = kGlideHand + kHandReach * (std::sin(beat - kLate) - std::sin(start - kLate));
     }
-    const float recover = std::max(0.0f, std::sin(beat - kPi * 1.1f));
-    p.sweep = kGlideSweep + 20 * recover * recover;
-    p.twist = 9 * (std::sin(beat + kPi) * 0.3f - std::cos(beat) + 1) * 0.5f;
-    p.heave = -0.32f * std::sin(beat);
-    p.tail = 3 * std::sin(beat);
+    const float up = std::cos(beat) - std::cos(start), high = std::sin(beat) - std::sin(start);
+    p.sweep = kGlideSweep + 8 * up;
+    p.twist = -4.5f * up;
+    p.heave = -0.32f * high;
+    p.tail = 3 * high;
+    p.lean = kLean - 8 * high;
     return p;
 }
 
