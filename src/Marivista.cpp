@@ -16,6 +16,11 @@ namespace {
 constexpr int ANIMATION_FRAMES = 32;
 constexpr Uint32 ANIMATION_FRAME_MS = 50;
 
+/// A tick that is longer, in milliseconds, is no frame but time that nobody has seen: the process
+/// was stopped, the window hidden, the monitor asleep, or the clock, which may follow that on the
+/// wall, was set back.
+constexpr Uint32 LONGEST_FRAME = 60000;
+
 /// Wider areas are drawn with this aspect all the same.
 constexpr double MAX_ASPECT = 1.35;
 
@@ -614,6 +619,9 @@ void CMarivistaScreensaver::updateScene() {
     const Uint32 now = SDL_GetTicks();
     lastframetime = now - timer;
     timer = now;
+    const bool unseen = lastframetime > LONGEST_FRAME;
+    if (unseen)
+        skipUnseenTime(now);
 
     fpstimer += lastframetime;
     ++framecounter;
@@ -659,8 +667,17 @@ void CMarivistaScreensaver::updateScene() {
     for (int i = 0; i < numFish; ++i)
         fishmove[i].move();
 
-    if (autocameramove)
+    if (autocameramove && !(unseen && autoCameraDirection != 0))
         autoCameraMove();
+}
+
+// For whatever would not get over such a step soon: fish would have to swim back for as long as
+// they swam away.
+void CMarivistaScreensaver::skipUnseenTime(Uint32 now) {
+    water.timer = terrain.timer = now;
+    fishsteering.timer = vmove1.timer = huntmove1.timer = now;
+    for (int i = 0; i < numFish; ++i)
+        fishmove[i].timer = now;
 }
 
 void CMarivistaScreensaver::addGullWaypoints(bool reverse) {

@@ -142,6 +142,7 @@ private:
     void moveManta();
     void autoCameraMove();
     void playRandomGullsound();
+    void skipUnseenTime(Uint32 now);
 
     /// Frame of the 20 pictures-a-second animations that is due now.
     static int animationFrame();

@@ -4,6 +4,7 @@
 
 #include <cmath>
 #include <string>
+#include <vector>
 
 #include "scene_fixture.h"
 
@@ -51,6 +52,16 @@ protected:
             const GLVector3 p = flyer->getPositionVector();
             ASSERT_LT(std::sqrt(p.x * p.x + p.y * p.y + p.z * p.z), 60.0f);
         }
+        // Nobody sees an animal that is much farther away than the reef is wide.
+        std::vector<ModelCore*> swimmers = {&s.vegetarian1, &s.hunter1};
+        for (int i = 0; i < s.numFish; ++i)
+            swimmers.push_back(&s.fish[i]);
+        for (int i = 0; i < s.boidcount; ++i)
+            swimmers.push_back(&s.fishcrowd[i]);
+        for (ModelCore* swimmer : swimmers) {
+            const GLVector3 p = swimmer->getPositionVector();
+            ASSERT_LT(std::hypot(p.x, p.y, p.z), 60.0f);
+        }
         const float overshoot =
             static_cast<float>(step) * static_cast<float>(s.wantedwssettings.cameraspeed) / 1000;
         ASSERT_GE(s.camera.rotationX, -25.0f - overshoot);
@@ -86,6 +97,24 @@ TEST_F(SoakTest, AProcessStoppedForHoursGoesOn) {
     run(60000, 10, 100);
     run(10 * HOUR, 10 * HOUR, 1);
     run(60000, 10, 1);
+}
+
+TEST_F(SoakTest, AWallClockThatIsSetBackGoesOn) {
+    run(60000, 10, 100);
+    update(0u - 3000);
+    run(60000, 10, 1);
+    EXPECT_LT(scene().water.curoffset1, 7.0f);
+}
+
+TEST_F(SoakTest, AStopWhileTheCameraTravelsTakesItNoFurther) {
+    while (scene().autoCameraDirection == 0)
+        update(10);
+    update(1000);
+    const float pitch = scene().camera.rotationX;
+    update(10 * HOUR);
+    EXPECT_EQ(scene().camera.rotationX, pitch);
+    update(1000);
+    EXPECT_FLOAT_EQ(scene().camera.rotationX, pitch - 4);
 }
 
 }  // namespace
