@@ -505,6 +505,8 @@ void KMarivistaSetup::init() {
     texts.setLanguage(language_code.c_str());
     const auto text = [&texts](const char* key) { return QString::fromUtf8(texts.getString(key)); };
 
+    pages.clear();
+    sellist->clear();
     const struct {
         const char* key;
         QFrame* frame;
@@ -560,6 +562,7 @@ void KMarivistaSetup::init() {
     sky_radio2->setText(text("cloudless"));
 
     camera_txt->setTitle(text("cameratext"));
+    camerapos_combo->clear();
     for (const char* key : {"automatic", "top", "middle", "bottom"})
         camerapos_combo->addItem(text(key));
     scrollspeed_txt->setText(text("scrollspeed"));
@@ -603,11 +606,12 @@ void KMarivistaSetup::fitTexts() {
 void KMarivistaSetup::readConfig() {
     KConfig file(settingsPath(), KConfig::SimpleConfig);
     const KConfigGroup keys = settingsKeys(file);
+    const SaverSettings defaults;
     for (const SETTING& setting : settings_written) {
         if (setting.number)
-            settings.*setting.number = keys.readEntry(setting.key, settings.*setting.number);
+            settings.*setting.number = keys.readEntry(setting.key, defaults.*setting.number);
         else
-            settings.*setting.flag = keys.readEntry(setting.key, settings.*setting.flag);
+            settings.*setting.flag = keys.readEntry(setting.key, defaults.*setting.flag);
     }
 }
 

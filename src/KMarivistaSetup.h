@@ -100,11 +100,12 @@ public:
     std::vector<FramePage> pages;  ///< in the order of the list
 
 public slots:
-    /// Reads settings and texts and fills every control. The constructor calls it last.
+    /// Reads settings and texts and fills every control anew. The constructor calls it last.
     virtual void init();
     /// Saves `settings` and closes the dialog. When they cannot be saved, says so in one message
     /// and leaves dialog and file as they are.
     virtual void writeConfig();
+    /// Replaces all of `settings`; a key that is missing gets its default.
     virtual void readConfig();
     /// Shows the address in the person's browser.
     virtual void leftClickedURL(const QString& url);

@@ -343,6 +343,34 @@ TEST_F(SetupTest, MissingFileShowsTheDefaults) {
     EXPECT_EQ(dialog.restbottom_slider->value(), 30);
 }
 
+TEST_F(SetupTest, ReadingAgainForgetsWhatWasNotSaved) {
+    folder.write("BoidCount=5\n");
+    Dialog dialog;
+    dialog.settings.boidcount = 15;
+    dialog.settings.fishcount = 3;
+    dialog.settings.fish_dot = false;
+    dialog.readConfig();
+    EXPECT_EQ(dialog.settings.boidcount, 5);
+    EXPECT_EQ(dialog.settings.fishcount, 10);
+    EXPECT_TRUE(dialog.settings.fish_dot);
+}
+
+TEST_F(SetupTest, StartingAgainShowsEverythingOnce) {
+    Dialog dialog;
+    dialog.open();
+    dialog.changePage(SKY);
+    folder.write("FishCount=7\n");
+    dialog.init();
+    EXPECT_EQ(dialog.pages.size(), 7u);
+    EXPECT_EQ(dialog.sellist->count(), 7);
+    EXPECT_EQ(dialog.sellist->currentRow(), 0);
+    EXPECT_EQ(dialog.camerapos_combo->count(), 4);
+    EXPECT_EQ(dialog.fishcount_slider->value(), 7);
+    EXPECT_TRUE(dialog.page_intro->isVisible());
+    EXPECT_FALSE(dialog.page_sky->isVisible());
+    EXPECT_EQ(dialog.windowTitle(), "Atollia einrichten");
+}
+
 TEST_F(SetupTest, NonsenseInTheFileShowsSomethingAndDoesNotCrash) {
     folder.write("BoidCount=many\nFishCount=99999999999999\nSkyType=\nFishRed=perhaps\n\0\xff[");
     Dialog dialog;
