@@ -112,8 +112,6 @@ bool CMarivistaScreensaver::readSettings() {
         else
             wantedwssettings.*setting.flag = readBool(setting.key, wantedwssettings.*setting.flag);
     closeSettingsFile();
-    limitFish(&wantedwssettings.boidcount, "BoidCount");
-    limitFish(&wantedwssettings.fishcount, "FishCount");
     return true;
 }
 
@@ -233,6 +231,8 @@ void CMarivistaScreensaver::loadModels() {
 }
 
 bool CMarivistaScreensaver::initScene() {
+    limitFish(&wantedwssettings.boidcount, "BoidCount");
+    limitFish(&wantedwssettings.fishcount, "FishCount");
     fpstext.setRenderColor(GLColor(1, 1, 1, 1));
     fpstext.setScreensize(resolution_x, resolution_y);
     fpstext.setFontfile(dataFile("font.nlf").c_str());

@@ -76,6 +76,29 @@ TEST_P(SettingsMatrix, BuildsRunsAndEndsTwice) {
     std::remove(file.c_str());
 }
 
+class Limits : public SceneTest {};
+
+TEST_F(Limits, AreSetToTheWorldAndNotToTheRecordThatIsRead) {
+    const std::string file =
+        testing::TempDir() + "atollia-limits-" + std::to_string(getpid()) + ".config";
+    std::ofstream(file) << "BoidCount=2147483647\nFishCount=2000\n";
+    make();
+    scene().settings_file = QString::fromStdString(file);
+    testing::internal::CaptureStdout();
+    scene().loadSettings(640, 480);
+    EXPECT_EQ(settings().boidcount, 2147483647);
+    EXPECT_EQ(settings().fishcount, 2000);
+    EXPECT_EQ(testing::internal::GetCapturedStdout(), "");
+    testing::internal::CaptureStdout();
+    build();
+    EXPECT_EQ(testing::internal::GetCapturedStdout(),
+              "BoidCount 2147483647 is more than 1000, running with 1000\n"
+              "FishCount 2000 is more than 1000, running with 1000\n");
+    EXPECT_EQ(scene().boidcount, MAX_FISH);
+    EXPECT_EQ(scene().numFish, MAX_FISH - 4);
+    std::remove(file.c_str());
+}
+
 INSTANTIATE_TEST_SUITE_P(Shards, SettingsMatrix, testing::Range(0, 10));
 
 }  // namespace
