@@ -56,6 +56,18 @@ public:
     bool resetEvents() override;
     bool processSDLEvents(SDL_Event* event) override;
 
+    // The steps of initScene and updateScene that stand alone.
+    void loadTextures();
+    void loadModels();
+    /// Four points there, or back if reverse is set.
+    void addGullWaypoints(bool reverse);
+    /// Six points there, or back if reverse is set.
+    void addMantaWaypoints(bool reverse);
+    void moveGull();
+    void moveManta();
+    void autoCameraMove();
+    void playRandomGullsound();
+
     SaverSettings wantedwssettings;
     bool init = false;
     Uint32 timer;  ///< Tick count of the previous update, milliseconds.
@@ -120,8 +132,6 @@ public:
     SingleFishMovement huntmove1;
 
 private:
-    void loadTextures();
-    void loadModels();
     void initSound();
     void initCamera();
     void initGull();
@@ -136,12 +146,6 @@ private:
     void initCorals();
     void initWaterAndQuads();
 
-    void addGullWaypoints(bool reverse);
-    void addMantaWaypoints(bool reverse);
-    void moveGull();
-    void moveManta();
-    void autoCameraMove();
-    void playRandomGullsound();
     void skipUnseenTime(Uint32 now);
 
     /// Frame of the 20 pictures-a-second animations that is due now.

@@ -329,6 +329,36 @@ TEST_F(TickTest, GullsCallEveryTwentyToThirtySeconds) {
         EXPECT_THAT(test::sounds, testing::Contains(call));
 }
 
+TEST_F(TickTest, AGullThatIsSwitchedOffNeitherMovesNorIsDrawnNorCalls) {
+    make();
+    noFish();
+    settings().soundOn = true;
+    build();
+    tick(10);
+    scene().bird_gull = false;
+    test::sounds.clear();
+    const GLVector3 place = scene().gull.getPositionVector();
+    const int phase = scene().gull_nextani;
+    for (int i = 0; i < 4000; ++i)
+        update(10);
+    test::clear();
+    scene().renderScene();
+    EXPECT_EQ(scene().gull.getPositionVector(), place);
+    EXPECT_EQ(scene().gull_nextani, phase);
+    for (const Draw& draw : draws())
+        EXPECT_NE(draw.texture[0], scene().tex_gull.id);
+    EXPECT_TRUE(test::sounds.empty());
+}
+
+TEST_F(TickTest, WithoutAPlayerACallIsSilent) {
+    quiet();
+    ASSERT_EQ(scene().sound, nullptr);
+    test::setRandom({});
+    scene().playRandomGullsound();
+    EXPECT_EQ(test::randomLeft(), 0u);
+    test::seedRandom(1);
+}
+
 TEST_F(TickTest, NoCallsWithoutSoundOrGull) {
     for (const bool gull : {false, true}) {
         make();
