@@ -532,7 +532,6 @@ void QModel::adopt(MESH& mesh) {
     framedata = std::move(mesh.framedata);
     indices = std::move(mesh.indices);
     texindices = std::move(mesh.texindices);
-    blended.reset(new GLVector3[NumVerts]);
     loaded = true;
 }
 
@@ -636,7 +635,8 @@ void QModel::renderTriangles(Positioned position) {
         const GLVector2& tex = coordinates[texcorners[c]];
         const GLVector3& pos = position(i);
         glNormal3f(normal.x, normal.y, normal.z);
-        object->textureCoord(tex.x, tex.y);
+        if (object)
+            object->textureCoord(tex.x, tex.y);
         glVertex3f(pos.x, pos.y, pos.z);
     }
     glEnd();
@@ -649,10 +649,7 @@ void QModel::renderKeyframe() {
 
 void QModel::renderSingleFrame(int frame) {
     if (frame >= NumFrames) {
-        // Said once: an empty model is drawn again with every frame.
-        if (!reported)
-            std::printf("frame >= NumFrames\n");
-        reported = true;
+        std::printf("frame >= NumFrames\n");
         return;
     }
     actframe = keyframe(frame);
@@ -663,7 +660,8 @@ void QModel::renderSingleFrame(int frame) {
 void QModel::renderAnimation() {
     if (!actframe)
         return;
-    if (!(renderobj->flags & INTERPOLATION)) {
+    // Without a step since the last single frame there is nothing to blend towards.
+    if (!nextframe || !renderobj || !(renderobj->flags & INTERPOLATION)) {
         renderKeyframe();
         return;
     }
@@ -675,6 +673,8 @@ void QModel::renderAnimation() {
 void QModel::blend() {
     if (blendedact == actframe && blendednext == nextframe && blendedval == interpolation_val)
         return;
+    if (!blended)
+        blended.reset(new GLVector3[NumVerts]);
     for (int v = 0; v < NumVerts; ++v)
         blended[v] = linearInterpolation(&actframe->vertices[v].pos, &nextframe->vertices[v].pos,
                                          interpolation_val);

@@ -33,7 +33,7 @@ struct MDX_FRAMEDATA {
 /// A triangle mesh stored once per keyframe, its frame ranges and the one clock that plays them.
 /// Shared by any number of ModelCore objects, all of which show the same moment of the animation.
 /// An empty model (nothing loaded, a load that failed, after cleanup) may be used like any other
-/// and draws nothing.
+/// and draws nothing; without an animation it says so on standard output, every time.
 class QModel {
 public:
     QModel();
@@ -112,6 +112,4 @@ private:
     MDX_FRAMEDATA* blendedact = nullptr;
     MDX_FRAMEDATA* blendednext = nullptr;
     float blendedval = 0.0f;
-
-    bool reported = false;
 };

@@ -336,6 +336,75 @@ TEST_F(Animated, DrawsOneFrameWithoutAnimations) {
     EXPECT_EQ(frameOf(model->actframe), 7);
 }
 
+TEST_F(Animated, SaysWhenASingleFrameIsNotThere) {
+    step(100);
+    clear();
+    testing::internal::CaptureStdout();
+    model->renderSingleFrame(19);
+    EXPECT_EQ(testing::internal::GetCapturedStdout(), "");
+    EXPECT_EQ(vertices().size(), 3u);
+    clear();
+    testing::internal::CaptureStdout();
+    model->renderSingleFrame(20);
+    model->renderSingleFrame(1000);
+    EXPECT_EQ(testing::internal::GetCapturedStdout(), "frame >= NumFrames\nframe >= NumFrames\n");
+    EXPECT_TRUE(calls().empty());
+}
+
+TEST_F(Animated, DrawsItsKeyframeWhenThereIsNothingToBlendTowards) {
+    std::vector<SAnimation> none;
+    std::swap(model->m_anim, none);
+    core.render();
+    std::swap(model->m_anim, none);
+    ASSERT_EQ(model->nextframe, nullptr);
+    clear();
+    model->renderMesh(&core);
+    ASSERT_EQ(vertices().size(), 3u);
+    EXPECT_EQ(vertices()[0].x, 200);
+}
+
+TEST(ModelAlone, DrawsWithoutTextureForNoObject) {
+    setTicks(0);
+    QModel model;
+    load(model, ruler(2));
+    clear();
+    model.renderSingleFrame(1);
+    model.addAnimation(0, 1, "swim");
+    model.preRender();
+    model.renderAnimation();
+    model.postRender();
+    EXPECT_EQ(vertices().size(), 6u);
+    EXPECT_FALSE(wasCalled("glTexCoord2f"));
+    EXPECT_EQ(imbalance(), "");
+}
+
+TEST(ModelAlone, BlendsAMeshThatNoLoaderMade) {
+    setTicks(0);
+    QModel model;
+    model.NumFrames = 2;
+    model.NumVerts = 3;
+    model.NumTris = 1;
+    model.framedata.reset(new MDX_FRAMEDATA[2]);
+    for (int f = 0; f < 2; ++f) {
+        model.framedata[f].vertices.reset(new GLVertex[3]);
+        model.framedata[f].tex.reset(new GLVector2[3]);
+        for (int v = 0; v < 3; ++v)
+            model.framedata[f].vertices[v].pos.set(float(f), float(v), 0);
+    }
+    model.indices.reset(new GLIndex[3]{0, 1, 2});
+    model.texindices.reset(new GLIndex[3]{0, 1, 2});
+    model.addAnimation(0, 1, "swim");
+    model.setFPS(10);
+    ModelCore core;
+    core.setModel(&model);
+    advanceTicks(25);
+    clear();
+    core.render();
+    ASSERT_EQ(vertices().size(), 3u);
+    EXPECT_EQ(vertices()[2].x, 0.25f);
+    EXPECT_EQ(vertices()[2].y, 2);
+}
+
 TEST_F(Animated, AllocatesNothingWhileDrawing) {
     setCountingOnly(true);
     core.render();
@@ -402,15 +471,16 @@ TEST(EmptyModel, IsHarmlessForHours) {
     EXPECT_EQ(model.actframe, nullptr);
 }
 
-TEST(EmptyModel, SaysSoOnce) {
+TEST(EmptyModel, SaysSoEveryTime) {
     QModel model;
     ModelCore core;
     core.setModel(&model);
     testing::internal::CaptureStdout();
     clear();
-    for (int i = 0; i < 100; ++i)
+    for (int i = 0; i < 3; ++i)
         core.render();
-    EXPECT_EQ(testing::internal::GetCapturedStdout(), "frame >= NumFrames\n");
+    EXPECT_EQ(testing::internal::GetCapturedStdout(),
+              "frame >= NumFrames\nframe >= NumFrames\nframe >= NumFrames\n");
     EXPECT_TRUE(vertices().empty());
     EXPECT_EQ(imbalance(), "");
     EXPECT_EQ(model.getActFrame(), 0);
