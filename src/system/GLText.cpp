@@ -15,12 +15,12 @@ namespace {
 /// |      4 | texWidth   |     4 | texels, at least 1                               |
 /// |      8 | texHeight  |     4 | texels, at least 1                               |
 /// |     12 | intStart   |     4 | first character code                             |
-/// |     16 | intEnd     |     4 | last character code, not below the first         |
+/// |     16 | intEnd     |     4 | last character code; one below the first: none   |
 /// |     20 | characters |     4 | not read                                         |
 /// |     24 | glyphs     |    24 | each: dx, dy, tx1, ty1, tx2, ty2 as floats       |
 /// |      - | texels     |     2 | each: luminance, alpha; rows in the order of GL  |
 ///
-/// The file ends with the last texel.
+/// What follows the last texel is not read.
 constexpr size_t header_size = 24;
 constexpr size_t glyph_size = 24;
 constexpr size_t texel_size = 2;
@@ -49,13 +49,13 @@ const char* decode(const unsigned char* data, size_t size, GLFONT& font,
     if (font.texWidth < 1 || font.texWidth > max_texture_side || font.texHeight < 1 ||
         font.texHeight > max_texture_side)
         return "has a texture of impossible size";
-    if (font.intEnd < font.intStart)
-        return "has no characters";
+    if (int64_t(font.intEnd) < int64_t(font.intStart) - 1)
+        return "has its last character before its first";
 
     const uint64_t count = uint64_t(int64_t(font.intEnd) - font.intStart + 1);
     const uint64_t texel_count = uint64_t(font.texWidth) * uint64_t(font.texHeight);
-    if (size != header_size + count * glyph_size + texel_count * texel_size)
-        return "is not as long as its header says";
+    if (size < header_size + count * glyph_size + texel_count * texel_size)
+        return "is shorter than its header says";
 
     std::unique_ptr<GLFONTCHAR[]> glyphs(new GLFONTCHAR[count]);
     for (uint64_t i = 0; i < count; ++i) {
@@ -82,21 +82,15 @@ GLText::GLText(const char* file) { initialized = createFont(file); }
 GLText::~GLText() { GLText::cleanup(); }
 
 void GLText::cleanup() {
-    if (font.tex)
-        glDeleteTextures(1, &font.tex);
     delete[] font.characters;
-    font = GLFONT();
+    font.characters = nullptr;
     numcharacters = 0;
-    lineheight = 0;
-    initialized = false;
 }
 
 bool GLText::createFont(const char* file) {
     FILE* stream = fopen(file, "rb");
-    if (!stream) {
-        GLText::cleanup();
+    if (!stream)
         return false;
-    }
     std::vector<unsigned char> bytes;
     unsigned char block[4096];
     while (const size_t size = fread(block, 1, sizeof(block), stream))
@@ -106,16 +100,17 @@ bool GLText::createFont(const char* file) {
 }
 
 bool GLText::createFont(const unsigned char* data, size_t size, const char* name) {
-    GLText::cleanup();
     GLFONT decoded;
     const unsigned char* texels = nullptr;
     if (const char* fault = decode(data, size, decoded, texels)) {
         printf("GLText::createFont %s %s\n", name, fault);
         return false;
     }
+    GLText::cleanup();
     font = decoded;
-    numcharacters = font.intEnd - font.intStart + 1;
-    lineheight = font.characters[0].dy;
+    numcharacters = static_cast<int>(int64_t(font.intEnd) - font.intStart + 1);
+    if (numcharacters > 0)
+        lineheight = font.characters[0].dy;
 
     glGenTextures(1, &font.tex);
     glBindTexture(GL_TEXTURE_2D, font.tex);

@@ -15,7 +15,7 @@ struct GLFONTCHAR {
 };
 
 struct GLFONT {
-    GLuint tex = 0;                    ///< 0: none
+    GLuint tex = 0;                    ///< 0: none; goes with the GL context
     int texWidth = 0, texHeight = 0;   ///< texels
     int intStart = 0, intEnd = -1;     ///< first and last character code
     GLFONTCHAR* characters = nullptr;  ///< intEnd - intStart + 1 of them, owned
@@ -34,12 +34,13 @@ public:
     GLText(const GLText&) = delete;
     GLText& operator=(const GLText&) = delete;
 
-    /// Reads a font file into a texture; the GL context must be current. False, and no font, when
-    /// there is no such file, which is silent, or when it is broken, which prints a line.
+    /// Reads a font file into a texture; the GL context must be current. False, with everything as
+    /// it was, when there is no such file, which is silent, or when it is broken, which prints a
+    /// line. Whether text is drawn is for the caller to say, in `initialized`.
     bool createFont(const char* file);
     /// The same for the bytes of a font file; the name is for the message.
     bool createFont(const unsigned char* data, size_t size, const char* name);
-    /// Replaces the font.
+    /// Replaces the font; without one nothing is drawn.
     void setFontfile(const char* file);
     /// Size of the screen in pixels, as the text sees it: stretched over the whole viewport.
     void setScreensize(int width, int height);
@@ -47,13 +48,14 @@ public:
     void setText(const char* text);
     /// Makes the text one line, whatever it contains.
     void setSingleLineText(const char* text);
-    /// Height of a line in pixels: that of the font's first glyph.
+    /// Height of a line in pixels: that of the first glyph of the latest font that had any.
     float getLineheight() const { return lineheight; }
 
     void preRender() override;
     void renderMesh() override;
     void postRender() override;
-    /// Frees glyphs and texture; nothing is drawn until the next font.
+    /// Frees the glyphs, so that no letter is drawn until the next font. The texture stays, under
+    /// its name in `font`: whoever has the context may release it.
     void cleanup() override;
 
     GLFONT font;
