@@ -78,25 +78,22 @@ Mix_Chunk* loadWav(const char* path) {
 }  // namespace
 
 Sound::~Sound() {
-    // The mixer must not be asked to halt anything while it is closed: it forgets its channels but
-    // not how many there were.
-    if (opened_) {
-        Mix_HaltMusic();
-        Mix_HaltChannel(-1);
-    }
+    Mix_HaltMusic();
+    Mix_HaltChannel(-1);
     if (musicchunk)
         Mix_FreeChunk(musicchunk);
     musicchunk = nullptr;
     for (const SoundChannel& sound : sounds)
         Mix_FreeChunk(sound.chunk);
-    if (opened_)
-        Mix_CloseAudio();
+    // Closed, the mixer forgets its channels but not how many there were: the next one of us would
+    // halt channels that are not there.
+    Mix_AllocateChannels(0);
+    Mix_CloseAudio();
 }
 
 bool Sound::initialize() {
     if (Mix_OpenAudio(audio_rate, audio_format, audio_channels, audio_buffers) != 0)
         return false;
-    opened_ = true;
     Mix_QuerySpec(&audio_rate, &audio_format, &audio_channels);
     return true;
 }

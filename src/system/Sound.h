@@ -11,8 +11,9 @@ struct SoundChannel {
     Mix_Chunk* chunk;  ///< owned by the Sound
 };
 
-/// Owns the open audio device and what is played on it. Without a device everything here still
-/// works and nothing is heard. Use on one thread; mixing runs on a thread of the mixer's own.
+/// Owns the open audio device and what is played on it: use one at a time, for the first that goes
+/// closes the device. Without a device everything here still works and nothing is heard. Use on one
+/// thread; mixing runs on a thread of the mixer's own.
 class Sound {
 public:
     Sound() = default;
@@ -42,7 +43,4 @@ public:
     int audio_buffers = 4096;          ///< sample frames mixed at a time
     Mix_Chunk* musicchunk = nullptr;   ///< owned
     std::vector<SoundChannel> sounds;  ///< in load order
-
-private:
-    bool opened_ = false;  ///< initialize() got the device, so we give it back
 };

@@ -172,11 +172,27 @@ TEST_F(SoundTest, OpensTheDeviceAndClosesItAgain) {
     EXPECT_EQ(Mix_QuerySpec(&rate, &format, &channels), 0);
 }
 
-TEST_F(SoundTest, PlayerThatNeverOpenedClosesNothing) {
+TEST_F(SoundTest, RunsOnWhenAnotherPlayerHasClosedTheDevice) {
     Sound sound;
     ASSERT_TRUE(sound.initialize());
+    const std::string file = fileWith(wavBytes(pattern(2000, 9000, 1)));
+    sound.loadMusic(file.c_str());
+    sound.loadSound(file.c_str(), 0);
     { Sound other; }
-    EXPECT_EQ(Mix_QuerySpec(nullptr, nullptr, nullptr), 1);
+    EXPECT_EQ(Mix_QuerySpec(nullptr, nullptr, nullptr), 0);
+    sound.playMusic();
+    sound.playSound(0, 0);
+    EXPECT_EQ(Mix_Playing(-1), 0);
+}
+
+TEST_F(SoundTest, ThePlayerAfterHasAllItsChannels) {
+    { EXPECT_TRUE(Sound().initialize()); }
+    Sound sound;
+    ASSERT_TRUE(sound.initialize());
+    sound.loadSound(fileWith(wavBytes(pattern(2000, 9000, 1))).c_str(), 0);
+    for (int i = 0; i < 50; ++i)
+        sound.playSound(0, -1);
+    EXPECT_EQ(Mix_Playing(-1), MIX_CHANNELS);
 }
 
 TEST_F(SoundTest, SecondPlayerMayFindTheDeviceGone) {
