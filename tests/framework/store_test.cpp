@@ -9,6 +9,7 @@
 #include <type_traits>
 
 #include "MVSettingsDlg.h"
+#include "Marivista.h"
 #include "framework/frame_scene.h"
 
 namespace {
@@ -100,6 +101,42 @@ TEST_F(Store, ATextStaysValidUntilTheNextCall) {
     EXPECT_STREQ(frame.readString("B", ""), "second");
     EXPECT_STREQ(frame.readString("C", "third"), "third");
     frame.closeSettingsFile();
+}
+
+TEST_F(Store, WithoutAFileTheSceneKeepsItsDefaults) {
+    CMarivistaScreensaver scene;
+    EXPECT_TRUE(scene.readSettings());
+    EXPECT_EQ(scene.config, nullptr) << "open only while it is read";
+    const SaverSettings defaults;
+    for (const SETTING& setting : settings_read) {
+        if (setting.number)
+            EXPECT_EQ(scene.wantedwssettings.*setting.number, defaults.*setting.number)
+                << setting.key;
+        else
+            EXPECT_EQ(scene.wantedwssettings.*setting.flag, defaults.*setting.flag) << setting.key;
+    }
+}
+
+TEST_F(Store, TheSceneReadsEveryKeyAndWritesNone) {
+    const QByteArray text(
+        "BoidModel=1\nBoidCount=15\nFishRed=false\nFishBlue=false\nFishStripe=false\n"
+        "FishYellBlu=false\nFishDot=false\nFishBigGrey=false\nFishBigRed=false\n"
+        "FishManta=false\nBirdGull=false\nFishCount=-7\nCameraPos=99\nCameraSpeed=0\n"
+        "CameraFixTop=1\nCameraFixBottom=2\nSkyType=3\nSoundOn=false\n");
+    writeFile("Orvo Atollia", text);
+    CMarivistaScreensaver scene;
+    EXPECT_TRUE(scene.readSettings());
+    const int numbers[] = {1, 15, -7, 99, 0, 1, 2, 3};
+    int next = 0;
+    for (const SETTING& setting : settings_read) {
+        if (setting.number)
+            EXPECT_EQ(scene.wantedwssettings.*setting.number, numbers[next++]) << setting.key;
+        else
+            EXPECT_FALSE(scene.wantedwssettings.*setting.flag) << setting.key;
+    }
+    scene.wantedwssettings = SaverSettings();
+    EXPECT_TRUE(scene.writeSettings());
+    EXPECT_EQ(readFile("Orvo Atollia"), text);
 }
 
 struct VALUE {

@@ -1,12 +1,15 @@
 // Whatever a settings file asks for, the scene starts, runs and ends.
 
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <unistd.h>
 
 #include <cstdio>
 #include <fstream>
+#include <optional>
 #include <random>
 #include <string>
+#include <vector>
 
 #include "Globals.h"
 #include "scene_fixture.h"
@@ -100,5 +103,79 @@ TEST_F(Limits, AreSetToTheWorldAndNotToTheRecordThatIsRead) {
 }
 
 INSTANTIATE_TEST_SUITE_P(Shards, SettingsMatrix, testing::Range(0, 10));
+
+/// A frame whose store answers with what the test says and writes down every question.
+class NotingScene : public CMarivistaScreensaver {
+public:
+    bool openSettingsFile(const char* path, const char* name) override {
+        notes.push_back(std::string("open ") + path + ", " + name);
+        return there;
+    }
+    bool closeSettingsFile() override {
+        notes.push_back("close");
+        return true;
+    }
+    int readInt(const char* key, int def) override {
+        notes.push_back(std::string("int ") + key + " " + std::to_string(def));
+        return answer ? *answer : def;
+    }
+    bool readBool(const char* key, bool def) override {
+        notes.push_back(std::string("bool ") + key + (def ? " true" : " false"));
+        return answer ? *answer != 0 : def;
+    }
+    bool writeInt(const char* key, int value) override {
+        notes.push_back(std::string(key) + " " + std::to_string(value));
+        return true;
+    }
+
+    std::vector<std::string> notes;
+    std::optional<int> answer;
+    bool there = true;
+};
+
+const char* const OPENED = "open Software\\Orvo\\Screensavers\\Atollia, Orvo Atollia";
+
+TEST(Settings, AreAskedForInTheirOrderWithTheRecordAsDefault) {
+    NotingScene scene;
+    EXPECT_TRUE(scene.readSettings());
+    EXPECT_THAT(scene.notes,
+                testing::ElementsAre(
+                    OPENED, "int BoidModel 0", "int BoidCount 10", "bool FishRed true",
+                    "bool FishBlue true", "bool FishStripe true", "bool FishYellBlu true",
+                    "bool FishDot true", "bool FishBigGrey true", "bool FishBigRed true",
+                    "bool FishManta true", "bool BirdGull true", "int FishCount 10",
+                    "int CameraPos 0", "int CameraSpeed 4", "int CameraFixTop 30",
+                    "int CameraFixBottom 30", "int SkyType 0", "bool SoundOn true", "close"));
+    scene.answer = 0;
+    scene.readSettings();
+    scene.answer.reset();
+    scene.notes.clear();
+    scene.readSettings();
+    EXPECT_THAT(scene.notes, testing::Contains("int CameraSpeed 0"));
+    EXPECT_THAT(scene.notes, testing::Contains("bool SoundOn false"));
+}
+
+TEST(Settings, AreWrittenAsNumbersInTheirOrder) {
+    NotingScene scene;
+    scene.wantedwssettings.fish_dot = false;
+    scene.wantedwssettings.cameraspeed = 7;
+    EXPECT_TRUE(scene.writeSettings());
+    EXPECT_THAT(scene.notes,
+                testing::ElementsAre(
+                    OPENED, "BoidModel 0", "BoidCount 10", "FishRed 1", "FishBlue 1",
+                    "FishStripe 1", "FishYellBlu 1", "FishDot 0", "FishBigGrey 1", "FishBigRed 1",
+                    "FishManta 1", "FishCount 10", "BirdGull 1", "CameraPos 0", "CameraSpeed 7",
+                    "CameraFixTop 30", "CameraFixBottom 30", "SkyType 0", "SoundOn 1", "close"));
+}
+
+TEST(Settings, WithoutAStoreStayAsTheyAre) {
+    NotingScene scene;
+    scene.there = false;
+    scene.wantedwssettings.boidcount = 3;
+    EXPECT_TRUE(scene.readSettings());
+    EXPECT_TRUE(scene.writeSettings());
+    EXPECT_THAT(scene.notes, testing::ElementsAre(OPENED, OPENED));
+    EXPECT_EQ(scene.wantedwssettings.boidcount, 3);
+}
 
 }  // namespace
