@@ -3,6 +3,7 @@
 #include <SDL_timer.h>
 
 #include <cmath>
+#include <cstdint>
 
 namespace {
 
@@ -27,7 +28,7 @@ void WaterGround::modify() {
     advance(curoffset1, elapsed, 0.0035);
     advance(curoffset2, elapsed, 0.0025);
     // Segments that changed since the strip was built say nothing about it.
-    if (!initialized)
+    if (numVerts != std::int64_t{2} * numSegments_x * numSegments_y)
         return;
 
     const auto acrossX = [this](float x) {

@@ -177,6 +177,21 @@ TEST_F(WaterGroundTest, leavesAMeshAloneThatSettingsHaveLeftBehind) {
     expectSway();
 }
 
+TEST_F(WaterGroundTest, swaysAMeshMadeByHand) {
+    ground.numSegments_x = 2;
+    ground.numSegments_y = 3;
+    ground.stepsize_x = 1.5f;
+    ground.stepsize_y = 2;
+    ground.resizefactor_x = 0.5f;
+    ground.resizefactor_y = 0.25f;
+    ground.numVerts = 12;
+    ground.vertices = new MAP_VERTEX[12];
+    test::advanceTicks(100);
+    ground.modify();
+    expectSway();
+    EXPECT_NE(ground.vertices[11].modifier_y, 0);
+}
+
 TEST_F(WaterGroundTest, hasNothingToDoWithoutVertices) {
     build(3, 3);
     ground.render();
