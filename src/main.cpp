@@ -1,5 +1,7 @@
 #include "main.h"
 
+#include <SDL.h>
+
 #include <QCoreApplication>
 #include <optional>
 
@@ -18,6 +20,9 @@ EXPORTED const char* kss_version = "0.1";
 EXPORTED KScreenSaver* kss_create(WId id) {
     static std::optional<CMarivistaScreensaver> scene;
     if (!scene) {
+        // The clock counts from the first part of SDL that starts. That would be the sound, after
+        // everything in the scene has read a clock that counts from elsewhere.
+        SDL_InitSubSystem(0);
         scene.emplace();
         // The end of the application is the last moment at which a widget can be destroyed.
         qAddPostRoutine([] { scene.reset(); });

@@ -66,6 +66,17 @@ TEST(EntryPoints, ASecondSaverEmbedsTheSceneThatTheFirstOneBuilt) {
     EXPECT_EQ(scene->parentWidget(), nullptr);
 }
 
+TEST(EntryPoints, TheClockRunsOnWhileTheSoundStarts) {
+    Client client(std::getenv("DISPLAY"));
+    const std::unique_ptr<KScreenSaver> saver(kss_create(client.window(0, 0, 200, 150)));
+    auto& scene = dynamic_cast<CMarivistaScreensaver&>(*sceneOf(saver));
+    ASSERT_TRUE(QTest::qWaitFor([&] { return scene.initdone; }, 60000));
+    // What every member has read on its construction.
+    EXPECT_LE(scene.camera.timer, scene.timer);
+    EXPECT_LE(scene.cameratimer, scene.timer);
+    EXPECT_LT(SDL_GetTicks() - scene.camera.timer, 600000u);
+}
+
 TEST(EntryPoints, TheFrameIsBlackAndTheFrameRateIsShownOnRequest) {
     Client client(std::getenv("DISPLAY"));
     const std::unique_ptr<KScreenSaver> saver(kss_create(client.window(0, 0, 200, 150)));
