@@ -55,7 +55,7 @@ float relief(float x, float z) {
     const float turn = phase - std::floor(phase);
     // A long side towards the eye, a short one behind the crest.
     const float crest = turn < 0.58f ? smoothstep(0, 0.58f, turn) : 1 - smoothstep(0.58f, 1, turn);
-    return 0.085f * rippleStrength(x, z) * crest +
+    return 0.110f * rippleStrength(x, z) * crest +
            0.060f * fractalNoise({x * 0.75f, z * 0.75f, 0.5f}, 3, 517) +
            0.006f * gradientNoise({x * 7, z * 7, 0.5f}, 518);
 }
@@ -88,22 +88,24 @@ Vec3 sand(float x, float z) {
     const float broad = fractalNoise({x * 0.15f, z * 0.15f, 0.5f}, 4, 501);
     const float middle = fractalNoise({x * 0.9f, z * 0.9f, 0.5f}, 3, 502);
     const float fine = gradientNoise({x * 14, z * 14, 0.5f}, 503);
-    Vec3 c = mix(rgb(255, 255, 230), rgb(255, 250, 218), clamp01(0.45f + 1.0f * broad));
+    Vec3 c = mix(rgb(255, 254, 240), rgb(255, 249, 228), clamp01(0.45f + 1.0f * broad));
     // Bleached channels where the water runs between the mounds.
     const float channel =
         1 -
         smoothstep(0.0f, 0.11f, std::fabs(fractalNoise({x * 0.11f + 40, z * 0.07f, 0.5f}, 3, 509)));
-    c = mix(c, rgb(255, 254, 238), 0.5f * channel);
+    c = mix(c, rgb(255, 253, 246), 0.5f * channel);
     // Single grains, where the eye is near enough.
     const float grain = hashUnit(static_cast<int>(std::lround(x / kTexelX)),
                                  static_cast<int>(std::lround(z / kTexelZ)), 0, 504) -
                         0.5f;
-    c = c * (1.01f + 0.04f * middle + 0.03f * fine + 0.11f * grain * (1 - smoothstep(5, 16, z)));
+    c = c * (1.005f + 0.04f * middle + 0.03f * fine + 0.11f * grain * (1 - smoothstep(5, 16, z)));
 
     const float light = lit(dx + 0.4f * mx, dz + 0.4f * mz);
     // The short dark sides take a little of the water's colour; the sand around lights them up.
     c = c * mix(rgb(198, 207, 206), {1, 1, 1}, clamp01((light - 0.5f) / 0.5f)) *
         std::min(std::max(light, 1.0f), 1.06f);
+    // Where the sun would burn it, it keeps its hue.
+    c = c * (1 / std::max({1.0f, c.x, c.y, c.z}));
 
     const float w = weed(x, z);
     if (w > 0) {
@@ -415,8 +417,8 @@ Image paintFloor() {
         const float z = worldZ(static_cast<float>(row) + 0.5f);
         // Warm before the eye; the water's colour grows with distance, and the fog takes over
         // behind.
-        const Vec3 near = mix({1, 0.970f, 0.935f}, {1, 1, 0.985f}, smoothstep(5, 21, z));
-        const Vec3 water = mix(near, {0.84f, 1.0f, 0.985f}, smoothstep(11, 35, z));
+        const Vec3 near = mix({1, 0.982f, 0.965f}, {1, 1, 1}, smoothstep(5, 21, z));
+        const Vec3 water = mix(near, {0.84f, 1.0f, 0.985f}, smoothstep(9, 33, z));
         for (int column = 0; column < kTexels; ++column) {
             const float x = worldX(static_cast<float>(column) + 0.5f);
             Vec3& c = image.at(column, row).colour;

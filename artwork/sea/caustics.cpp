@@ -137,7 +137,7 @@ Image develop(Grid& light) {
         e = 1 - std::exp(-0.55f * std::pow(e, 1.25f));
     Grid lines = exposed;
     for (float& line : lines)
-        line = smoothstep(0.48f, 0.90f, line);
+        line = smoothstep(0.47f, 0.82f, line);
     // The sand lights up around the lines.
     Grid bloom = blurred(lines, 9);
     Image image(kSize, kSize);
@@ -146,9 +146,9 @@ Image develop(Grid& light) {
             const float glow = smoothstep(0.08f, 0.80f, at(exposed, x, y));
             const float line = at(lines, x, y);
             // Between the lines the light is warmer: there the water's own blue lies over it most.
-            const Vec3 c = mix(Vec3{0.782f, 0.782f, 0.736f}, Vec3{0.880f, 0.882f, 0.852f}, glow) +
-                           Vec3{0.11f, 0.11f, 0.12f} * (1.7f * at(bloom, x, y) * (1 - line)) +
-                           Vec3{0.12f, 0.118f, 0.148f} * line;
+            const Vec3 c = mix(Vec3{0.806f, 0.780f, 0.732f}, Vec3{0.902f, 0.890f, 0.858f}, glow) +
+                           Vec3{0.11f, 0.11f, 0.12f} * (2.0f * at(bloom, x, y) * (1 - line)) +
+                           Vec3{0.098f, 0.110f, 0.142f} * line;
             image.at(x, y).colour = {clamp01(c.x), clamp01(c.y), clamp01(c.z)};
         }
     return image;
