@@ -99,11 +99,20 @@ TEST_F(Track, PreparesTheObject) {
     expectNear(track.startPos, GLVector3(10, 0, 10), 0);
     expectNear(track.initialPos, GLVector3(10, 0, 10), 0);
     expectNear(track.initialUp, GLVector3(0, 1, 0), 0);
+    expectNear(track.initialView, object.getViewVector() - GLVector3(10, 0, 10), 0);
     EXPECT_EQ(track.time, 5000u);
     expectNear(track.p[0].point, GLVector3(10, 0, 0), 0);
     expectNear(track.p[1].point, GLVector3(10, 0, 10), 0);
     expectNear(track.p[2].point, GLVector3(0, 0, 10), 0);
     expectNear(track.p[3].point, GLVector3(0, 0, 0), 0);
+}
+
+TEST_F(Track, StartsAtTheLastPointForANegativeIndex) {
+    addSquare();
+    track.setStartpointIndex(-1);
+    EXPECT_EQ(track.getActWaypoint(), -1);
+    track.init();
+    EXPECT_EQ(track.getActWaypoint(), 3);
 }
 
 TEST_F(Track, IsStraightWithFewerThanFourPoints) {
@@ -235,6 +244,99 @@ TEST_F(Track, LooksAheadAlongTheTrack) {
     expectNear(object.getPositionVector(), GLVector3(9.5f, 0, 0));
     expectNear(object.getViewVector(), GLVector3(10, 0, 0.2f));
     expectNear(track.p[1].point, GLVector3(0, 0, 0), 0);
+}
+
+TEST_F(Track, LeavesASegmentOnlyBeyondItsEnd) {
+    addSquare();
+    track.init();
+    track.dist = 1;
+    step(0);
+    EXPECT_EQ(track.getActWaypoint(), 0);
+    expectNear(object.getPosition(), GLVector3(10, 0, 0));
+    track.dist = std::nextafter(1.0f, 2.0f);
+    step(0);
+    EXPECT_EQ(track.getActWaypoint(), 1);
+    EXPECT_EQ(track.dist, 0);
+}
+
+// The steps of a frame once more, one after the other, on a route without any symmetry.
+TEST_F(Track, EveryFrameIsTheSumOfItsSteps) {
+    const std::vector<GLVector3> route = {{1, 2, 3},  {9, 3, 1},   {14, -1, 8},
+                                          {7, 0, 15}, {-2, 4, 11}, {-6, 1, 5}};
+    // Everything beyond the end is the first point.
+    const auto point = [&](int i) { return &route[i < 0 ? 5 : i < 6 ? size_t(i) : 0]; };
+    const auto at = [&](int start, float t) {
+        const int i = t <= 1 ? start : (start + 1) % 6;
+        return catmullRomSpline(point(i - 1), point(i), point(i + 1), point(i + 2),
+                                t <= 1 ? t : t - 1);
+    };
+    for (const int flags : {0, 1, 2, 3, 6, 7, 9, 11, 15}) {
+        SCOPED_TRACE("flags " + std::to_string(flags));
+        RenderObject moved, expected;
+        moved.setPosition(14.03f, -1.02f, 8.04f);
+        AnimationTrack curve;
+        curve.setRenderObject(&moved);
+        for (const GLVector3& place : route)
+            curve.addPoint(place, 5);
+        curve.flags = static_cast<TRACK_FLAG>(flags);
+        curve.setStartpointIndex(2);
+        curve.setSpeed(0.004f);
+        curve.init();
+        expected.removeFlags(WORLD_POSITIONING);
+        expected.vPos = moved.vPos;
+        expected.vAt = moved.vAt;
+
+        const bool relative = flags & RELATIVE_MOVEMENT;
+        const GLVector3 shift = relative ? moved.getPosition() - route[2] : GLVector3();
+        int start = 2;
+        float bank = 0;
+        GLVector2 heading(0, 0);
+        for (int frame = 0; frame < 600; ++frame) {
+            // Rounding must not add up.
+            float dist = curve.dist;
+            const Uint32 elapsed = 5 + frame % 30;
+            const float probe = curve.actspeed;
+            advanceTicks(elapsed);
+            curve.move();
+
+            if (dist > 1) {
+                dist = 0;
+                start = (start + 1) % 6;
+            }
+            const GLVector3 raw = at(start, dist), place = raw + shift;
+            GLVector3 look;
+            if (flags & ROTATE_OBJECT) {
+                look = at(start, dist + 0.07f) + shift;
+                expected.setPositionVector(&place);
+                expected.setViewVector(&look);
+            } else {
+                expected.setPosition(place);
+            }
+            if (flags & ROLL_OBJECT) {
+                const GLVector3 direction = look - place;
+                const GLVector2 now(direction.x, direction.z);
+                const float wanted =
+                    frame == 0 ? 0 : angleBetweenVectors(&now, &heading) * -57.295776f * 10;
+                if (flags & SMOOTH_ROLL)
+                    approximation(&bank, wanted, 2);
+                else
+                    bank = wanted;
+                expected.setUpVector(0, 1, 0);
+                expected.roll(bank);
+                heading = now;
+            }
+            const GLVector3 next = at(start, dist + probe);
+            dist += probe * static_cast<float>(elapsed) * 0.004f / distance(&place, &next);
+
+            ASSERT_EQ(curve.getActWaypoint(), start) << frame;
+            ASSERT_NEAR(curve.dist, dist, 1e-4) << frame;
+            expectNear(moved.getPositionVector(), expected.getPositionVector(), 2e-3f);
+            expectNear(moved.getViewVector(), expected.getViewVector(), 2e-3f);
+            expectNear(moved.getUpVector(), expected.getUpVector(), 2e-2f);
+            expectNear(curve.actposition, expected.getPositionVector(), 2e-3f);
+            ASSERT_FALSE(HasFailure()) << frame;
+        }
+    }
 }
 
 TEST_F(Track, KeepsTheHeadingWithoutRotation) {
@@ -498,10 +600,35 @@ TEST_F(Track, ShowsItsWaypoints) {
         EXPECT_EQ(color, (std::array<float, 4>{first ? 1.0f : 0.0f, first ? 0.0f : 1.0f, 0, 1}));
     }
     EXPECT_EQ(vertices()[0].x, 0.15f);
+    EXPECT_EQ(vertices()[0].y, 0.15f);
     EXPECT_EQ(imbalance(), "");
     // The closing segment is there: both points behind it count as waypoint 0, so that it bulges
     // half as far as the others. The track's own segment is untouched.
     EXPECT_NEAR(places[30].args[0], 11.25, 1e-4);
     EXPECT_NEAR(places[70].args[0], -0.625, 1e-4);
     expectNear(track.p[1].point, GLVector3(0, 0, 0), 0);
+}
+
+TEST_F(Track, ShowsTheCurveThatItFollows) {
+    const std::vector<GLVector3> route = {
+        {1, 2, 3}, {9, 3, 1}, {14, -1, 8}, {7, 0, 15}, {-2, 4, 1}};
+    for (const GLVector3& place : route)
+        track.addPoint(place, 0);
+    clear();
+    track.renderWaypoints();
+    const std::vector<GL_CALL> places = callsOf("glTranslatef");
+    ASSERT_EQ(places.size(), 100u);
+    for (int i = 0; i < 5; ++i) {
+        // Beyond the end there is always waypoint 0.
+        const GLVector3* const end = &route[i + 1 < 5 ? i + 1 : 0];
+        const GLVector3* const after = &route[i + 2 < 5 ? i + 2 : 0];
+        for (int j = 0; j < 20; ++j) {
+            const GLVector3 p = catmullRomSpline(&route[i > 0 ? i - 1 : 4], &route[i], end, after,
+                                                 static_cast<float>(j) * 0.05f);
+            const std::vector<double>& args = places[static_cast<size_t>(i * 20 + j)].args;
+            EXPECT_NEAR(args[0], p.x, 1e-4);
+            EXPECT_NEAR(args[1], p.y, 1e-4);
+            EXPECT_NEAR(args[2], -p.z, 1e-4);
+        }
+    }
 }
