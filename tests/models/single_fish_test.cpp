@@ -110,6 +110,14 @@ TEST_F(SingleFish, StartsAtItsDepth) {
     EXPECT_TRUE(fish->areapolygon[3] == fish->settings.top_right);
 }
 
+TEST_F(SingleFish, StartsAgainWithoutATurn) {
+    fish->turnDirection = 1;
+    fish->animation_state = 7;
+    fish->init();
+    EXPECT_EQ(fish->turnDirection, 0);
+    EXPECT_EQ(fish->animation_state, 0);
+}
+
 TEST_F(SingleFish, DoesNothingWithoutAFish) {
     SingleFishMovement mover;
     mover.init();
@@ -160,6 +168,18 @@ TEST_F(SingleFish, DrawsAHeadingEveryFourSeconds) {
     EXPECT_EQ(fish->wanted_rotation_y, 4);
 }
 
+TEST_F(SingleFish, DrawsHeadingsBelow359Degrees) {
+    fish->init();
+    setRandom({35899, 35900});
+    step(4000);
+    EXPECT_NEAR(fish->wanted_rotation_y, 358.99f, 1e-3);
+    fish->state = 0;
+    place(-5, 12);
+    step(4000);
+    EXPECT_EQ(fish->wanted_rotation_y, 0);
+    seedRandom(4);
+}
+
 TEST_F(SingleFish, TurnsTheLongWayRound) {
     fish->init();
     fish->act_rotation_y = 350;
@@ -186,6 +206,9 @@ TEST_F(SingleFish, TurnsEvenByTheSmallestChange) {
         fish->wanted_rotation_y = -change;
         fish->updateAngle();
         EXPECT_LT(fish->turnDirection, 0) << change;
+        if (change >= 1) {
+            EXPECT_EQ(fish->turnDirection, -1);
+        }
     }
 }
 
@@ -211,6 +234,34 @@ TEST_F(SingleFish, ComesBackIntoItsArea) {
     const GLVector3 at = position();
     EXPECT_NEAR(std::hypot(at.x + 5, at.z - 12), 1.0, 0.02);
     EXPECT_NEAR(at.y, -3.5f, 0.01);
+}
+
+TEST_F(SingleFish, ReachesAPointAtItsDeviationAndGoesOnInTheSameFrame) {
+    fish->init();
+    fish->movement_point.set(-4, -3.5f, 12);
+    fish->state = 1;
+    animated.setFPS(1);
+    step(1000);
+    EXPECT_EQ(fish->state, 0);
+    EXPECT_NEAR(animated.fps, 40, 1e-3);
+    // Nothing is left of the frame's time, so the fish is where it was.
+    EXPECT_EQ(fish->elapsedtime, 0u);
+    EXPECT_TRUE(position() == GLVector3(-5, -3.5f, 12));
+    fish->movement_point.set(-3.99f, -3.5f, 12);
+    fish->state = 1;
+    step(0);
+    EXPECT_EQ(fish->state, 1);
+}
+
+TEST_F(SingleFish, FreesItselfInTheFrameAfterAHunt) {
+    fish->init();
+    fish->wanted_speed = fish->settings.hunt_speed;
+    fish->state = 4;
+    step(1000);
+    EXPECT_EQ(flights, 1);
+    EXPECT_EQ(fish->state, 0);
+    EXPECT_EQ(fish->elapsedtime, 0u);
+    EXPECT_EQ(fish->wanted_speed, 0.001f);
 }
 
 TEST_F(SingleFish, StaysInItsAreaForAnHour) {
@@ -264,6 +315,28 @@ TEST_F(SingleFish, HuntsNearbyPreyOnlyAfterFifteenSeconds) {
         }
         EXPECT_EQ(checks, away < 10 ? 1 : 2);
     }
+}
+
+TEST_F(SingleFish, HuntsUpToItsDistanceAfterFifteenSecondsToTheMillisecond) {
+    fish->settings.hunter = true;
+    fish->init();
+    const GLVector3 prey_place(5, -3.5f, 12);
+    fish->setBoidPoint(&prey_place);
+    fish->huntupdate_timer = 14999;
+    step(0);
+    EXPECT_EQ(fish->huntupdate_timer, 14999);
+    fish->huntupdate_timer = 15000;
+    step(0);
+    EXPECT_EQ(fish->huntupdate_timer, 0);
+    EXPECT_EQ(fish->state, 3);
+
+    fish->state = 0;
+    const GLVector3 beyond(5.01f, -3.5f, 12);
+    fish->setBoidPoint(&beyond);
+    fish->huntupdate_timer = 15000;
+    step(0);
+    EXPECT_EQ(fish->huntupdate_timer, 0);
+    EXPECT_EQ(fish->state, 0);
 }
 
 TEST_F(SingleFish, LeavesPreyAloneUnlessItIsAHunter) {
@@ -372,6 +445,72 @@ TEST_F(SingleFish, VariesItsSpeed) {
     EXPECT_NEAR(fish->act_angle_change, 0.048f, 1e-5);
 }
 
+TEST_F(SingleFish, DrawsSpeedsInHundredThousandths) {
+    fish->settings.variablespeed = true;
+    fish->init();
+    setRandom({0, 51});
+    step(3999);
+    EXPECT_NEAR(fish->wanted_speed, 0.00051f, 1e-8);
+    seedRandom(4);
+}
+
+TEST_F(SingleFish, KeepsItsHuntingSpeedThroughoutTheHunt) {
+    fish->settings.variablespeed = true;
+    fish->init();
+    GLVector3 far_away(60, -3.5f, 12);
+    fish->hunt(&far_away);
+    setRandom({});
+    for (int i = 0; i < 500; ++i)
+        step(10);
+    EXPECT_EQ(fish->state, 3);
+    EXPECT_EQ(fish->wanted_speed, 0.003f);
+    seedRandom(4);
+}
+
+TEST_F(SingleFish, ShowsItsTurnsOnlyIfItIsToldTo) {
+    animated.NumFrames = 40;
+    animated.addAnimation(0, 19, "swim");
+    animated.addAnimation(20, 39, "turn");
+    fish->init();
+    for (const bool shown : {false, true}) {
+        fish->settings.turn_animation = shown;
+        for (const int state : {0, 1}) {
+            SCOPED_TRACE(testing::Message() << "state " << state << ", shown " << shown);
+            place(-5, 12);
+            fish->state = state;
+            fish->movement_point.set(-5, -3.5f, 30);
+            fish->act_angle_change = 0.05f;
+            fish->act_rotation_y = 0;
+            fish->wanted_rotation_y = 100;
+            fish->animation_state = 0;
+            animated.setAnimation("swim");
+            animated.m_anim[0].cur = 19;
+            step(100);
+            EXPECT_EQ(animated.curAni, shown ? 1 : 0);
+            EXPECT_EQ(fish->animation_state, shown ? 7 : 0);
+        }
+    }
+}
+
+TEST_F(SingleFish, CountsTurnsOfMoreThanADegreeOnItsWayToAPoint) {
+    fish->settings.turn_animation = true;
+    fish->init();
+    const GLVector3 above(-5, 10, 12), beside(-5, -3.5f, 30);
+    const struct {
+        const GLVector3& point;
+        Uint32 ms;
+        int direction;
+    } turns[] = {{above, 21, 1}, {above, 19, 0}, {beside, 21, -1}, {beside, 19, 0}};
+    for (const auto& turn : turns) {
+        core.setViewVector(-4, -3.5f, 12);
+        fish->moveToPoint(&turn.point);
+        fish->turnDirection = 5;
+        fish->elapsedtime = turn.ms;
+        fish->updateDirectionVector();
+        EXPECT_EQ(fish->turnDirection, turn.direction) << turn.ms;
+    }
+}
+
 TEST_F(SingleFish, ChangesAnimationsAtTheEndOfACycle) {
     animated.NumFrames = 40;
     animated.addAnimation(0, 19, "swim");
@@ -385,6 +524,8 @@ TEST_F(SingleFish, ChangesAnimationsAtTheEndOfACycle) {
         fish->modifyTurnAnimation();
         return animated.curAni;
     };
+    EXPECT_EQ(at(19), 0);  // does not turn
+    EXPECT_EQ(fish->animation_state, 0);
     fish->turnDirection = 1;
     EXPECT_EQ(at(0), 0);
     EXPECT_EQ(at(18.9f), 0);
@@ -393,6 +534,7 @@ TEST_F(SingleFish, ChangesAnimationsAtTheEndOfACycle) {
     EXPECT_EQ(fish->animation_state, 7);
     EXPECT_EQ(turn.cur, 20);
     EXPECT_EQ(at(39), 1);
+    EXPECT_EQ(turn.cur, 39);  // goes on, instead of beginning again
     fish->turnDirection = 0;
     EXPECT_EQ(at(30), 1);
     EXPECT_EQ(at(39.5f), 0);
