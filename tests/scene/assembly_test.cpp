@@ -2,6 +2,7 @@
 
 #include <gmock/gmock.h>
 
+#include <cmath>
 #include <cstring>
 
 #include "Globals.h"
@@ -317,6 +318,266 @@ TEST_F(AssemblyTest, TheReefStandsWhereItBelongs) {
         EXPECT_EQ(sway.model.m_anim[0].end, sway.end);
         EXPECT_EQ(sway.model.fps, sway.fps);
     }
+}
+
+void expectAnimation(const QModel& model, const char* name, int start, int end, float fps,
+                     size_t count = 1) {
+    ASSERT_EQ(model.m_anim.size(), count) << name;
+    const SAnimation& animation = model.m_anim.back();
+    EXPECT_EQ(animation.name, name);
+    EXPECT_EQ(animation.start, start);
+    EXPECT_EQ(animation.end, end);
+    EXPECT_EQ(model.fps, fps) << name;
+}
+
+/// A fish in two layers: its picture and the first of the caustics.
+void expectFish(const ModelCore& fish, const QModel& model, const Texture& picture,
+                const Texture& caustics, float size, float caustics_scale) {
+    EXPECT_EQ(fish.model, &model);
+    EXPECT_EQ(fish.scalefactor.x, size);
+    EXPECT_EQ(fish.scalefactor.y, size);
+    EXPECT_EQ(fish.scalefactor.z, size);
+    EXPECT_THAT(fish.textures, ElementsAre(&picture, &caustics));
+    EXPECT_THAT(fish.texturescales, ElementsAre(1.0f, caustics_scale));
+    EXPECT_TRUE(fish.isAlphaBlending);
+    EXPECT_FALSE(fish.flags & WORLD_POSITIONING);
+}
+
+TEST_F(AssemblyTest, TheFlyersAreMadeAsTheyShould) {
+    make();
+    build();
+    const CMarivistaScreensaver& s = scene();
+    EXPECT_EQ(s.gull.model, &s.gull_model);
+    EXPECT_EQ(s.gull.scalefactor.x, 0.05f);
+    EXPECT_EQ(s.gull.getPosition(), GLVector3(0, 5.5f, 0));
+    EXPECT_FALSE(s.gull.flags & WORLD_POSITIONING);
+    EXPECT_FALSE(s.gull.isAlphaBlending);
+    EXPECT_THAT(s.gull.textures, ElementsAre(&s.tex_gull));
+    expectAnimation(s.gull_model, "fly", 23, 42, 20, 2);
+    EXPECT_EQ(s.gull_model.m_anim[0].name, "glide");
+    EXPECT_EQ(s.gull_model.m_anim[0].start, 0);
+    EXPECT_EQ(s.gull_model.m_anim[0].end, 19);
+    EXPECT_EQ(s.gull_model.curAni, 1);
+    EXPECT_EQ(s.gulltrack.renderobject, &s.gull);
+    EXPECT_EQ(s.gulltrack.startindex, 0);
+    EXPECT_EQ(s.gulltrack.speed, 0.005f);
+    EXPECT_EQ(s.gulltrack.smoothroll_step, 0.6f);
+    EXPECT_EQ(s.gulltrack.rollfactor, 10.0f);
+    EXPECT_EQ(s.gulltrack.movestyle, MOVE_SPLINE);
+
+    EXPECT_EQ(s.manta.scalefactor.x, 0.07f);
+    EXPECT_EQ(s.manta.getPosition(), GLVector3(-17, -5, 4));
+    EXPECT_THAT(s.manta.textures, ElementsAre(&s.tex_manta));
+    expectAnimation(s.manta_model, "swim", 0, 19, 6);
+    EXPECT_EQ(s.mantatrack.renderobject, &s.manta);
+    EXPECT_EQ(s.mantatrack.startindex, 0);
+    EXPECT_EQ(s.mantatrack.smoothroll_step, 2.0f);
+    EXPECT_EQ(s.mantatrack.movestyle, MOVE_SPLINE);
+}
+
+TEST_F(AssemblyTest, TheSingleFishAreMadeAsTheyShould) {
+    make();
+    build();
+    const CMarivistaScreensaver& s = scene();
+    const Texture& caustics = s.tex_caustics_fish[0];
+
+    expectFish(s.vegetarian1, s.crowd_model, s.tex_fish_yellow, caustics, 0.02f, 0.4f);
+    GLVector3 p = s.vegetarian1.getPositionVector();
+    EXPECT_EQ(p.y, -3.5f);
+    EXPECT_TRUE(p.x >= -4 && p.x <= 3 && p.z >= 3 && p.z <= 17);
+    EXPECT_EQ(s.vegetarian1.getViewVector(), p + GLVector3(1, 0, 1));
+    EXPECT_EQ(s.vmove1.model, &s.vegetarian1);
+    EXPECT_EQ(s.vmove1.settings.height, -3.5f);
+    EXPECT_FALSE(s.vmove1.settings.hunter);
+
+    expectFish(s.hunter1, s.hunter1_model, s.tex_fish_swp, caustics, 0.02f, 0.4f);
+    expectAnimation(s.hunter1_model, "swim", 20, 39, 12);
+    p = s.hunter1.getPositionVector();
+    EXPECT_EQ(p.y, -4.2f);
+    EXPECT_TRUE(p.x >= -4 && p.x <= -1 && p.z >= 3 && p.z <= 17);
+    EXPECT_EQ(s.hunter1.getViewVector(), p - GLVector3(1, 0, 0));
+    EXPECT_EQ(s.huntmove1.model, &s.hunter1);
+    EXPECT_EQ(s.huntmove1.fishboid, &s.fishsteering);
+    const SingleMovementSettings& hunt = s.huntmove1.settings;
+    EXPECT_EQ(hunt.height, -4.2f);
+    EXPECT_EQ(hunt.normal_max_speed, 0.0009f);
+    EXPECT_EQ(hunt.speed_animation_factor, 30000);
+    EXPECT_EQ(hunt.area_center, GLVector2(-4, 5.5f));
+    EXPECT_TRUE(hunt.variablespeed);
+    EXPECT_FALSE(hunt.turn_animation);
+    EXPECT_EQ(s.huntmove1.act_speed, 0.0009f);
+
+    EXPECT_THAT(s.bigfishmove.points,
+                ElementsAre(GLVector3(24, -6, 32), GLVector3(10, -6, 27), GLVector3(4, -6, 20),
+                            GLVector3(0, -6, 14), GLVector3(-2, -6, 9), GLVector3(-11, -6, 1)));
+    EXPECT_EQ(s.bigfishmove.track.speed, 0.0006f);
+    EXPECT_NE(s.bigfishmove.actmodel, nullptr);
+    const struct {
+        const ModelCore& fish;
+        const QModel& model;
+        const Texture& picture;
+        float scale, fps;
+    } big_fish[] = {{s.yellowbigfish, s.yellowbigfish_model, s.tex_fish_ybig, 0.05f, 8},
+                    {s.redbigfish, s.redbigfish_model, s.tex_fish_rbig, 0.07f, 5}};
+    for (const auto& big : big_fish) {
+        EXPECT_EQ(big.fish.model, &big.model);
+        EXPECT_EQ(big.fish.scalefactor.x, big.scale);
+        EXPECT_THAT(big.fish.textures, ElementsAre(&big.picture, &caustics));
+        EXPECT_THAT(big.fish.texturescales, ElementsAre(1.0f, 0.8f));
+        EXPECT_TRUE(big.fish.isAlphaBlending);
+        expectAnimation(big.model, "swim", 0, 19, big.fps);
+    }
+}
+
+TEST_F(AssemblyTest, ReefFishAndSchoolAreMadeAsTheyShould) {
+    make();
+    build();
+    const CMarivistaScreensaver& s = scene();
+    const Texture& caustics = s.tex_caustics_fish[0];
+    const struct {
+        const QModel& model;
+        const Texture& picture;
+        float scale;
+        int end;
+    } species[] = {{s.fish_stripe_model, s.tex_fish_moorishidol, 0.02f, 19},
+                   {s.fish_red_model, s.tex_fish_red, 0.02f, 9},
+                   {s.fish_blue_model, s.tex_fish_blue, 0.018f, 9},
+                   {s.fish_yell_blu_model, s.tex_fish_gsb, 0.02f, 19}};
+    ASSERT_EQ(s.numFish, 6);
+    for (int i = 0; i < 6; ++i) {
+        const auto& kind = species[i % 4];
+        expectFish(s.fish[i], kind.model, kind.picture, caustics, kind.scale, 0.4f);
+        const SingleMovementSettings& reef = s.fishmove[i].settings;
+        EXPECT_EQ(reef.top_left, GLVector2(-15, 25));
+        EXPECT_EQ(reef.top_right, GLVector2(14, 25));
+        EXPECT_EQ(reef.bottom_left, GLVector2(-6, 2));
+        EXPECT_EQ(reef.bottom_right, GLVector2(5, 2));
+        EXPECT_EQ(reef.area_center, GLVector2(-1, 8));
+        EXPECT_FALSE(reef.hunter);
+        EXPECT_EQ(s.fishmove[i].model, &s.fish[i]);
+        EXPECT_EQ(s.fishmove[i].areapolygon[2], GLVector2(5, 2));
+    }
+    for (const auto& kind : species)
+        expectAnimation(kind.model, "swim", 0, kind.end, kind.model.fps);
+
+    ASSERT_EQ(s.fishsteering.fishcrowd.size(), 10u);
+    EXPECT_EQ(s.fishsteering.targetpoint, s.vegetarian1.getPositionVector());
+    for (int i = 0; i < 10; ++i) {
+        expectFish(s.fishcrowd[i], s.crowd_model, s.tex_fish_yellow, caustics, 0.015f, 0.4f);
+        EXPECT_EQ(s.fishsteering.fishcrowd[static_cast<size_t>(i)].obj, &s.fishcrowd[i]);
+        EXPECT_EQ(s.fishcrowd[i].getPositionVector().y, s.fishsteering.targetpoint.y);
+    }
+    expectAnimation(s.crowd_model, "swim", 0, 9, 44);
+}
+
+TEST_F(AssemblyTest, SkyFloorWaterAndQuadsAreMadeAsTheyShould) {
+    make();
+    build();
+    const CMarivistaScreensaver& s = scene();
+    EXPECT_EQ(s.sky.skymode, SKY_PLANE);
+    EXPECT_EQ(s.sky.rotationspeed, -0.75f);
+    EXPECT_THAT(s.sky.textures, ElementsAre(&s.tex_sky));
+    EXPECT_THAT(s.skyflat.textures, ElementsAre(&s.tex_sky));
+
+    EXPECT_EQ(s.terrain.worldsize_x, 60);
+    EXPECT_EQ(s.terrain.worldsize_y, 50);
+    EXPECT_EQ(s.terrain.heightfactor, 0.015f);
+    EXPECT_EQ(s.terrain.numSegments_x, 50);
+    EXPECT_EQ(s.terrain.numSegments_y, 50);
+    EXPECT_NE(s.terrain.mapdata, nullptr);
+    EXPECT_THAT(s.terrain.textures, ElementsAre(&s.tex_terrain, &s.tex_caustics[0]));
+    EXPECT_THAT(s.terrain.texturescales, ElementsAre(1.0f, 5.0f));
+    EXPECT_FALSE(s.terrain.isAlphaBlending);
+
+    EXPECT_EQ(s.water.numSqares_x, 50);
+    EXPECT_EQ(s.water.numSqares_y, 50);
+    EXPECT_EQ(s.water.points_x[0].points_y[0].pos, GLVector3(-25, -25, 0));
+    EXPECT_THAT(s.water.textures, ElementsAre(&s.tex_water));
+    EXPECT_TRUE(s.water.isAlphaBlending);
+
+    EXPECT_THAT(s.highlight.textures, ElementsAre(&s.tex_highlight_blend, &s.tex_highlight[0]));
+    EXPECT_THAT(s.highlight.texturescales, ElementsAre(1.0f, 12.0f));
+    const struct {
+        const TexturedQuad& quad;
+        float width, height;
+        const Texture& picture;
+        bool blended;
+    } quads[] = {{s.island, 30, 30, s.tex_island, true},
+                 {s.rock2, 10, 12, s.tex_rock2, true},
+                 {s.highlight, 50, 40, s.tex_highlight_blend, true},
+                 {s.gwfader, 60, 14, s.tex_gwfader, true},
+                 {s.skyflat, 140, 100, s.tex_sky, false}};
+    for (const auto& quad : quads) {
+        EXPECT_EQ(quad.quad.size_x, quad.width);
+        EXPECT_EQ(quad.quad.size_y, quad.height);
+        EXPECT_EQ(quad.quad.textures[0], &quad.picture);
+        EXPECT_EQ(quad.quad.isAlphaBlending, quad.blended);
+    }
+
+    const struct {
+        const ModelCore& coral;
+        const QModel& model;
+        const Texture& picture;
+    } corals[] = {{s.coral_a, s.coral_a_model, s.tex_coral_a},
+                  {s.coral_b[0], s.coral_b_model, s.tex_coral_b},
+                  {s.coral_b[1], s.coral_b_model, s.tex_coral_b},
+                  {s.coral_b[2], s.coral_b_model, s.tex_coral_b},
+                  {s.coral_c, s.coral_c_model, s.tex_coral_c},
+                  {s.coral_d[0], s.coral_d_model, s.tex_coral_d},
+                  {s.coral_d[1], s.coral_d_model, s.tex_coral_d},
+                  {s.coral_f, s.coral_f_model, s.tex_coral_f},
+                  {s.coral_g, s.coral_g_model, s.tex_coral_g},
+                  {s.coral_h, s.coral_h_model, s.tex_coral_h},
+                  {s.coral_i, s.coral_i_model, s.tex_coral_i}};
+    for (const auto& coral : corals) {
+        EXPECT_EQ(coral.coral.model, &coral.model);
+        EXPECT_THAT(coral.coral.textures, ElementsAre(&coral.picture));
+        EXPECT_THAT(coral.coral.texturescales,
+                    ElementsAre(&coral.coral == &s.coral_h ? 3.0f : 1.0f));
+        EXPECT_TRUE(coral.coral.isAlphaBlending);
+    }
+}
+
+TEST_F(AssemblyTest, ChanceIsAskedInTheOrderOfTheThingsMade) {
+    make();
+    std::vector<int> chance;
+    for (int i = 0; i < 93; ++i)
+        chance.push_back(i * 37 + 11);
+    test::setRandom(chance);
+    build();
+    EXPECT_EQ(test::randomLeft(), 0u);
+    test::seedRandom(1);
+
+    CMarivistaScreensaver& s = scene();
+    const auto range = [&](size_t i, float min, float max) {
+        return min + static_cast<float>(chance[i] % std::lround((max - min) * 100)) / 100;
+    };
+    EXPECT_NEAR(s.gulltrack.waypoints[7].point.z, range(8, 5, 35), 1e-4);
+    EXPECT_NEAR(s.gulltrack.waypoints[4].point.y, range(15, 2.5f, 4.5f), 1e-4);
+    EXPECT_NEAR(s.vegetarian1.getPositionVector().x, range(16, -4, 3), 1e-4);
+    EXPECT_NEAR(s.vegetarian1.getPositionVector().z, range(17, 3, 17), 1e-4);
+    EXPECT_EQ(s.vmove1.speedtimer.act_intervall, chance[18] % 1000 + 3000);
+    EXPECT_NEAR(s.mantatrack.waypoints[0].point.z, range(19, 30, 40), 1e-4);
+    EXPECT_NEAR(s.mantatrack.waypoints[0].point.y, -range(20, 2, 4), 1e-4);
+    EXPECT_NEAR(s.mantatrack.waypoints[6].point.y, -range(42, 2, 4), 1e-4);
+    EXPECT_NEAR(s.hunter1.getPositionVector().x, range(43, -4, -1), 1e-4);
+    EXPECT_NEAR(s.hunter1.getPositionVector().z, range(44, 3, 17), 1e-4);
+    EXPECT_EQ(s.huntmove1.speedtimer.act_intervall, chance[45] % 1000 + 3000);
+    EXPECT_EQ(s.bigfishmove.reverseorder, chance[46] % 2 == 1);
+    EXPECT_EQ(s.bigfishmove.actmodel, s.bigfishmove.models[static_cast<size_t>(chance[47] % 2)]);
+    for (size_t i = 0; i < 6; ++i) {
+        // One value for the timer of every mover made, before the first fish is placed.
+        const GLVector3 p = s.fish[i].getPositionVector();
+        EXPECT_NEAR(p.x, range(54 + 3 * i, -5.5f, 6), 1e-4);
+        EXPECT_NEAR(p.z, range(55 + 3 * i, 3, 21), 1e-4);
+        EXPECT_EQ(s.fishmove[i].speedtimer.act_intervall, chance[56 + 3 * i] % 1000 + 3000);
+    }
+    for (size_t i = 0; i < 10; ++i) {
+        const GLVector3 p = s.fishcrowd[i].getPositionVector() - s.fishsteering.targetpoint;
+        EXPECT_NEAR(p.z, static_cast<float>(chance[72 + 2 * i] % 10) * 0.3f, 1e-4);
+        EXPECT_NEAR(p.x, static_cast<float>(chance[73 + 2 * i] % 10) * 0.3f - 2, 1e-4);
+    }
+    EXPECT_EQ(s.soundtimer.act_intervall, chance[92] % 10000 + 20000);
 }
 
 TEST_F(AssemblyTest, CleanupReleasesEveryGLObjectButTheFontAndMayBeRepeated) {
