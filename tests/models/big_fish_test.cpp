@@ -125,6 +125,18 @@ TEST_F(BigFish, PassesBothWaysAndWaitsBetween) {
     }
 }
 
+TEST_F(BigFish, WaitsForTenToThirtySeconds) {
+    mover.models = {&cores[0]};
+    mover.points.resize(1);
+    for (const auto& [drawn, wait] : {std::pair(19999, 29999), {20000, 10000}, {20001, 10001}}) {
+        setRandom({0, 0, drawn});
+        mover.init();
+        mover.move();
+        EXPECT_EQ(randomLeft(), 0u);
+        EXPECT_EQ(mover.nextstart, wait);
+    }
+}
+
 TEST_F(BigFish, KeepsItsPlaceInASegmentFromPassToPass) {
     mover.models = {&cores[0]};
     setRandom({0, 0, 0, 0, 0});

@@ -104,6 +104,34 @@ TEST_F(School, PlacesItsFishOnAGrid) {
     expectNear(heading(0), before);
 }
 
+TEST_F(School, BeginsAnew) {
+    FishObject& fish = one(GLVector3());
+    fish.state = 3;
+    fish.fleetimer = fish.wandertimer = fish.wander_update = 600;
+    fish.speed = 0.005f;
+    fish.id = 9;
+    school.init();
+    EXPECT_EQ(fish.state, 0);
+    EXPECT_EQ(fish.fleetimer, 0);
+    EXPECT_EQ(fish.wandertimer, 0);
+    EXPECT_EQ(fish.wander_update, 1000);
+    EXPECT_EQ(fish.speed, 0);
+    EXPECT_EQ(fish.id, 0);
+    fish.fleetimer = 900;
+    school.startFlee();
+    EXPECT_EQ(fish.fleetimer, 0);
+}
+
+TEST_F(School, SlowsDownWhileItSwims) {
+    for (auto [away, speed] : {std::pair(8.0f, 0.002f), {5.0f, 0.001f}, {4.0f, 0.0006f}}) {
+        cores.clear();
+        school.fishcrowd.clear();
+        const FishObject& fish = one(GLVector3(0, -3.5f, away), GLVector3(0, 0, -1));
+        step(10);
+        EXPECT_NEAR(fish.wanted_speed, speed, 1e-6) << away;
+    }
+}
+
 TEST_F(School, SlowsDownOnArrival) {
     FishObject& fish = one(GLVector3());
     for (auto [away, speed] : {std::pair(10.0f, 0.002f),
@@ -179,6 +207,17 @@ TEST_F(School, WandersByTheTossOfACoin) {
     EXPECT_EQ(fish.wander_update, 1000);
 }
 
+TEST_F(School, DrawsDirectionsBetweenMinusFiftyAndFifty) {
+    FishObject& fish = one(GLVector3(0, -3.5f, 2));
+    fish.wandertimer = 1000;
+    school.elapsedtime = 1;
+    setRandom({0, 10000, 19999, 9999});
+    school.wander(&fish);
+    EXPECT_EQ(randomLeft(), 0u);
+    const GLVector3 drawn(-50, 49.99f, 49.99f);
+    expectNear(fish.wanted_view, normalize(&drawn));
+}
+
 TEST_F(School, DrawsAWanderWithoutDirection) {
     FishObject& fish = one(GLVector3(0, -3.5f, 2));
     setRandom({0, 5000, 5000, 5000});
@@ -200,11 +239,13 @@ TEST_F(School, HoldsItsDepthBand) {
                           {-3.01f, -3.01f, level},
                           {-3, -3, down},
                           {-1.5f, -1.5f, down},
+                          {-1.01f, -1.01f, down},
                           {-1, -3, down},
                           {-0.5f, -3, down},
                           {-3.99f, -3.99f, level},
                           {-4, -4, up},
                           {-5.5f, -5.5f, up},
+                          {-5.99f, -5.99f, up},
                           {-6, -4, up},
                           {-20, -4, up}}) {
         for (int state : {0, 2, 3}) {
