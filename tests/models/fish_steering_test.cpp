@@ -326,6 +326,21 @@ TEST_F(School, FleesAndCalmsDown) {
         EXPECT_EQ(fish.state, 0);
 }
 
+TEST_F(School, CountsItsFlightToTheMillisecond) {
+    FishObject& fish = one(GLVector3(1, -3.5f, 0));
+    const struct {
+        int state, before, state_after, after;
+    } moments[] = {{2, 1000, 2, 1000}, {2, 1001, 3, 0}, {3, 2000, 3, 2000}, {3, 2001, 0, 0}};
+    school.elapsedtime = 0;
+    for (const auto& moment : moments) {
+        fish.state = moment.state;
+        fish.fleetimer = moment.before;
+        school.flee(&fish);
+        EXPECT_EQ(fish.state, moment.state_after) << moment.before;
+        EXPECT_EQ(fish.fleetimer, moment.after) << moment.before;
+    }
+}
+
 TEST_F(School, BoltsFarAndFast) {
     one(GLVector3(0, -3.5f, 0), GLVector3(1, 0, 0));
     school.setEnemyPoint(-1, -3.5f, 0);
