@@ -206,6 +206,27 @@ TEST_F(TextTest, AFontMayHaveNoGlyphs) {
     EXPECT_THAT(test::vertices(), IsEmpty());
 }
 
+TEST_F(TextTest, TakesTheSmallestFontAndTheLargestTexture) {
+    FONT_FILE file;
+    file.intEnd = file.intStart;
+    file.glyphs.resize(1);
+    file.texWidth = file.texHeight = 1;
+    file.texels.resize(2);
+    GLText text;
+    ASSERT_TRUE(load(text, file));
+    EXPECT_EQ(text.numcharacters, 1);
+    EXPECT_EQ(text.getLineheight(), 16);
+    text.setSingleLineText("AB");
+    text.renderMesh();
+    EXPECT_EQ(test::vertices().size(), 4u);
+    for (int* side : {&file.texWidth, &file.texHeight}) {
+        file.texWidth = file.texHeight = 1;
+        *side = 4096;
+        file.texels.resize(2 * 4096);
+        EXPECT_TRUE(load(text, file));
+    }
+}
+
 TEST_F(TextTest, BytesBehindTheTexelsAreNotRead) {
     std::vector<unsigned char> bytes = FONT_FILE().bytes();
     bytes.insert(bytes.end(), 100, 0xee);
