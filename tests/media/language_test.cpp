@@ -216,6 +216,8 @@ TEST_F(LanguagePackTest, LanguageCodeThatDoesNotFitNamesNoSection) {
     pack.setLanguage("ABCDEFGHIJKLM");
     EXPECT_STREQ(pack.language_str, "[ABCDEFGHIJKLM]");
     EXPECT_STREQ(pack.getString("a"), "13");
+    pack.setLanguage("ABCDEFGHIJKLMN");
+    EXPECT_STREQ(pack.language_str, "");
 }
 
 TEST_F(LanguagePackTest, TrimsBothEnds) {

@@ -225,6 +225,21 @@ TEST_F(RenderObjectTest, rotationsAreMultipliedZYX) {
     expectEqual(placementOf(object), z * (y * x));
 }
 
+TEST_F(RenderObjectTest, everyAngleButZeroCounts) {
+    for (const float angle : {1.0f, -1.0f, 0.25f}) {
+        object.setXRotation(angle);
+        object.setYRotation(0);
+        object.setZRotation(0);
+        expectEqual(placementOf(object), object.rotmatrix_x);
+        object.setXRotation(0);
+        object.setYRotation(angle);
+        expectEqual(placementOf(object), object.rotmatrix_y);
+        object.setYRotation(0);
+        object.setZRotation(angle);
+        expectEqual(placementOf(object), object.rotmatrix_z);
+    }
+}
+
 TEST_F(RenderObjectTest, anAngleOfZeroIsSkipped) {
     // A matrix that does not belong to its angle shows whether it is used.
     object.rotmatrix_x.v[0] = 9;
@@ -279,6 +294,8 @@ TEST_F(RenderObjectTest, theViewPointMovesAlongInLookAtMode) {
     expectVector(object.getViewVector(), 1, 2, 4, 0);
     object.setPositionVector(5, 5, 5);
     expectVector(object.getViewVector(), 1, 2, 4, 0);
+    object.setPosition(6, 8, 10);
+    expectVector(object.getViewVector(), 2, 5, 9, 0);
 }
 
 TEST_F(RenderObjectTest, lookAtModeIsPlacedByOneMatrix) {
@@ -322,12 +339,13 @@ TEST_F(RenderObjectTest, yawsByDegreesAboutAUnitUpVector) {
 }
 
 TEST_F(RenderObjectTest, rollTurnsTheUpVectorOnly) {
-    object.setViewVector(0, 0, -5);
+    object.setPositionVector(3, 2, 1);
+    object.setViewVector(3, 2, -4);
     object.setUpVector(0, 4, 0);
     object.roll(30);
     expectVector(object.vUp, SIN30, COS30, 0);
-    expectVector(object.vAt, 0, 0, 5, 0);
-    expectVector(object.vPos, 0, 0, 0, 0);
+    expectVector(object.vAt, 3, 2, 4, 0);
+    expectVector(object.vPos, 3, 2, -1, 0);
 }
 
 TEST_F(RenderObjectTest, movesAlongItsView) {
@@ -413,6 +431,26 @@ TEST_F(RenderObjectTest, bindsEveryLayerToItsUnit) {
     EXPECT_FALSE(test::isEnabled(GL_TEXTURE_2D, 0)) << "switched off on every unit it used";
     EXPECT_FALSE(test::isEnabled(GL_TEXTURE_2D, 1));
     EXPECT_EQ(test::activeUnit(), 0);
+}
+
+TEST_F(RenderObjectTest, layersAreSwitchedOffInOrderBeforeTheDepthTestReturns) {
+    texture[1].setMultitextureMode(SOURCE_ALPHA);
+    object.addTexture(&texture[0]);
+    object.addTexture(&texture[1]);
+    object.enableAlphaBlending(true);
+    object.removeFlags(DEPTH_TESTING);
+    object.preRender();
+    test::clear();
+    object.postRender();
+    EXPECT_THAT(
+        test::calls(),
+        ElementsAre(
+            GL_CALL{"glDisable", {GL_BLEND}}, GL_CALL{"glActiveTextureARB", {GL_TEXTURE0_ARB}},
+            GL_CALL{"glDisable", {GL_TEXTURE_2D}}, GL_CALL{"glActiveTextureARB", {GL_TEXTURE0_ARB}},
+            GL_CALL{"glActiveTextureARB", {GL_TEXTURE0_ARB + 1}},
+            GL_CALL{"glDisable", {GL_TEXTURE_2D}}, GL_CALL{"glActiveTextureARB", {GL_TEXTURE0_ARB}},
+            GL_CALL{"glTexEnvi", {GL_TEXTURE_ENV, GL_TEXTURE_ENV_MODE, GL_MODULATE}},
+            GL_CALL{"glEnable", {GL_DEPTH_TEST}}));
 }
 
 TEST_F(RenderObjectTest, withoutMultitexturingOnlyTheFirstLayerIsDrawn) {
@@ -519,6 +557,19 @@ TEST_F(RenderObjectTest, boundingBoxIsDrawnInWhiteLines) {
         EXPECT_EQ(vertices[i].texture[0], 0u);
     }
     EXPECT_TRUE(test::wasCalled({"glBindTexture", {GL_TEXTURE_2D, 0}}));
+}
+
+TEST_F(RenderObjectTest, boundingsAreDrawnBetweenTheVirtualSteps) {
+    struct Steps : RenderObject {
+        void preRender() override { glPushMatrix(); }
+        void renderMesh() override { ADD_FAILURE() << "no mesh is drawn"; }
+        void postRender() override { glPopMatrix(); }
+    } steps;
+    steps.renderBoundings();
+    EXPECT_THAT(
+        test::calls(),
+        ElementsAre(GL_CALL{"glPushMatrix", {}}, GL_CALL{"glColor4f", {1, 1, 1, 1}},
+                    GL_CALL{"glBindTexture", {GL_TEXTURE_2D, 0}}, GL_CALL{"glPopMatrix", {}}));
 }
 
 TEST_F(RenderObjectTest, boundingsNeedTheBoxFlag) {
