@@ -263,6 +263,51 @@ TEST_F(SkyDomeTest, domeIsDrawnAsOneStrip) {
     }
 }
 
+TEST_F(SkyDomeTest, oneColourIsEnough) {
+    sky.setColorTop(0.25f, 0.5f, 0.75f);
+    EXPECT_TRUE(sky.colormode);
+    sky.init(SKY_DOME);
+    const SKYCOLOR& last = sky.vertices[17 * 288].color;
+    EXPECT_NEAR(last.r, 0.25f + 0.75f * 17 / 18, 1e-5);
+    EXPECT_NEAR(last.g, 0.5f + 0.5f * 17 / 18, 1e-5);
+    EXPECT_NEAR(last.b, 0.75f + 0.25f * 17 / 18, 1e-5);
+
+    SkyDome other;
+    other.setColorBottom(0, 0, 0);
+    EXPECT_TRUE(other.colormode);
+    other.init(SKY_DOME);
+    EXPECT_EQ(other.vertices[0].color.r, 1);
+    EXPECT_NEAR(other.vertices[9 * 288].color.b, 0.5f, 1e-5);
+    other.cleanup();
+}
+
+TEST_F(SkyDomeTest, domeOfOddStepsLeavesTheRestOfItsArrayEmpty) {
+    sky.dphi = 7;
+    sky.setColorTop(1, 1, 1);
+    sky.setColorBottom(0, 0, 0);
+    sky.init(SKY_DOME);
+    // Room for 12.86 rows of 72 cells; twelve of them, 0 to 77 degrees, end above the rim.
+    ASSERT_EQ(sky.NumVertices, 3702);
+    const float rim = static_cast<float>(84 * 0.017453292);
+    EXPECT_NEAR(sky.vertices[12 * 288 - 1].vec.z, 500 * std::cos(rim), 1e-2);
+    EXPECT_NEAR(sky.vertices[11 * 288].color.r, 1 - 11 / 12.f, 1e-5);
+    for (int i = 12 * 288; i < sky.NumVertices; ++i)
+        ASSERT_EQ(sky.vertices[i].vec, GLVector3()) << i;
+}
+
+TEST_F(SkyDomeTest, stepsFromOneDegreeOnMakeADome) {
+    sky.dtheta = sky.dphi = 1;
+    sky.init(SKY_DOME);
+    EXPECT_EQ(sky.NumVertices, 129600);
+    for (auto [theta, phi] : {std::pair(0.5f, 5.0f), {5.0f, 0.5f}}) {
+        sky.dtheta = theta;
+        sky.dphi = phi;
+        sky.generateDome();
+        EXPECT_EQ(sky.NumVertices, 0);
+        EXPECT_EQ(sky.vertices, nullptr);
+    }
+}
+
 TEST_F(SkyDomeTest, domeStepsThatAreNotWholeStayWithinTheArray) {
     for (const float step : {7.5f, 1.9f, 89.f, 100.f, 400.f}) {
         sky.dtheta = sky.dphi = step;
