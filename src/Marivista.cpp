@@ -7,6 +7,7 @@
 #include <cstdlib>
 #include <cstring>
 #include <ctime>
+#include <initializer_list>
 
 #include "Globals.h"
 
@@ -33,6 +34,16 @@ constexpr auto SPARKLE = TEXTURE_FLAG(QUALITY_FASTEST);
 
 bool loadPicture(Texture& texture, const char* name, TEXTURE_FLAG flags = PICTURE) {
     return texture.loadBMP(dataFile(name).c_str(), flags);
+}
+
+struct PICTURE_FILE {
+    Texture& texture;
+    const char* name;
+};
+
+void loadPictures(std::initializer_list<PICTURE_FILE> pictures) {
+    for (const PICTURE_FILE& picture : pictures)
+        loadPicture(picture.texture, picture.name);
 }
 
 /// Loads frames pattern % first, first + 1, ... into an animation.
@@ -159,10 +170,7 @@ void CMarivistaScreensaver::loadTextures() {
     loadPicture(tex_sky, wantedwssettings.skytype == 0 ? "sky_cloudy.nlt"
                          : colordepth == 32            ? "sky_clear_32.nlt"
                                                        : "sky_clear_16.nlt");
-    const struct {
-        Texture& texture;
-        const char* name;
-    } pictures[] = {
+    loadPictures({
         {tex_gull, "models//gull.nlt"},
         {tex_manta, "models//manta.nlt"},
         {tex_terrain, "terrain.nlt"},
@@ -178,6 +186,11 @@ void CMarivistaScreensaver::loadTextures() {
         {tex_gwfader, "gwfader.nlt"},
         {tex_rock2, "models//rock2.nlt"},
         {tex_island, "island.nlt"},
+    });
+    loadAnimation(tex_caustics, "caustics64/caust%.2d.nlt", 0, PICTURE);
+    loadAnimation(tex_caustics_fish, "causticsfish32/caust%.2d.nlt", 0, PICTURE);
+    loadAnimation(tex_highlight, "highlight/highlight%.5d.nlt", 44, SPARKLE);
+    loadPictures({
         {tex_highlight_blend, "blendmap.nlt"},
         {tex_fish_blue, "models/reeffishes/blaugelbfish.nlt"},
         {tex_fish_red, "models/reeffishes/rotfish.nlt"},
@@ -188,12 +201,7 @@ void CMarivistaScreensaver::loadTextures() {
         {tex_fish_ybig, "models/reeffishes/ybig.nlt"},
         {tex_fish_yellow, wantedwssettings.boidmodel != 0 ? "models/reeffishes/anglefish.nlt"
                                                           : "models/reeffishes/silverfish.nlt"},
-    };
-    for (const auto& picture : pictures)
-        loadPicture(picture.texture, picture.name);
-    loadAnimation(tex_caustics, "caustics64/caust%.2d.nlt", 0, PICTURE);
-    loadAnimation(tex_caustics_fish, "causticsfish32/caust%.2d.nlt", 0, PICTURE);
-    loadAnimation(tex_highlight, "highlight/highlight%.5d.nlt", 44, SPARKLE);
+    });
 }
 
 void CMarivistaScreensaver::loadModels() {

@@ -3,6 +3,7 @@
 #include <gtest/gtest.h>
 #include <unistd.h>
 
+#include <cstdio>
 #include <cstdlib>
 #include <filesystem>
 #include <fstream>
@@ -10,6 +11,7 @@
 #include <set>
 #include <sstream>
 #include <string>
+#include <vector>
 
 #include "scene_fixture.h"
 
@@ -64,6 +66,65 @@ TEST_F(DataTest, WithoutAnyDataEveryMissingFileIsNamedOnce) {
     }
     // 25 pictures, 3 animations of 32, 18 models, the height map; a missing font says nothing.
     EXPECT_EQ(count, 25 + 96 + 18 + 1);
+}
+
+TEST_F(DataTest, FilesAreAskedForInTheirOrder) {
+    std::vector<std::string> expected = {
+        "sky_cloudy.nlt",      "models//gull.nlt",    "models//manta.nlt",   "terrain.nlt",
+        "models//coral_a.nlt", "models//coral_b.nlt", "models//coral_c.nlt", "models//coral_d.nlt",
+        "models//coral_f.nlt", "models//coral_g.nlt", "models//coral_h.nlt", "models//coral_i.nlt",
+        "water.nlt",           "gwfader.nlt",         "models//rock2.nlt",   "island.nlt"};
+    const struct {
+        const char* pattern;
+        int first;
+    } animations[] = {{"caustics64/caust%.2d.nlt", 0},
+                      {"causticsfish32/caust%.2d.nlt", 0},
+                      {"highlight/highlight%.5d.nlt", 44}};
+    for (const auto& animation : animations) {
+        for (int i = 0; i < 32; ++i) {
+            char name[64];
+            std::snprintf(name, sizeof name, animation.pattern, animation.first + i);
+            expected.push_back(name);
+        }
+    }
+    for (const char* name : {"blendmap.nlt",
+                             "models/reeffishes/blaugelbfish.nlt",
+                             "models/reeffishes/rotfish.nlt",
+                             "models/reeffishes/moorishidol.nlt",
+                             "models/reeffishes/gsbfish.nlt",
+                             "models/reeffishes/swpfish.nlt",
+                             "models/reeffishes/rbig.nlt",
+                             "models/reeffishes/ybig.nlt",
+                             "models/reeffishes/silverfish.nlt",
+                             "models//gull.nlm",
+                             "models//manta.nlm",
+                             "models/coral_a.nlm",
+                             "models/coral_b.nlm",
+                             "models/coral_c.nlm",
+                             "models/coral_d.nlm",
+                             "models/coral_f.nlm",
+                             "models/coral_g.nlm",
+                             "models/coral_h.nlm",
+                             "models/coral_i.nlm",
+                             "models/reeffishes/ybig.nlm",
+                             "models/reeffishes/rbig.nlm",
+                             "models/reeffishes/moorishidol.nlm",
+                             "models/reeffishes/rfish.nlm",
+                             "models/reeffishes/rfish.nlm",
+                             "models/reeffishes/gsbfish.nlm",
+                             "models/reeffishes/silverfish.nlm",
+                             "models/reeffishes/swpfish.nlm",
+                             "terrain_map.nlt"})
+        expected.push_back(name);
+
+    std::vector<std::string> asked;
+    std::istringstream said(run());
+    for (std::string line; std::getline(said, line);) {
+        const size_t name = line.find(folder.string()) + folder.string().size() + 1;
+        ASSERT_LT(name, line.size()) << line;
+        asked.push_back(line.substr(name, line.find(' ', name) - name));
+    }
+    EXPECT_EQ(asked, expected);
 }
 
 TEST_F(DataTest, CompleteDataSaysNothing) {
