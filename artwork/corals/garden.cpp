@@ -63,37 +63,65 @@ public:
     /// Appends a picture's mesh, far triangles first; it stays before everything cut earlier.
     void cut(const Picture& picture, Relief& relief) {
         const int cell = garden_.cell;
-        const int columns = (picture.width + cell - 1) / cell,
-                  rows = (picture.height + cell - 1) / cell;
-        std::vector<int> vertex(size_t(columns + 1) * size_t(rows + 1), -1);
+        Grid grid{(picture.width + cell - 1) / cell, (picture.height + cell - 1) / cell, {}};
+        grid.vertex.assign(size_t(grid.columns + 1) * size_t(grid.rows + 1), -1);
         const auto corner = [&](int i, int j) {
-            int& v = vertex[size_t(j) * size_t(columns + 1) + size_t(i)];
+            int& v = grid.vertex[grid.index(i, j)];
             if (v < 0)
                 v = add(picture, i * cell, j * cell, relief);
             return v;
         };
         std::vector<std::array<int, 3>> triangles;
-        for (int j = 0; j < rows; ++j)
-            for (int i = 0; i < columns; ++i) {
-                // Of the two ways to halve a cell, the one that leaves out more.
-                bool part[2][2];
-                for (int way = 0; way < 2; ++way)
-                    for (int half = 0; half < 2; ++half)
-                        part[way][half] = covered(picture, i * cell, j * cell, way, half);
-                const int way = part[1][0] + part[1][1] < part[0][0] + part[0][1] ? 1 : 0;
-                for (int half = 0; half < 2; ++half) {
-                    if (!part[way][half])
-                        continue;
-                    const int a = corner(i, j), b = corner(i + 1, j), c = corner(i + 1, j + 1),
-                              d = corner(i, j + 1);
-                    if (way == 0)
-                        triangles.push_back(half == 0 ? std::array<int, 3>{a, b, c}
-                                                      : std::array<int, 3>{a, c, d});
-                    else
-                        triangles.push_back(half == 0 ? std::array<int, 3>{a, b, d}
-                                                      : std::array<int, 3>{b, c, d});
+        std::vector<std::array<int, 2>> blocks;
+        for (int j = 0; j < grid.rows; j += 2)
+            for (int i = 0; i < grid.columns; i += 2) {
+                Halves halves[4];
+                bool full = i + 1 < grid.columns && j + 1 < grid.rows;
+                for (int k = 0; k < 4; ++k) {
+                    const int x = i + k % 2, y = j + k / 2;
+                    if (x < grid.columns && y < grid.rows)
+                        halves[k] = shown(picture, x * cell, y * cell);
+                    full = full && halves[k].part[0] && halves[k].part[1];
                 }
+                if (full && even(picture, i, j)) {
+                    blocks.push_back({i, j});
+                    continue;
+                }
+                for (int k = 0; k < 4; ++k)
+                    for (int half = 0; half < 2; ++half) {
+                        if (!halves[k].part[half])
+                            continue;
+                        // Corners round the edge of the cell, from the top left.
+                        constexpr int kCorners[2][2][3] = {{{0, 1, 2}, {0, 2, 3}},
+                                                           {{0, 1, 3}, {1, 2, 3}}};
+                        std::array<int, 3> t;
+                        for (size_t c = 0; c < 3; ++c) {
+                            const int at = kCorners[halves[k].way][half][c];
+                            t[c] = corner(i + k % 2 + (at == 1 || at == 2), j + k / 2 + (at >= 2));
+                        }
+                        triangles.push_back(t);
+                    }
             }
+        // Four whole cells need but their outer corners, and between them what neighbours use.
+        for (const auto& [i, j] : blocks) {
+            constexpr int kRound[8][2] = {{0, 0}, {1, 0}, {2, 0}, {2, 1},
+                                          {2, 2}, {1, 2}, {0, 2}, {0, 1}};
+            std::vector<int> round;
+            size_t hub = 0;
+            for (int k = 0; k < 8; ++k) {
+                const int x = i + kRound[k][0], y = j + kRound[k][1];
+                if (k % 2 == 1) {
+                    if (grid.vertex[grid.index(x, y)] < 0)
+                        continue;
+                    hub = round.size();
+                }
+                round.push_back(corner(x, y));
+            }
+            // All from one between two corners, or else from one corner.
+            const size_t n = round.size();
+            for (size_t k = 1; k + 1 < n; ++k)
+                triangles.push_back({round[hub], round[(hub + k) % n], round[(hub + k + 1) % n]});
+        }
         const auto far = [&](const std::array<int, 3>& t) {
             float sum = 0;
             for (const int v : t)
@@ -104,10 +132,51 @@ public:
                          [&](const auto& a, const auto& b) { return far(a) > far(b); });
         for (const auto& t : triangles)
             relief.mesh.triangles.push_back(t);
-        limit(picture, relief, vertex, columns, rows);
+        limit(picture, relief, grid);
     }
 
 private:
+    /// Points between the cells of a picture, and the vertex of each that has one.
+    struct Grid {
+        int columns, rows;  ///< of cells
+        std::vector<int> vertex;
+
+        size_t index(int i, int j) const { return size_t(j) * size_t(columns + 1) + size_t(i); }
+    };
+    /// How a cell is cut in two, and which of the two triangles show anything.
+    struct Halves {
+        int way = 0;
+        bool part[2] = {false, false};
+    };
+
+    /// Of the two ways to halve a cell, the one that leaves out more.
+    Halves shown(const Picture& picture, int x0, int y0) const {
+        Halves ways[2];
+        for (int way = 0; way < 2; ++way) {
+            ways[way].way = way;
+            for (int half = 0; half < 2; ++half)
+                ways[way].part[half] = covered(picture, x0, y0, way, half);
+        }
+        return ways[ways[1].part[0] + ways[1].part[1] < ways[0].part[0] + ways[0].part[1] ? 1 : 0];
+    }
+
+    /// Whether the four cells from this one on are so flat that their outer corners carry them.
+    bool even(const Picture& picture, int i, int j) const {
+        // World units. Behind its place it might sink into the sand.
+        constexpr float kBehind = 0.12f, kBefore = 0.70f, kBend = 0.03f;
+        Place at[3][3];
+        for (int y = 0; y < 3; ++y)
+            for (int x = 0; x < 3; ++x)
+                at[y][x] = place(picture, (i + x) * garden_.cell, (j + y) * garden_.cell);
+        const auto between = [](const Place& p, const Place& a, const Place& b) {
+            const float depth = (a.depth + b.depth) / 2 - p.depth, bend = (a.bend + b.bend) / 2;
+            return depth < kBehind && depth > -kBefore && std::fabs(bend - p.bend) < kBend;
+        };
+        return between(at[0][1], at[0][0], at[0][2]) && between(at[2][1], at[2][0], at[2][2]) &&
+               between(at[1][0], at[0][0], at[2][0]) && between(at[1][2], at[0][2], at[2][2]) &&
+               between(at[1][1], at[0][0], at[2][2]) && between(at[1][1], at[0][2], at[2][0]);
+    }
+
     /// Whether the triangle of a cell shows anything. Way 0 is cut from the top left to the bottom
     /// right (half 0 above), way 1 the other way (half 0 left).
     bool covered(const Picture& picture, int x0, int y0, int way, int half) const {
@@ -126,7 +195,11 @@ private:
         return false;
     }
 
-    int add(const Picture& picture, int column, int row, Relief& relief) {
+    /// Where the mesh stands at a texel of a picture, and how far it bends there.
+    struct Place {
+        float depth = 0, bend = 0;
+    };
+    Place place(const Picture& picture, int column, int row) const {
         Nearby near;
         for (int reach = 3; near.weight <= 0; reach *= 2)
             near = nearby(picture, column, row, reach);
@@ -138,8 +211,15 @@ private:
         if (garden_.cut)
             depth = std::min(depth - 0.10f, floorDepth(x, y) - 0.12f);
         depth = std::min(depth, nearestBefore(x, y) - 0.02f);
+        return {depth, near.bend / near.weight};
+    }
+
+    int add(const Picture& picture, int column, int row, Relief& relief) {
+        const Place at = place(picture, column, row);
+        const float x = static_cast<float>(picture.x + column),
+                    y = static_cast<float>(picture.y + row);
         // The file keeps coarse positions; the texture is taken where the kept one really appears.
-        Vec3 file = garden_.placement.toFile(camera_.unproject(x, y, depth));
+        Vec3 file = garden_.placement.toFile(camera_.unproject(x, y, at.depth));
         file = {kept(file.x), kept(file.y), kept(file.z)};
         const Vec3 world = garden_.placement.toWorld(file);
         const Vec3 seen = camera_.project(world);
@@ -148,7 +228,7 @@ private:
                            (seen.y - static_cast<float>(picture.y - picture.at_y)) /
                                static_cast<float>(garden_.height)};
         relief.world.push_back(world);
-        relief.bend.push_back(near.bend / near.weight);
+        relief.bend.push_back(at.bend);
         return relief.mesh.add(file, texture * (1 / garden_.tiling));
     }
 
@@ -174,11 +254,10 @@ private:
         return nearest;
     }
 
-    void limit(const Picture& picture, const Relief& relief, const std::vector<int>& vertex,
-               int columns, int rows) {
-        for (int j = 0; j <= rows; ++j)
-            for (int i = 0; i <= columns; ++i) {
-                const int v = vertex[size_t(j) * size_t(columns + 1) + size_t(i)];
+    void limit(const Picture& picture, const Relief& relief, const Grid& grid) {
+        for (int j = 0; j <= grid.rows; ++j)
+            for (int i = 0; i <= grid.columns; ++i) {
+                const int v = grid.vertex[grid.index(i, j)];
                 if (v >= 0)
                     nodes_.push_back({static_cast<float>(picture.x + i * garden_.cell),
                                       static_cast<float>(picture.y + j * garden_.cell),
