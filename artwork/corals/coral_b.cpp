@@ -122,6 +122,9 @@ private:
             direction = normalize(direction + wander * 0.20f);
             p += direction * (whole / static_cast<float>(steps));
         }
+        // The last twigs are too short to show a bend.
+        if (forks == 0)
+            points.erase(points.begin() + 1);
         const float thin = forks == 0 ? 0.50f : 0.82f;
         strip(random, points, radius, radius * thin, t0, t1);
         if (forks == 0)
