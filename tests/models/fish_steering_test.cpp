@@ -341,6 +341,22 @@ TEST_F(School, CountsItsFlightToTheMillisecond) {
     }
 }
 
+TEST_F(School, EndsItsTimersInAFrameOfAnyLength) {
+    FishObject& fish = one(GLVector3(1, -3.5f, 0));
+    for (const Uint32 elapsed : {0x7fffffffu, 0x80000000u, 0xffffffffu}) {
+        school.elapsedtime = elapsed;
+        fish.state = 2;
+        fish.fleetimer = fish.wandertimer = 900;
+        school.flee(&fish);
+        EXPECT_EQ(fish.state, 3) << elapsed;
+        EXPECT_EQ(fish.fleetimer, 0) << elapsed;
+        setRandom({1});
+        school.wander(&fish);
+        EXPECT_EQ(fish.state, 0) << elapsed;
+        EXPECT_EQ(fish.wandertimer, 0) << elapsed;
+    }
+}
+
 TEST_F(School, BoltsFarAndFast) {
     one(GLVector3(0, -3.5f, 0), GLVector3(1, 0, 0));
     school.setEnemyPoint(-1, -3.5f, 0);

@@ -339,6 +339,29 @@ TEST_F(SingleFish, HuntsUpToItsDistanceAfterFifteenSecondsToTheMillisecond) {
     EXPECT_EQ(fish->state, 0);
 }
 
+TEST_F(SingleFish, EndsItsTimersInAFrameOfAnyLength) {
+    fish->settings.hunter = true;
+    fish->settings.variablespeed = true;
+    fish->init();
+    const GLVector3 prey_place(60, -3.5f, 12);
+    fish->setBoidPoint(&prey_place);
+    for (const Uint32 elapsed : {0x7fffffffu, 0x80000000u, 0xffffffffu}) {
+        fish->elapsedtime = elapsed;
+        fish->directionupdate_timer = fish->huntupdate_timer = 900;
+        fish->speedtimer.timer = 900;
+        fish->wanted_speed = 1;
+        setRandom({100, 0, 0});
+        fish->randomDirectionUpdate();
+        EXPECT_EQ(fish->directionupdate_timer, 0) << elapsed;
+        fish->checkBoidDistance();
+        EXPECT_EQ(fish->huntupdate_timer, 0) << elapsed;
+        fish->updateSpeed();
+        EXPECT_EQ(randomLeft(), 0u) << elapsed;
+        EXPECT_NEAR(fish->wanted_speed, 0.0005f, 1e-8) << elapsed;
+    }
+    seedRandom(4);
+}
+
 TEST_F(SingleFish, LeavesPreyAloneUnlessItIsAHunter) {
     fish->init();
     GLVector3 near(-4, -3.5f, 12);
