@@ -424,6 +424,8 @@ TEST_F(SoundTest, TakesThePlainKindsOfWav) {
     bytes.insert(bytes.begin() + 20, {'n', 'o', 't', 'e'});
     sound.loadSound(fileWith(bytes).c_str(), 0);
     EXPECT_EQ(sound.sounds.size(), 6u) << "a chunk of another kind before the format";
+    sound.loadSound(fileWith(wavBytes(pattern(1, 9000, 1))).c_str(), 0);
+    EXPECT_EQ(sound.sounds.size(), 7u) << "a single frame";
 }
 
 TEST_F(SoundTest, BrokenFilesAreToldAndLeftOut) {
