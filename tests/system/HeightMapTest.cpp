@@ -156,6 +156,19 @@ TEST_F(HeightMapTest, readsRawBytes) {
     EXPECT_EQ(map.getHeightData(3, 2), 220);
 }
 
+TEST_F(HeightMapTest, aMapMayBeOneSampleWideOrHigh) {
+    const TestFile file("few.raw", {30, 40, 50});
+    for (const auto& [width, height] : {std::pair{3, 1}, {1, 3}, {1, 1}}) {
+        EXPECT_TRUE(map.loadRAW(file.path(), width, height, 8));
+        EXPECT_EQ(map.getHeightData(0, 0), 30);
+        EXPECT_EQ(map.getHeightData(width - 1, height - 1), 20 + 10 * width * height);
+        EXPECT_EQ(map.getHeightData(width, height), 30);
+        map.setNumSegments(2);
+        map.render();
+        EXPECT_EQ(map.numVerts, 8);
+    }
+}
+
 TEST_F(HeightMapTest, aShortRawFileLeavesTheRestFlat) {
     const TestFile file("short.raw", {9, 8, 7});
     EXPECT_TRUE(map.loadRAW(file.path(), 4, 4, 8));
