@@ -193,7 +193,7 @@ Vec3 topColour(float x, float y) {
 Vec3 bottomColour(float x, float y) {
     const float along = x / kHalfSpan;
     const float chord = (kLeading.at(along) - y) / (kLeading.at(along) - kTrailing.at(along));
-    Vec3 c = mix(rgb(232, 238, 240), rgb(176, 190, 204), smoothstep(0.12f, 0.75f, along)) *
+    Vec3 c = mix(rgb(236, 240, 240), rgb(158, 174, 190), smoothstep(0.12f, 0.75f, along)) *
              (0.97f + 0.05f * fractalNoise({x * 0.3f, y * 0.3f, 0}, 3, 9));
     c *= mix(0.86f, 1.0f, smoothstep(0.0f, 0.3f, along));
     // Dark hem behind and at the tip, soft shade along the front.
@@ -218,7 +218,8 @@ Vec3 bottomColour(float x, float y) {
     c = mix(c, rgb(70, 78, 92), 0.8f * smoothstep(0.65f, 0.45f, length(Vec2{x - 2.1f, y + 5.2f})));
     c = mix(c, rgb(70, 78, 92), 0.7f * smoothstep(0.5f, 0.3f, length(Vec2{x - 4.6f, y + 3.4f})));
     c = mix(c, rgb(70, 78, 92), 0.7f * smoothstep(0.55f, 0.3f, length(Vec2{x - 0.9f, y + 7.6f})));
-    return c * Vec3{0.90f, 0.95f, 1.0f};
+    // In its own shade: the light comes from the water all round, from the sand a little.
+    return c * Vec3{0.64f, 0.76f, 0.86f};
 }
 
 }  // namespace
