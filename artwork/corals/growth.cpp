@@ -380,24 +380,27 @@ Growth leather(uint32_t seed, float radius) {
     Growth cap;
     constexpr int kAround = 120, kTop = 20, kFoot = 10;
     const float where = static_cast<float>(seed % 37);
+    // Round lobes with narrow clefts between them: 1 on a lobe, -1 in a cleft.
     const auto folds = [where](float angle) {
-        return std::sin(angle * 8 + 1.6f * std::sin(angle * 2 + where) + where) +
-               0.35f * std::sin(angle * 19 + 2 * where);
+        const float wave = angle * 6 + 1.1f * std::sin(angle * 2 + where) + where;
+        const float fine = angle * 11 + 0.6f * std::sin(angle * 3 + where);
+        return 1.45f * std::sqrt(std::fabs(std::sin(wave))) - 0.85f +
+               0.30f * std::sqrt(std::fabs(std::sin(fine))) - 0.10f;
     };
     const auto point = [&](float angle, float t) {
-        // The cap rolls over its rim, which runs in folds; below it narrows to the foot.
+        // The cap rolls over its rim, which swells into lobes; below it narrows to the foot.
         const float fold = folds(angle);
         if (t <= 1) {
             const float r =
-                radius * t * (1 + (0.07f * std::sin(angle * 3 + where) + 0.06f * fold) * t);
+                radius * t * (1 + (0.07f * std::sin(angle * 3 + where) + 0.15f * fold) * t * t);
             const float y =
-                radius * (0.50f + 0.16f * t * t - 0.20f * t * t * t * t + 0.22f * fold * t * t * t);
+                radius * (0.50f + 0.20f * t * t - 0.24f * t * t * t * t + 0.20f * fold * t * t * t);
             return Vec3{std::cos(angle) * r, y, std::sin(angle) * r};
         }
         const float u = t - 1;
-        const float r = radius * mix(1.0f + 0.06f * fold, 0.36f, std::sqrt(u));
+        const float r = radius * mix(1.0f + 0.15f * fold, 0.36f, std::sqrt(u));
         const float y = radius * (mix(0.46f, -0.15f, u) - 0.16f * std::sin(kPi * std::sqrt(u)) +
-                                  0.22f * fold * (1 - u));
+                                  0.20f * fold * (1 - u));
         return Vec3{std::cos(angle) * r, y, std::sin(angle) * r};
     };
     for (int j = 0; j <= kTop + kFoot; ++j)
@@ -410,20 +413,20 @@ Growth leather(uint32_t seed, float radius) {
     skin(cap.mesh, 0, kTop + kFoot, kAround);
     bendByHeight(cap, radius * 0.7f, 0.03f * radius);
     cap.material = [seed, folds](Vec2 t, Vec3 p) {
-        Vec3 c = mix(rgb(186, 122, 104), rgb(226, 172, 140),
+        Vec3 c = mix(rgb(216, 138, 104), rgb(246, 186, 140),
                      clamp01(0.5f + 0.8f * fractalNoise(p * 3, 3, seed + 1)));
-        c = c * mix(1.0f, 0.72f, smoothstep(1.1f, 2.0f, t.y));
-        // The folds' valleys keep their shade, their crests are worn pale.
+        c = c * mix(1.0f, 0.80f, smoothstep(1.1f, 2.0f, t.y));
+        // The clefts keep their shade, the lobes are worn pale.
         const float fold =
             0.75f * folds(t.x) * smoothstep(0.35f, 1.0f, t.y) * (1 - smoothstep(1.0f, 1.6f, t.y));
-        c = mix(c * (1 + 0.28f * std::min(fold, 0.0f)), rgb(250, 222, 192), 0.40f * clamp01(fold));
-        // Polyps stand on all of the top, each in its own little shade.
-        const Cell polyp = cellNoise(p * 15, seed + 3);
+        c = mix(c * (1 + 0.45f * std::min(fold, 0.0f)), rgb(255, 226, 190), 0.55f * clamp01(fold));
+        // A lawn of fine polyps on all of the top.
+        const Cell polyp = cellNoise(p * 26, seed + 3);
         const float top = 1 - smoothstep(1.05f, 1.25f, t.y);
-        c = c * (1 - 0.34f * top * smoothstep(0.30f, 0.55f, polyp.nearest));
-        c = mix(c, rgb(255, 232, 200), 0.80f * top * (1 - smoothstep(0.10f, 0.34f, polyp.nearest)));
-        const Vec3 away = p * 15 - polyp.point;
-        return Paint{c, away * (0.8f * top) + rough(p * 16, 1, seed + 2) * 0.3f};
+        c = c * (1 - 0.22f * top * smoothstep(0.30f, 0.55f, polyp.nearest));
+        c = mix(c, rgb(255, 244, 222), 0.55f * top * (1 - smoothstep(0.10f, 0.34f, polyp.nearest)));
+        const Vec3 away = p * 26 - polyp.point;
+        return Paint{c, away * (0.6f * top) + rough(p * 16, 1, seed + 2) * 0.3f};
     };
 
     return cap;
