@@ -112,12 +112,28 @@ TEST_F(WaterSurfaceTest, initializeCleansUpThroughTheVirtualTable) {
     counting.cleanup();
 }
 
+TEST_F(WaterSurfaceTest, mayBeASingleCell) {
+    water.initialize(4, 6, 1, 1);
+    ASSERT_NE(water.points_x, nullptr);
+    EXPECT_EQ(water.numPoints_x, 2);
+    EXPECT_EQ(water.numPoints_y, 2);
+    EXPECT_EQ(water.points_x[0].points_y[0].pos, GLVector3(-2, -3, 0));
+    EXPECT_EQ(water.points_x[1].points_y[1].pos, GLVector3(2, 3, 0));
+    test::advanceTicks(100);
+    water.update();
+    EXPECT_FLOAT_EQ(water.points_x[0].points_y[0].pos.z, 2 * 0.035f * std::sin(0.5f));
+    water.render();
+    EXPECT_EQ(test::vertices().size(), 4u);
+}
+
 TEST_F(WaterSurfaceTest, survivesSegmentsThatMakeNoGrid) {
     for (const int n : {0, -1, -100}) {
         water.initialize(10, 10, n, 5);
+        EXPECT_EQ(water.points_x, nullptr);
         water.update();
         water.render();
         water.initialize(10, 10, 5, n);
+        EXPECT_EQ(water.points_x, nullptr);
         water.update();
         water.render();
     }
