@@ -381,9 +381,22 @@ TEST_F(HeightMapTest, aFailedLoadKeepsTheMeshUntilItIsRebuilt) {
 TEST_F(HeightMapTest, survivesSegmentsThatMakeNoMesh) {
     loadSlope(4, 4);
     for (const int n : {0, -1, -50, INT_MAX, INT_MIN}) {
+        map.setNumSegments(2);
+        map.render();
+        EXPECT_EQ(map.numVerts, 8);
         map.setNumSegments(n);
         map.render();
         EXPECT_EQ(map.numVerts, 0) << n;
+    }
+    for (const int n : {0, -1, INT_MIN}) {
+        map.setNumSegments_X(n);
+        map.setNumSegments_Y(2);
+        map.render();
+        EXPECT_EQ(map.numVerts, 0) << n << " columns";
+        map.setNumSegments_X(2);
+        map.setNumSegments_Y(n);
+        map.render();
+        EXPECT_EQ(map.numVerts, 0) << n << " rows";
     }
     map.setNumSegments(2);
     map.render();
