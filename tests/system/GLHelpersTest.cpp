@@ -2,6 +2,7 @@
 
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cmath>
 #include <limits>
 
@@ -123,10 +124,13 @@ TEST(Vectors, transformTurnsTheOtherWay) {
 TEST(Matrices, rotateLikeGL) {
     const float c = std::cos(DTOR(30.f)), s = 0.5f;
     GLMatrix m;
+    std::fill(m.v, m.v + 16, 7.0f);  // everything is written
     m.xRotation(30);
     expectMatrix(m, {1, 0, 0, 0, 0, c, s, 0, 0, -s, c, 0, 0, 0, 0, 1});
+    std::fill(m.v, m.v + 16, 7.0f);
     m.yRotation(30);
     expectMatrix(m, {c, 0, -s, 0, 0, 1, 0, 0, s, 0, c, 0, 0, 0, 0, 1});
+    std::fill(m.v, m.v + 16, 7.0f);
     m.zRotation(30);
     expectMatrix(m, {c, s, 0, 0, -s, c, 0, 0, 0, 0, 1, 0, 0, 0, 0, 1});
     m.setIdentity();
@@ -162,6 +166,7 @@ TEST(Matrices, addUpInDoublePrecision) {
 
 TEST(Matrices, placeAnObjectThatLooks) {
     GLMatrix m;
+    std::fill(m.v, m.v + 16, 7.0f);  // everything is written
     // Looks along +x from (1, 2, 3): its side is +z, and it looks out of the -x of its own.
     m.createFromLookAt(1, 2, 3, 11, 2, 3, 0, 5, 0);
     expectMatrix(m, {0, 0, 1, 0, 0, 1, 0, 0, -1, 0, 0, 0, 1, 2, 3, 1});

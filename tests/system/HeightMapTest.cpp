@@ -320,6 +320,25 @@ TEST_F(HeightMapTest, preRenderBuildsThenModifiesThenPlaces) {
     swaying.cleanup();
 }
 
+TEST_F(HeightMapTest, keepsItsPlacementToItself) {
+    loadSlope(4, 4);
+    map.setNumSegments(1);
+    map.setPosition(1, 2, 3);
+    map.enableAlphaBlending(true);
+    map.removeFlags(DEPTH_TESTING);
+    map.render();
+    std::vector<std::string> names;
+    for (const test::GL_CALL& call : test::calls())
+        names.push_back(call.name);
+    EXPECT_THAT(names, ::testing::ElementsAre("glPushMatrix", "glTranslatef", "glMultMatrixf",
+                                              "glDisable", "glBlendFunc", "glEnable", "glDisable",
+                                              "glColor4f", "glBegin", "glVertex3f", "glVertex3f",
+                                              "glEnd", "glPopMatrix", "glDisable", "glEnable"));
+    EXPECT_FALSE(test::isEnabled(GL_BLEND));
+    EXPECT_TRUE(test::isEnabled(GL_DEPTH_TEST));
+    EXPECT_EQ(test::imbalance(), "");
+}
+
 TEST_F(HeightMapTest, isBuiltOnceAndAgainWhenSettingsChange) {
     loadSlope(8, 8);
     map.render();

@@ -65,6 +65,8 @@ TEST(Quad, keepsItsPlacementToItself) {
     quad.removeFlags(DEPTH_TESTING);
     quad.render();
     EXPECT_EQ(test::calls().front().name, "glPushMatrix");
+    EXPECT_EQ(test::calls()[1].name, "glTranslatef");
+    EXPECT_LT(test::indexOf("glEnd"), test::indexOf("glPopMatrix"));
     EXPECT_LT(test::indexOf("glPopMatrix"),
               test::indexOf(test::GL_CALL{"glEnable", {GL_DEPTH_TEST}}));
 }

@@ -101,6 +101,8 @@ TEST_F(TexturedQuadTest, keepsItsPlacementToItself) {
     quad.enableAlphaBlending(true);
     quad.render();
     EXPECT_EQ(test::calls().front().name, "glPushMatrix");
+    EXPECT_EQ(test::calls()[1].name, "glTranslatef");
+    EXPECT_TRUE(test::wasCalled(GL_CALL{"glEnable", {GL_BLEND}}));
     // The matrix goes before the base restores blending.
     const int pop = test::indexOf("glPopMatrix");
     ASSERT_GE(pop, 0);
