@@ -2,7 +2,7 @@
 #version 3.7;
 global_settings { assumed_gamma srgb max_trace_level 30 }
 #include "materials.inc"
-#include "shapes.inc"
+#include "island_shapes.inc"
 #include "island_geometry.inc"
 
 light_source { Sun*900 Sunlight parallel point_at 0 }
@@ -38,7 +38,7 @@ object {
     texture {
         pigment {
             function {
-                Level(y + .10*(Bumps(x, y, z) - .5)
+                Level(y + .16*(Bumps(x, y, z) - .5)
                       + .10*(Grain(x, y, z) - .5)*max(0, min(1, y + .4)))
             }
             pigment_map {
@@ -49,15 +49,24 @@ object {
                 [Level(.02) rgb <.70, .84, .80>]
                 [Level(.05) rgb <.86, .90, .88>]
                 [Level(.08) rgb <.86, .90, .88>]
-                [Level(.10) rgb <.56, .515, .41>]
-                [Level(.26) rgb <.64, .59, .48>]
-                [Level(.46) Sand]
+                [Level(.10) rgb <.54, .49, .38>]
+                [Level(.30) rgb <.63, .575, .46>]
+                [Level(.40) rgb <.72, .665, .54>]
+                [Level(.54) Sand]
                 [Level(.78) Sand]
                 [Level(.81) rgb <.66, .58, .45>]
                 [Level(.84) Sand]
                 [Level(1.45) Sand]
                 [Level(1.8) Soil]
                 [Level(8.9) Soil]
+            }
+        }
+        // Hollows that wind and feet have left, longer along the shore.
+        normal {
+            average
+            normal_map {
+                [1 bumps 1.1 scale <.60, .30, .26>]
+                [.7 granite .28 scale .5]
             }
         }
         finish { ambient .26 diffuse .80 }

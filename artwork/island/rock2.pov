@@ -2,7 +2,7 @@
 #version 3.7;
 global_settings { assumed_gamma srgb max_trace_level 20 }
 #include "materials.inc"
-#include "shapes.inc"
+#include "island_shapes.inc"
 
 light_source { Sun*900 Sunlight*.93 parallel point_at 0 }
 light_source { <100, 500, -300> rgb <.15, .19, .235> shadowless parallel point_at 0 }
