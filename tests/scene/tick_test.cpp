@@ -70,6 +70,62 @@ TEST_F(TickTest, WaterAndCausticsDriftTogetherWithinOnePicture) {
     }
 }
 
+TEST_F(TickTest, TheDriftStaysWithinOnePictureWhateverTheTick) {
+    quiet();
+    update(100000);
+    EXPECT_NEAR(scene().watertexmotion, 0.5f, 1e-5f);
+    // So little below 0 that one more than it rounds to 1.
+    scene().watertexmotion = std::nextafter(0.000015f, 0.0f);
+    update(1);
+    EXPECT_EQ(scene().watertexmotion, 0.0f);
+}
+
+TEST_F(TickTest, TheWavesRun) {
+    quiet();
+    scene().water.timer = 1000;
+    scene().water.curoffset1 = scene().water.curoffset2 = 0;
+    test::setTicks(1100);
+    scene().updateScene();
+    EXPECT_FLOAT_EQ(scene().water.curoffset1, 0.5f);
+    EXPECT_FLOAT_EQ(scene().water.curoffset2, 0.5f);
+    EXPECT_FLOAT_EQ(scene().water.points_x[0].points_y[0].pos.z, 2 * 0.035f * std::sin(0.5f));
+}
+
+TEST_F(TickTest, EveryAnimalMovesByItsOwnClock) {
+    make();
+    build();
+    update(10);
+    update(70);
+    for (const SingleFishMovement* mover : {&scene().vmove1, &scene().huntmove1})
+        EXPECT_EQ(mover->elapsedtime, 70u);
+    for (int i = 0; i < scene().numFish; ++i)
+        EXPECT_EQ(scene().fishmove[i].elapsedtime, 70u);
+    EXPECT_EQ(scene().fishsteering.elapsedtime, 70u);
+    for (const AnimationTrack* track :
+         {&scene().gulltrack, &scene().mantatrack, &scene().bigfishmove.track})
+        EXPECT_EQ(track->time, 1080u);
+}
+
+TEST_F(TickTest, ATickOfMoreThanAMinuteIsNotSwum) {
+    make();
+    build();
+    update(10);
+    update(60000);
+    EXPECT_EQ(scene().vmove1.elapsedtime, 60000u);
+    for (const Uint32 unseen : {60001u, 36000000u, 0u - 3000u}) {
+        update(unseen);
+        EXPECT_EQ(scene().lastframetime, unseen);
+        for (const SingleFishMovement* mover : {&scene().vmove1, &scene().huntmove1})
+            EXPECT_EQ(mover->elapsedtime, 0u);
+        for (int i = 0; i < scene().numFish; ++i)
+            EXPECT_EQ(scene().fishmove[i].elapsedtime, 0u);
+        EXPECT_EQ(scene().fishsteering.elapsedtime, 0u);
+        EXPECT_EQ(scene().terrain.timer, scene().timer);
+        update(10);
+        EXPECT_EQ(scene().vmove1.elapsedtime, 10u);
+    }
+}
+
 TEST_F(TickTest, TheSkyIsCentredOnTheEye) {
     quiet();
     update(10);
