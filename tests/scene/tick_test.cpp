@@ -67,6 +67,8 @@ TEST_F(TickTest, WaterAndCausticsDriftTogetherWithinOnePicture) {
     for (int i = 0; i < 32; ++i) {
         EXPECT_EQ(scene().tex_caustics[i].offset_x, last);
         EXPECT_EQ(scene().tex_caustics_fish[i].offset_x, last);
+        EXPECT_EQ(scene().tex_caustics[i].offset_y, 0.0f);
+        EXPECT_EQ(scene().tex_caustics_fish[i].offset_y, 0.0f);
     }
 }
 
@@ -135,7 +137,10 @@ TEST_F(TickTest, TheSkyIsCentredOnTheEye) {
 TEST_F(TickTest, TheSchoolTakesItsLeaderAsTargetAndEnemy) {
     make();
     build();
+    const GLVector3 at_first = scene().vegetarian1.getPositionVector();
+    update(1000);
     const GLVector3 leader = scene().vegetarian1.getPositionVector();
+    EXPECT_NE(leader, at_first);
     update(10);
     EXPECT_EQ(scene().fishsteering.targetpoint, leader);
     EXPECT_EQ(scene().fishsteering.enemypoint, leader);
