@@ -542,7 +542,7 @@ TEST_F(AssemblyTest, ChanceIsAskedInTheOrderOfTheThingsMade) {
     make();
     std::vector<int> chance;
     for (int i = 0; i < 93; ++i)
-        chance.push_back(i * 37 + 11);
+        chance.push_back(i * 3701 + 11);
     test::setRandom(chance);
     build();
     EXPECT_EQ(test::randomLeft(), 0u);
