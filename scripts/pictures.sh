@@ -52,7 +52,8 @@ close_up big-fish big 2 18 bottom 800
 close_up manta manta 4 22 bottom 560
 close_up gull gull 3 42 middle 480
 
-# Forty seconds in the real XScreenSaver, every eight; they differ from time to time.
+# A quarter of a minute in the real XScreenSaver, the camera's first way up; they differ from time
+# to time.
 ATOLLIA_KEEP_PICTURES="$folder" sh "$top/tests/host/hosts/xscreensaver.sh" \
     "$top/build/release/atollia.kss" "$top"
 montage "$folder"/xscreensaver-?.png -resize 480x360 -tile 3x2 -geometry +4+4 -background black \

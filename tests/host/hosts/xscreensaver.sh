@@ -26,7 +26,7 @@ first=$(savers)
 i=0
 while [ -n "${ATOLLIA_KEEP_PICTURES:-}" ] && [ $i -lt 6 ]; do
     keep_picture "xscreensaver-$i"
-    sleep 8
+    sleep 3
     i=$((i + 1))
 done
 
