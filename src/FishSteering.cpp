@@ -22,10 +22,6 @@ constexpr float BAND_BOTTOM = -4.0f;
 constexpr float FAR_ABOVE = -1.0f;
 constexpr float FAR_BELOW = -6.0f;
 
-/// What a timer of a few seconds counts. More than this many milliseconds end any, and as a whole
-/// number they would not fit.
-int counted(Uint32 elapsed) { return static_cast<int>(std::min(elapsed, Uint32{1000000000})); }
-
 /// Heads the fish along a direction of any length; one without length changes nothing.
 void head(FishObject* fish, GLVector3 direction) {
     if (vectorLength(&direction) > 0.0f)
@@ -132,7 +128,7 @@ void FishSteering::arriveBehaviour(FishObject* fish) {
 }
 
 void FishSteering::wander(FishObject* fish) {
-    fish->wandertimer += counted(elapsedtime);
+    fish->wandertimer += timerMs(elapsedtime);
     if (fish->wandertimer <= fish->wander_update)
         return;
     fish->wandertimer = 0;
@@ -151,7 +147,7 @@ void FishSteering::wander(FishObject* fish) {
 }
 
 void FishSteering::flee(FishObject* fish) {
-    fish->fleetimer += counted(elapsedtime);
+    fish->fleetimer += timerMs(elapsedtime);
     const bool bolting = fish->state == 2;
     if (fish->fleetimer > (bolting ? 1000 : 2000)) {
         fish->fleetimer = 0;

@@ -656,7 +656,7 @@ void CMarivistaScreensaver::updateScene() {
         tex_caustics_fish[i].setOffset(watertexmotion, 0);
     }
 
-    if (soundtimer.update(static_cast<int>(lastframetime)) && wantedwssettings.soundOn && bird_gull)
+    if (soundtimer.update(timerMs(lastframetime)) && wantedwssettings.soundOn && bird_gull)
         playRandomGullsound();
     if (bird_gull)
         moveGull();

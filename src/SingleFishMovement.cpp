@@ -2,7 +2,6 @@
 
 #include <GL/gl.h>
 
-#include <algorithm>
 #include <cmath>
 
 #include "FishSteering.h"
@@ -17,10 +16,6 @@ const GLVector2 BOTTOM_RIGHT(-2.0f, 2.0f);
 const GLVector2 MOVEMENT_AREA_CENTER(-5.0f, 12.0f);
 
 constexpr int HUNT_CHECK_TIME = 14999;
-
-/// What a timer of a few seconds counts. More than this many milliseconds end any, and as a whole
-/// number they would not fit.
-int counted(Uint32 elapsed) { return static_cast<int>(std::min(elapsed, Uint32{1000000000})); }
 
 bool isFinite(const GLVector3& v) {
     return std::isfinite(v.x) && std::isfinite(v.y) && std::isfinite(v.z);
@@ -140,7 +135,7 @@ float SingleFishMovement::distanceToPoint(const GLVector3* point) {
 }
 
 void SingleFishMovement::randomDirectionUpdate() {
-    directionupdate_timer += counted(elapsedtime);
+    directionupdate_timer += timerMs(elapsedtime);
     if (directionupdate_timer >= settings.direction_change_time) {
         wanted_rotation_y = randomf(0, 359, 2);
         directionupdate_timer = 0;
@@ -191,14 +186,14 @@ void SingleFishMovement::updateDirectionVector() {
 }
 
 void SingleFishMovement::updateSpeed() {
-    if (settings.variablespeed && state != 3 && speedtimer.update(counted(elapsedtime)))
+    if (settings.variablespeed && state != 3 && speedtimer.update(timerMs(elapsedtime)))
         wanted_speed = randomf(settings.normal_min_speed, settings.normal_max_speed, 5);
     approximation(&act_speed, wanted_speed, elapsedtime * settings.max_speed_change);
     act_angle_change = act_speed * settings.angle_change / settings.normal_max_speed;
 }
 
 void SingleFishMovement::checkBoidDistance() {
-    huntupdate_timer += counted(elapsedtime);
+    huntupdate_timer += timerMs(elapsedtime);
     if (huntupdate_timer > HUNT_CHECK_TIME) {
         huntupdate_timer = 0;
         if (distanceToPoint(&boid_point) <= settings.hunt_distance)

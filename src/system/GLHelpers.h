@@ -5,6 +5,7 @@
 #pragma once
 
 #include <cmath>
+#include <cstdint>
 
 constexpr float PI = 3.1415926535897f;
 #define DTOR(x) ((x) * (PI / 180))
@@ -159,6 +160,13 @@ bool searchForExtension(const char* name);
 /// The program's directory with a final slash, as far as it fits into `size` bytes; nothing is
 /// written when size is below 2.
 void getModulePath(char* dst, int size);
+
+/// What a timer of a few seconds counts of so many milliseconds: so few that the sum fits an int,
+/// enough to end any such timer.
+inline int timerMs(uint32_t elapsed) {
+    constexpr uint32_t enough = 1000000000;
+    return static_cast<int>(elapsed < enough ? elapsed : enough);
+}
 
 /// Fires after a random number of milliseconds, again and again.
 struct IntervallTimer {
