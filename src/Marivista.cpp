@@ -2,6 +2,7 @@
 
 #include <GL/glu.h>
 
+#include <algorithm>
 #include <cmath>
 #include <cstdio>
 #include <cstdlib>
@@ -136,6 +137,15 @@ bool CMarivistaScreensaver::writeSettings() {
     return true;
 }
 
+void CMarivistaScreensaver::readExtraSettings() {
+    if (!openSettingsFile(strRegPath, strProjectName))
+        return;
+    for (const EXTRA_SETTING& setting : extra_settings)
+        extras.*setting.field =
+            std::clamp(readInt(setting.key, extras.*setting.field), setting.low, setting.high);
+    closeSettingsFile();
+}
+
 // ---------------------------------------------------------------------------------------------
 // Start
 
@@ -164,6 +174,13 @@ bool CMarivistaScreensaver::initGL() {
     glFogf(GL_FOG_START, 25.0f);
     glFogf(GL_FOG_END, 50.0f);
     return true;
+}
+
+void CMarivistaScreensaver::setViewSize(int width, int height) {
+    resolution_x = width;
+    resolution_y = height;
+    initGL();
+    fpstext.setScreensize(width, height);
 }
 
 void CMarivistaScreensaver::loadTextures() {
@@ -627,9 +644,10 @@ void CMarivistaScreensaver::updateScene() {
     const Uint32 now = SDL_GetTicks();
     lastframetime = now - timer;
     timer = now;
-    const bool unseen = lastframetime > LONGEST_FRAME;
-    if (unseen)
-        skipUnseenTime(now);
+    const bool left_out = unseen || lastframetime > LONGEST_FRAME;
+    unseen = false;
+    if (left_out)
+        leaveOutTime(now);
 
     fpstimer += lastframetime;
     ++framecounter;
@@ -675,13 +693,15 @@ void CMarivistaScreensaver::updateScene() {
     for (int i = 0; i < numFish; ++i)
         fishmove[i].move();
 
-    if (autocameramove && !(unseen && autoCameraDirection != 0))
+    if (autocameramove && !(left_out && autoCameraDirection != 0))
         autoCameraMove();
 }
 
+void CMarivistaScreensaver::skipUnseenTime() { unseen = true; }
+
 // For whatever would not get over such a step soon: fish would have to swim back for as long as
 // they swam away.
-void CMarivistaScreensaver::skipUnseenTime(Uint32 now) {
+void CMarivistaScreensaver::leaveOutTime(Uint32 now) {
     water.timer = terrain.timer = now;
     fishsteering.timer = vmove1.timer = huntmove1.timer = now;
     for (int i = 0; i < numFish; ++i)

@@ -5,6 +5,7 @@
 #include <vector>
 
 #include "BigFishMovement.h"
+#include "ExtraSettings.h"
 #include "FishSteering.h"
 #include "MVSettingsDlg.h"
 #include "SingleFishMovement.h"
@@ -56,6 +57,16 @@ public:
     bool resetEvents() override;
     bool processSDLEvents(SDL_Event* event) override;
 
+    /// Reads the settings beside the saver's own, kept in their ranges. A host that wants them
+    /// calls this after construction; without it they keep the values of `extras`.
+    void readExtraSettings();
+    /// The drawing area has another size, in pixels: sets viewport and projection anew, loads
+    /// nothing. Its context must be current, and initScene done.
+    void setViewSize(int width, int height);
+    /// The time since the last tick was seen by nobody and does not pass in the scene. A host that
+    /// held drawing back calls this before the next updateScene.
+    void skipUnseenTime();
+
     // The steps of initScene and updateScene that stand alone.
     void loadTextures();
     void loadModels();
@@ -69,6 +80,7 @@ public:
     void playRandomGullsound();
 
     SaverSettings wantedwssettings;
+    EXTRA_SETTINGS extras;
     bool init = false;
     Uint32 timer;  ///< Tick count of the previous update, milliseconds.
     char fpsstr[1024];
@@ -146,7 +158,9 @@ private:
     void initCorals();
     void initWaterAndQuads();
 
-    void skipUnseenTime(Uint32 now);
+    void leaveOutTime(Uint32 now);
+
+    bool unseen = false;  ///< the next tick begins with time that nobody saw
 
     /// Frame of the 20 pictures-a-second animations that is due now.
     static int animationFrame();

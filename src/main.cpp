@@ -24,6 +24,7 @@ EXPORTED KScreenSaver* kss_create(WId id) {
         // everything in the scene has read a clock that counts from elsewhere.
         SDL_InitSubSystem(0);
         scene.emplace();
+        scene->readExtraSettings();
         // The end of the application is the last moment at which a widget can be destroyed.
         qAddPostRoutine([] { scene.reset(); });
     }

@@ -178,4 +178,22 @@ TEST(Settings, WithoutAStoreStayAsTheyAre) {
     EXPECT_EQ(scene.wantedwssettings.boidcount, 3);
 }
 
+TEST(ExtraSettings, AreReadOnRequestAndKeptInTheirRanges) {
+    const std::string file =
+        testing::TempDir() + "atollia-extras-" + std::to_string(getpid()) + ".config";
+    std::ofstream(file) << "Proportions=1\nVolume=250\nLatitude=-100\nQuietFrom=22\nDayTime=7\n";
+    CMarivistaScreensaver scene;
+    scene.settings_file = QString::fromStdString(file);
+    scene.readSettings();
+    EXPECT_EQ(scene.extras.proportions, 0) << "only on request";
+    scene.readExtraSettings();
+    EXPECT_EQ(scene.extras.proportions, 1);
+    EXPECT_EQ(scene.extras.volume, 100);
+    EXPECT_EQ(scene.extras.latitude, -90);
+    EXPECT_EQ(scene.extras.quiet_from, 22);
+    EXPECT_EQ(scene.extras.quiet_to, 0);
+    EXPECT_EQ(scene.extras.daytime, 1);
+    std::remove(file.c_str());
+}
+
 }  // namespace
