@@ -1,9 +1,11 @@
 #include "offscreen.h"
 
 #define EGL_NO_X11
+#define GL_GLEXT_PROTOTYPES
 #include <EGL/egl.h>
 #include <EGL/eglext.h>
 #include <GL/gl.h>
+#include <GL/glext.h>
 #include <png.h>
 
 #include <cstdlib>
@@ -53,10 +55,6 @@ OffscreenContext::OffscreenContext(int width, int height, int samples)
                              8,
                              EGL_DEPTH_SIZE,
                              24,
-                             EGL_SAMPLE_BUFFERS,
-                             samples > 0,
-                             EGL_SAMPLES,
-                             samples,
                              EGL_NONE};
     EGLConfig config;
     EGLint count = 0;
@@ -65,8 +63,30 @@ OffscreenContext::OffscreenContext(int width, int height, int samples)
     const EGLint size[] = {EGL_WIDTH, width, EGL_HEIGHT, height, EGL_NONE};
     surface_ = eglCreatePbufferSurface(display_, config, size);
     EGLContext context = eglCreateContext(display_, config, EGL_NO_CONTEXT, nullptr);
-    if (surface_ && context && eglMakeCurrent(display_, surface_, surface_, context))
-        context_ = context;
+    if (!surface_ || !context || !eglMakeCurrent(display_, surface_, surface_, context))
+        return;
+    context_ = context;
+    if (samples > 0 && !smooth(samples)) {
+        eglDestroyContext(display_, context_);
+        context_ = nullptr;
+    }
+}
+
+// A surface that is no window is never resolved; what is drawn goes into buffers of our own.
+bool OffscreenContext::smooth(int samples) {
+    const auto buffer = [&](GLenum attachment, GLenum format) {
+        GLuint name = 0;
+        glGenRenderbuffers(1, &name);
+        glBindRenderbuffer(GL_RENDERBUFFER, name);
+        glRenderbufferStorageMultisample(GL_RENDERBUFFER, samples, format, width_, height_);
+        glFramebufferRenderbuffer(GL_FRAMEBUFFER, attachment, GL_RENDERBUFFER, name);
+    };
+    glGenFramebuffers(1, &smoothed_);
+    glBindFramebuffer(GL_FRAMEBUFFER, smoothed_);
+    buffer(GL_COLOR_ATTACHMENT0, GL_RGBA8);
+    buffer(GL_DEPTH_ATTACHMENT, GL_DEPTH_COMPONENT24);
+    glViewport(0, 0, width_, height_);
+    return glCheckFramebufferStatus(GL_FRAMEBUFFER) == GL_FRAMEBUFFER_COMPLETE;
 }
 
 OffscreenContext::~OffscreenContext() {
@@ -87,8 +107,16 @@ Picture OffscreenContext::read() const {
     const size_t stride = static_cast<size_t>(width_) * 3;
     std::vector<uint8_t> rows(stride * static_cast<size_t>(height_));
     glFinish();
+    if (smoothed_) {
+        glBindFramebuffer(GL_DRAW_FRAMEBUFFER, 0);
+        glBlitFramebuffer(0, 0, width_, height_, 0, 0, width_, height_, GL_COLOR_BUFFER_BIT,
+                          GL_NEAREST);
+        glBindFramebuffer(GL_READ_FRAMEBUFFER, 0);
+    }
     glPixelStorei(GL_PACK_ALIGNMENT, 1);
     glReadPixels(0, 0, width_, height_, GL_RGB, GL_UNSIGNED_BYTE, rows.data());
+    if (smoothed_)
+        glBindFramebuffer(GL_FRAMEBUFFER, smoothed_);
     picture.rgb.reserve(rows.size());
     for (int y = height_ - 1; y >= 0; --y) {
         const auto row = rows.begin() + static_cast<std::ptrdiff_t>(stride) * y;

@@ -21,7 +21,7 @@ struct Picture {
 /// Drawn by Mesa's software renderer, so that pictures do not depend on the machine's graphics.
 class OffscreenContext {
 public:
-    /// With samples, edges are smoothed by so many per pixel.
+    /// With samples, edges are smoothed by so many per pixel; the renderer knows 4.
     OffscreenContext(int width, int height, int samples = 0);
     ~OffscreenContext();
     OffscreenContext(const OffscreenContext&) = delete;
@@ -33,7 +33,10 @@ public:
     Picture read() const;
 
 private:
+    bool smooth(int samples);
+
     int width_, height_;
+    unsigned smoothed_ = 0;  ///< The framebuffer with several samples per pixel; 0 without.
     void* display_ = nullptr;
     void* surface_ = nullptr;
     void* context_ = nullptr;

@@ -81,7 +81,7 @@ int main(int count, char** arguments) {
         return 2;
     }
 
-    OffscreenContext context(kColumns * size, kRows * size);
+    OffscreenContext context(kColumns * size, kRows * size, 4);
     if (!context.ok()) {
         std::fprintf(stderr, "no GL context\n");
         return 1;

@@ -5,6 +5,7 @@
 #include <SDL_rwops.h>
 #include <gtest/gtest.h>
 
+#include <algorithm>
 #include <cmath>
 #include <vector>
 
@@ -464,3 +465,40 @@ TEST_F(RealGL, theSeaFloorIsClosedAndRowZeroIsFar) {
 }
 
 }  // namespace
+
+namespace {
+
+/// Pixels that are neither black nor white under the slanting side of a white triangle on black.
+int pixelsInBetween(int samples) {
+    OffscreenContext context(SIZE, SIZE, samples);
+    EXPECT_TRUE(context.ok());
+    glClearColor(0, 0, 0, 1);
+    glClear(GL_COLOR_BUFFER_BIT | GL_DEPTH_BUFFER_BIT);
+    glColor3f(1, 1, 1);
+    glBegin(GL_TRIANGLES);
+    glVertex2f(-0.9f, -0.9f);
+    glVertex2f(0.9f, -0.7f);
+    glVertex2f(-0.6f, 0.9f);
+    glEnd();
+    const Picture picture = context.read();
+    int white = 0, between = 0;
+    for (size_t i = 0; i < picture.rgb.size(); i += 3) {
+        white += picture.rgb[i] == 255;
+        between += picture.rgb[i] > 0 && picture.rgb[i] < 255;
+    }
+    EXPECT_GT(white, SIZE * SIZE / 4);
+    // What is drawn after a picture was taken shows in the next one.
+    glClear(GL_COLOR_BUFFER_BIT);
+    const Picture cleared = context.read();
+    EXPECT_EQ(std::count(cleared.rgb.begin(), cleared.rgb.end(), 0), SIZE * SIZE * 3);
+    EXPECT_EQ(glGetError(), GLenum{GL_NO_ERROR});
+    return between;
+}
+
+}  // namespace
+
+TEST(Offscreen, SmoothsEdgesWithSamplesOnly) {
+    EXPECT_EQ(pixelsInBetween(0), 0);
+    // Its three sides are 160 pixels long in all.
+    EXPECT_GT(pixelsInBetween(4), 80);
+}
