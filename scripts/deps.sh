@@ -1,29 +1,69 @@
 #!/bin/sh
-# Installs the Debian packages that building, running and testing need, and those named. Quiet when
-# all are there.
-#   deps.sh [PACKAGE...]
+# Installs the Debian packages of the named groups, and others by their names, where they are
+# missing. Quiet, and without network, when all are there. Without the right to install it says what
+# is missing and fails.
+#   deps.sh GROUP|PACKAGE...
+# Groups:
+#   build     building and painting, and what the saver runs on
+#   display   a display where there is none, and pictures of it
+#   package   the Debian package and what looks it over
+#   tests     what the tests are built with and look through
+#   hosts     foreign programs that the tests labelled "hosts" start: lockers, desktops, compositors
 set -eu
 
-build="cmake ninja-build g++ pkg-config git
-    qtbase5-dev libqt5opengl5-dev libqt5x11extras5-dev libkf5config-dev libkf5widgetsaddons-dev
-    libsdl1.2-dev libsdl-mixer1.2-dev libgl-dev libegl-dev libglu1-mesa-dev libgl1-mesa-dri
-    libxcb1-dev libxcb-dpms0-dev libxcb-xtest0-dev libx11-dev libpng-dev"
-artwork="povray povray-includes libfreetype-dev fonts-dejavu-core"
-run="xvfb xauth x11-utils imagemagick"
-tests="libgtest-dev libgmock-dev libbenchmark-dev clang-format"
-hosts="xscreensaver mate-screensaver xsecurelock dbus xdotool x11-utils"
-packaging="dpkg-dev lintian desktop-file-utils appstream groff"
+packages_of() { # GROUP|PACKAGE
+    case $1 in
+    build)
+        echo cmake ninja-build g++ pkg-config
+        echo qtbase5-dev libqt5opengl5-dev libqt5x11extras5-dev
+        echo libkf5config-dev libkf5widgetsaddons-dev
+        echo libsdl1.2-dev libsdl-mixer1.2-dev
+        echo libgl-dev libegl-dev libglu1-mesa-dev libgl1-mesa-dri
+        echo libxcb1-dev libxcb-dpms0-dev libx11-dev libpng-dev
+        echo povray libfreetype-dev fonts-dejavu-core
+        ;;
+    display) echo xvfb imagemagick ;;
+    package) echo dpkg-dev git lintian desktop-file-utils appstream groff ;;
+    tests)
+        echo libgtest-dev libgmock-dev libbenchmark-dev libxcb-xtest0-dev
+        echo clang-format git xdotool x11-utils dbus
+        ;;
+    hosts) echo xscreensaver mate-screensaver xsecurelock ;;
+    *) echo "$1" ;;
+    esac
+}
 
+# Installed packages, and the names that they stand for.
+present=" $(dpkg-query -W -f '${db:Status-Status} ${Package}, ${Provides}\n' |
+    sed -n 's/^installed //p' | sed 's/([^)]*)//g' | tr -s ', \n' ' ') "
 missing=""
-for package in $build $artwork $run $tests $hosts $packaging "$@"; do
-    dpkg-query -W -f '${db:Status-Status}' "$package" 2>/dev/null | grep -qx installed ||
-        missing="$missing $package"
+for word; do
+    for package in $(packages_of "$word"); do
+        case "$present$missing " in
+        *" $package "*) ;;
+        *) missing="$missing $package" ;;
+        esac
+    done
 done
 [ -n "$missing" ] || exit 0
 
-root=""
-[ "$(id -u)" -eq 0 ] || root="sudo"
-echo "Installing:$missing"
-$root apt-get update -qq
-# shellcheck disable=SC2086  # a list of package names
-DEBIAN_FRONTEND=noninteractive $root apt-get install -y -qq --no-install-recommends $missing >/dev/null
+as_root() {
+    if [ "$(id -u)" -eq 0 ]; then
+        "$@"
+    else
+        sudo "$@"
+    fi
+}
+apt() {
+    # sudo keeps no variables, so they are set behind it.
+    as_root env DEBIAN_FRONTEND=noninteractive apt-get -qq -o DPkg::Lock::Timeout=600 "$@" >/dev/null
+}
+if { [ "$(id -u)" -eq 0 ] || command -v sudo >/dev/null; } &&
+    echo "Installing:$missing" &&
+    apt update &&
+    apt install -y --no-install-recommends $missing; then
+    exit 0
+fi
+echo "These packages are needed; as root:" >&2
+echo "    apt-get install --no-install-recommends$missing" >&2
+exit 1

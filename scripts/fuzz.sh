@@ -10,7 +10,7 @@ seconds=${1:-60}
 [ $# -eq 0 ] || shift
 [ $# -gt 0 ] || set -- texture height_map md3 md2 font language settings sound
 
-scripts/deps.sh clang libclang-rt-14-dev
+scripts/deps.sh build tests clang libclang-rt-14-dev
 cmake --preset fuzz >/dev/null
 for target in "$@"; do
     cmake --build build/fuzz --target "fuzz_$target"

@@ -4,7 +4,7 @@
 set -eu
 top=$(cd "$(dirname "$0")/.." && pwd)
 cd "$top"
-scripts/deps.sh clang-tidy
+scripts/deps.sh build tests clang-tidy
 cmake --preset release -DCMAKE_EXPORT_COMPILE_COMMANDS=ON >/dev/null
 # Some sources include what the build makes first.
 cmake --build --preset release --target atollia.kss snapshot scene_bench >/dev/null

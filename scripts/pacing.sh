@@ -6,7 +6,7 @@ set -eu
 top=$(cd "$(dirname "$0")/.." && pwd)
 cd "$top"
 seconds=${1:-60}
-scripts/deps.sh
+scripts/deps.sh build display tests
 cmake --preset release >/dev/null
 cmake --build --preset release --target atollia.kss standin_saver window_start data >/dev/null
 

@@ -3,7 +3,7 @@
 set -eu
 top=$(cd "$(dirname "$0")/.." && pwd)
 cd "$top"
-scripts/deps.sh
+scripts/deps.sh build package
 mkdir -p build
 (
     flock 9 # Two runs in one clone build one after the other.

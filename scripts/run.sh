@@ -4,7 +4,11 @@
 set -eu
 top=$(cd "$(dirname "$0")/.." && pwd)
 cd "$top"
-scripts/deps.sh
+if [ -n "${DISPLAY:-}" ]; then
+    scripts/deps.sh build
+else
+    scripts/deps.sh build display
+fi
 cmake --preset release >/dev/null
 cmake --build --preset release --target atollia.kss data
 

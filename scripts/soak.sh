@@ -6,7 +6,7 @@ set -eu
 top=$(cd "$(dirname "$0")/.." && pwd)
 cd "$top"
 if [ "${1:-}" != --on-display ]; then
-    scripts/deps.sh
+    scripts/deps.sh build display
     cmake --preset release >/dev/null
     cmake --build --preset release --target atollia.kss data >/dev/null
     exec scripts/with-display.sh nice "$0" --on-display "${1:-60}"

@@ -7,7 +7,7 @@ set -eu
 top=$(cd "$(dirname "$0")/.." && pwd)
 cd "$top"
 if [ "${1:-}" != --on-display ]; then
-    scripts/deps.sh valgrind
+    scripts/deps.sh build display valgrind xdotool x11-utils
     cmake --preset release >/dev/null
     cmake --build --preset release --target atollia.kss data >/dev/null
     exec scripts/with-display.sh "$0" --on-display "${1:-60}"
