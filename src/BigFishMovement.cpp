@@ -2,6 +2,8 @@
 
 #include <cstdlib>
 
+#include "system/SceneClock.h"
+
 BigFishMovement::BigFishMovement() {
     track.removeFlags(ROLL_OBJECT);
     track.setSpeed(0.0006f);
@@ -38,9 +40,9 @@ void BigFishMovement::move() {
         if (track.getActWaypoint() == static_cast<int>(points.size()) - 1) {
             state = 1;
             nextstart = std::rand() % 20000 + 10000;
-            timer = SDL_GetTicks();
+            timer = sceneTicks();
         }
-    } else if (SDL_GetTicks() - timer > static_cast<Uint32>(nextstart)) {
+    } else if (sceneTicks() - timer > static_cast<Uint32>(nextstart)) {
         init();
     }
 }

@@ -4,6 +4,8 @@
 #include <cmath>
 #include <cstdlib>
 
+#include "system/SceneClock.h"
+
 namespace {
 
 constexpr float CRUISE_SPEED = 0.002f;
@@ -58,11 +60,11 @@ void FishSteering::init() {
         fish.wandertimer = 0;
         fish.wander_update = 1000;
     }
-    timer = SDL_GetTicks();
+    timer = sceneTicks();
 }
 
 void FishSteering::move() {
-    const Uint32 now = SDL_GetTicks();
+    const Uint32 now = sceneTicks();
     elapsedtime = now - timer;
     timer = now;
 

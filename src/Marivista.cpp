@@ -18,10 +18,10 @@ namespace {
 constexpr int ANIMATION_FRAMES = 32;
 constexpr Uint32 ANIMATION_FRAME_MS = 50;
 
-/// A tick that is longer, in milliseconds, is no frame but time that nobody has seen: the process
-/// was stopped, the window hidden, the monitor asleep, or the clock, which may follow that on the
-/// wall, was set back.
-constexpr Uint32 LONGEST_FRAME = 60000;
+/// More milliseconds after a picture are no frame but time that nobody has seen: the process was
+/// stopped, the machine asleep, or the clock, which may follow that on the wall, was set back. One
+/// picture a second, and a slow machine with a large one, stay well below.
+constexpr Uint32 LONGEST_FRAME = 3000;
 
 /// Wider areas are drawn with this aspect all the same.
 constexpr double MAX_ASPECT = 1.35;
@@ -96,7 +96,7 @@ CMarivistaScreensaver::CMarivistaScreensaver() : BASECLASS(nullptr, nullptr) {
     std::strcat(dataPath, "Atollia/");
     std::srand(static_cast<unsigned>(std::time(nullptr)));
     fpsstr[0] = '\0';
-    timer = gulltimer = cameratimer = SDL_GetTicks();
+    timer = gulltimer = cameratimer = sceneTicks();
     bird_gull = wantedwssettings.bird_gull;
     language.setLanguage(DEFAULT_LANGUAGE);
     language.openFile(dataFile("Language.dat").c_str());
@@ -256,6 +256,7 @@ void CMarivistaScreensaver::loadModels() {
 }
 
 bool CMarivistaScreensaver::initScene() {
+    const SceneClock::Running running(clock);
     limitFish(&wantedwssettings.boidcount, "BoidCount");
     limitFish(&wantedwssettings.fishcount, "FishCount");
     fpstext.setRenderColor(GLColor(1, 1, 1, 1));
@@ -640,14 +641,16 @@ void CMarivistaScreensaver::initWaterAndQuads() {
 // One tick
 
 void CMarivistaScreensaver::updateScene() {
+    const SceneClock::Running running(clock);
     camerascrolling = false;
-    const Uint32 now = SDL_GetTicks();
+    Uint32 now = sceneTicks();
+    if (unseen || (drawn && now - timer > LONGEST_FRAME)) {
+        clock.leaveOut(now - timer);
+        now = timer;
+    }
+    unseen = drawn = false;
     lastframetime = now - timer;
     timer = now;
-    const bool left_out = unseen || lastframetime > LONGEST_FRAME;
-    unseen = false;
-    if (left_out)
-        leaveOutTime(now);
 
     fpstimer += lastframetime;
     ++framecounter;
@@ -693,20 +696,11 @@ void CMarivistaScreensaver::updateScene() {
     for (int i = 0; i < numFish; ++i)
         fishmove[i].move();
 
-    if (autocameramove && !(left_out && autoCameraDirection != 0))
+    if (autocameramove)
         autoCameraMove();
 }
 
 void CMarivistaScreensaver::skipUnseenTime() { unseen = true; }
-
-// For whatever would not get over such a step soon: fish would have to swim back for as long as
-// they swam away.
-void CMarivistaScreensaver::leaveOutTime(Uint32 now) {
-    water.timer = terrain.timer = now;
-    fishsteering.timer = vmove1.timer = huntmove1.timer = now;
-    for (int i = 0; i < numFish; ++i)
-        fishmove[i].timer = now;
-}
 
 void CMarivistaScreensaver::addGullWaypoints(bool reverse) {
     GLVector3 points[4];
@@ -731,7 +725,7 @@ void CMarivistaScreensaver::addMantaWaypoints(bool reverse) {
 }
 
 void CMarivistaScreensaver::moveGull() {
-    const Uint32 now = SDL_GetTicks();
+    const Uint32 now = sceneTicks();
     const int choice = std::rand() & 3;
     const int frame = gull_model.getActFrame();
 
@@ -772,7 +766,7 @@ void CMarivistaScreensaver::moveManta() {
 }
 
 void CMarivistaScreensaver::autoCameraMove() {
-    const Uint32 now = SDL_GetTicks();
+    const Uint32 now = sceneTicks();
     const float step = static_cast<float>(lastframetime) *
                        static_cast<float>(wantedwssettings.cameraspeed) / 1000.0f;
     if (autoCameraDirection == 0) {
@@ -788,7 +782,7 @@ void CMarivistaScreensaver::autoCameraMove() {
         autoCameraDirection = 0;
         camera_nextmove = saturatedSeconds(upwards ? wantedwssettings.camerafix_top
                                                    : wantedwssettings.camerafix_bottom);
-        cameratimer = SDL_GetTicks();
+        cameratimer = sceneTicks();
         camerascrolling = false;
     } else {
         camera.pitch(upwards ? -step : step);
@@ -808,6 +802,8 @@ int CMarivistaScreensaver::animationFrame() {
 }
 
 void CMarivistaScreensaver::renderScene() {
+    const SceneClock::Running running(clock);
+    drawn = true;
     glClear(GL_COLOR_BUFFER_BIT | GL_DEPTH_BUFFER_BIT);
     glLoadIdentity();
     camera.setViewMatrix();

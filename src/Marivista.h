@@ -20,6 +20,7 @@
 #include "system/InputIF.h"
 #include "system/ModelCore.h"
 #include "system/QModel.h"
+#include "system/SceneClock.h"
 #include "system/Sound.h"
 #include "system/Texture.h"
 #include "system/TexturedQuad.h"
@@ -64,7 +65,8 @@ public:
     /// nothing. Its context must be current, and initScene done.
     void setViewSize(int width, int height);
     /// The time since the last tick was seen by nobody and does not pass in the scene. A host that
-    /// held drawing back calls this before the next updateScene.
+    /// held drawing back calls this before the next updateScene. More than three seconds since a
+    /// picture, and a clock set back since then, count as unseen by themselves.
     void skipUnseenTime();
 
     // The steps of initScene and updateScene that stand alone.
@@ -82,7 +84,7 @@ public:
     SaverSettings wantedwssettings;
     EXTRA_SETTINGS extras;
     bool init = false;
-    Uint32 timer;  ///< Tick count of the previous update, milliseconds.
+    Uint32 timer;  ///< The scene's time at the previous update, milliseconds.
     char fpsstr[1024];
     int framecounter = 0;
     bool wireframe = false;
@@ -158,9 +160,9 @@ private:
     void initCorals();
     void initWaterAndQuads();
 
-    void leaveOutTime(Uint32 now);
-
-    bool unseen = false;  ///< the next tick begins with time that nobody saw
+    SceneClock clock;
+    bool unseen = false;  ///< the time until the next tick is seen by nobody
+    bool drawn = false;   ///< the last tick has become a picture
 
     /// Frame of the 20 pictures-a-second animations that is due now.
     static int animationFrame();

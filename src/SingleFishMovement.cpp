@@ -5,6 +5,7 @@
 #include <cmath>
 
 #include "FishSteering.h"
+#include "system/SceneClock.h"
 #include "system/TexturedQuad.h"
 
 namespace {
@@ -39,7 +40,7 @@ void SingleFishMovement::setModel(ModelCore* newmodel) { model = newmodel; }
 void SingleFishMovement::init() {
     if (!model)
         return;
-    timer = SDL_GetTicks();
+    timer = sceneTicks();
     act_speed = wanted_speed = settings.normal_max_speed;
 
     GLVector3 position = model->getPositionVector();
@@ -61,7 +62,7 @@ void SingleFishMovement::init() {
 void SingleFishMovement::move() {
     if (!model)
         return;
-    const Uint32 now = SDL_GetTicks();
+    const Uint32 now = sceneTicks();
     elapsedtime = now - timer;
     timer = now;
 

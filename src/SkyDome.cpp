@@ -1,9 +1,9 @@
 #include "SkyDome.h"
 
-#include <SDL_timer.h>
-
 #include <algorithm>
 #include <cmath>
+
+#include "system/SceneClock.h"
 
 namespace {
 
@@ -11,7 +11,7 @@ constexpr double RADIANS_PER_DEGREE = 0.017453292;
 
 }  // namespace
 
-SkyDome::SkyDome() : timer(SDL_GetTicks()) {}
+SkyDome::SkyDome() : timer(sceneTicks()) {}
 
 void SkyDome::init(SKYDOME_MODE mode) {
     if (mode == skymode)
@@ -152,7 +152,7 @@ void SkyDome::generatePlane() {
 void SkyDome::preRender() {
     glGetBooleanv(GL_LIGHTING, &lightenabled);
     glPushMatrix();
-    const Uint32 now = SDL_GetTicks();
+    const Uint32 now = sceneTicks();
     const Uint32 elapsed = now - timer;
     timer = now;
     rotateY(static_cast<float>(elapsed * rotationspeed / 1000.0));

@@ -1,9 +1,9 @@
 #include "WaterGround.h"
 
-#include <SDL_timer.h>
-
 #include <cmath>
 #include <cstdint>
+
+#include "system/SceneClock.h"
 
 namespace {
 
@@ -17,10 +17,10 @@ void advance(float& phase, Uint32 elapsed, double radiansPerMs) {
 
 }  // namespace
 
-WaterGround::WaterGround() : timer(SDL_GetTicks()) {}
+WaterGround::WaterGround() : timer(sceneTicks()) {}
 
 void WaterGround::modify() {
-    const Uint32 now = SDL_GetTicks();
+    const Uint32 now = sceneTicks();
     const Uint32 elapsed = now - timer;
     timer = now;
     if (!vertices)

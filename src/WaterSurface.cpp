@@ -1,9 +1,10 @@
 #include "WaterSurface.h"
 
 #include <GL/gl.h>
-#include <SDL_timer.h>
 
 #include <cmath>
+
+#include "system/SceneClock.h"
 
 namespace {
 
@@ -24,7 +25,7 @@ void issue(WaterSurface& surface, const WATERPOINT& point) {
 
 }  // namespace
 
-WaterSurface::WaterSurface() : timer(SDL_GetTicks()) {}
+WaterSurface::WaterSurface() : timer(sceneTicks()) {}
 
 void WaterSurface::initialize(float width, float depth, int segments_x, int segments_y) {
     // Before the counts change: they tell how much there is to free.
@@ -53,7 +54,7 @@ void WaterSurface::initialize(float width, float depth, int segments_x, int segm
 }
 
 void WaterSurface::update() {
-    const Uint32 now = SDL_GetTicks();
+    const Uint32 now = sceneTicks();
     const Uint32 elapsed = now - timer;
     timer = now;
     advance(curoffset1, elapsed);

@@ -2,6 +2,7 @@
 
 #include <cmath>
 
+#include "system/SceneClock.h"
 #include "system/TexturedQuad.h"
 
 namespace {
@@ -112,7 +113,7 @@ void AnimationTrack::init() {
     initialView = renderobject->getViewVector() - initialPos;
     initialUp = renderobject->getUpVector();
     startPos = start;
-    time = SDL_GetTicks();
+    time = sceneTicks();
     initialized = true;
 }
 
@@ -147,7 +148,7 @@ void AnimationTrack::move() {
     if (flags & ROLL_OBJECT)
         rollObject(&direction);
 
-    const Uint32 now = SDL_GetTicks();
+    const Uint32 now = sceneTicks();
     const Uint32 elapsed = now - time;
     time = now;
     const float wanted = elapsed * speed;

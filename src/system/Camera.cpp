@@ -1,7 +1,8 @@
 #include "system/Camera.h"
 
 #include <GL/glu.h>
-#include <SDL_timer.h>
+
+#include "system/SceneClock.h"
 
 namespace {
 
@@ -22,7 +23,7 @@ GLVector3 sideways(const GLVector3& direction, const GLVector3& up) {
 
 }  // namespace
 
-Camera::Camera() : timer(SDL_GetTicks()) {}
+Camera::Camera() : timer(sceneTicks()) {}
 
 void Camera::set(float ex, float ey, float ez, float ax, float ay, float az, float ux, float uy,
                  float uz) {
@@ -100,7 +101,7 @@ void Camera::yawAroundOrigin(float deg) {
 }
 
 void Camera::update(int keys) {
-    const Uint32 now = SDL_GetTicks();
+    const Uint32 now = sceneTicks();
     const Uint32 elapsed = now - timer;
     timer = now;
     const float step = elapsed * linearSpeed;

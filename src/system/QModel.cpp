@@ -9,6 +9,7 @@
 #include <cstring>
 
 #include "system/RenderObject.h"
+#include "system/SceneClock.h"
 
 // All numbers in both layouts are little-endian, as they are on the machines this runs on.
 static_assert(__BYTE_ORDER__ == __ORDER_LITTLE_ENDIAN__, "the file records are copied as they lie");
@@ -345,7 +346,7 @@ struct QModel::MESH {
     std::unique_ptr<GLIndex[]> indices, texindices;
 };
 
-QModel::QModel() : time(SDL_GetTicks()) {}
+QModel::QModel() : time(sceneTicks()) {}
 
 bool QModel::loadMD3(const char* path) {
     return withFile("loadMD3", path,
@@ -585,7 +586,7 @@ void QModel::preRender() {
     glPushMatrix();
     if (m_anim.empty())
         return;
-    const Uint32 now = SDL_GetTicks();
+    const Uint32 now = sceneTicks();
     const Uint32 elapsed = now - time;
     time = now;
 

@@ -108,24 +108,95 @@ TEST_F(TickTest, EveryAnimalMovesByItsOwnClock) {
         EXPECT_EQ(track->time, 1080u);
 }
 
-TEST_F(TickTest, ATickOfMoreThanAMinuteIsNotSwum) {
+TEST_F(TickTest, WhatNobodySeesDoesNotPass) {
+    // Four seconds with a break of so many milliseconds, at a rest of the camera and again on its
+    // way; the last picture, but for the names of its textures. Breaks are whole rounds of the
+    // texture animations, which follow the clock on the wall.
+    const auto film = [this](Uint32 pause, bool announced) {
+        test::setTicks(1000000);
+        make();
+        settings().soundOn = true;
+        scene().camera_nextmove = 2000;
+        scene().soundtimer.set(3000, 3000);
+        build();
+        test::seedRandom(5);
+        test::sounds.clear();
+        test::setCountingOnly(true);
+        for (int i = 0; i < 100; ++i) {
+            tick(40);
+            if (i == 30 || i == 80) {
+                test::advanceTicks(pause);
+                if (announced)
+                    scene().skipUnseenTime();
+                tick(0);
+            }
+        }
+        test::setCountingOnly(false);
+        EXPECT_EQ(scene().autoCameraDirection, 1);
+        EXPECT_EQ(test::sounds.size(), 1u);
+        test::clear();
+        tick(40);
+        std::vector<test::GL_CALL> picture;
+        for (const test::GL_CALL& call : test::calls())
+            if (call.name != "glBindTexture")
+                picture.push_back(call);
+        return picture;
+    };
+    const std::vector<test::GL_CALL> uninterrupted = film(0, false);
+    ASSERT_GT(uninterrupted.size(), 100000u);
+    EXPECT_TRUE(film(20800, true) == uninterrupted);
+    EXPECT_TRUE(film(1600, true) == uninterrupted);
+    EXPECT_TRUE(film(3200, false) == uninterrupted);
+    EXPECT_TRUE(film(0u - 3200u, false) == uninterrupted);
+}
+
+TEST_F(TickTest, ThreeSecondsBetweenPicturesPass) {
     make();
     build();
+    tick(10);
+    tick(3000);
+    EXPECT_EQ(scene().vmove1.elapsedtime, 3000u);
+    tick(3001);
+    EXPECT_EQ(scene().vmove1.elapsedtime, 0u);
+    tick(10);
+    EXPECT_EQ(scene().vmove1.elapsedtime, 10u);
+    // Without pictures nobody waits for one: a tick is as long as it says.
     update(10);
     update(60000);
     EXPECT_EQ(scene().vmove1.elapsedtime, 60000u);
-    for (const Uint32 unseen : {60001u, 36000000u, 0u - 3000u}) {
-        update(unseen);
-        EXPECT_EQ(scene().lastframetime, unseen);
-        for (const SingleFishMovement* mover : {&scene().vmove1, &scene().huntmove1})
-            EXPECT_EQ(mover->elapsedtime, 0u);
-        for (int i = 0; i < scene().numFish; ++i)
-            EXPECT_EQ(scene().fishmove[i].elapsedtime, 0u);
-        EXPECT_EQ(scene().fishsteering.elapsedtime, 0u);
-        EXPECT_EQ(scene().terrain.timer, scene().timer);
-        update(10);
-        EXPECT_EQ(scene().vmove1.elapsedtime, 10u);
-    }
+}
+
+TEST_F(TickTest, AnnouncedTimeIsOneTicks) {
+    make();
+    build();
+    tick(10);
+    scene().skipUnseenTime();
+    tick(500);
+    EXPECT_EQ(scene().lastframetime, 0u);
+    tick(500);
+    EXPECT_EQ(scene().lastframetime, 500u);
+}
+
+TEST_F(TickTest, EverySceneLeavesOutItsOwnTime) {
+    make();
+    build();
+    tick(10);
+    WaterSurface alone;
+    CMarivistaScreensaver other;
+    other.wantedwssettings.soundOn = false;
+    other.buildWorld();
+    other.tick();
+    test::advanceTicks(2000);
+    scene().skipUnseenTime();
+    scene().tick();
+    other.tick();
+    alone.update();
+    EXPECT_EQ(other.lastframetime, 2000u);
+    EXPECT_EQ(other.vmove1.elapsedtime, 2000u);
+    EXPECT_EQ(scene().vmove1.elapsedtime, 0u);
+    EXPECT_EQ(alone.timer, other.water.timer);
+    EXPECT_EQ(alone.timer - scene().water.timer, 2000u);
+    other.cleanup();
 }
 
 TEST_F(TickTest, TheSkyIsCentredOnTheEye) {
