@@ -2,7 +2,7 @@
 
 #include <KConfig>
 #include <KConfigGroup>
-#include <KUrlLabel>
+#include <QApplication>
 #include <QButtonGroup>
 #include <QCheckBox>
 #include <QComboBox>
@@ -12,20 +12,15 @@
 #include <QFileInfo>
 #include <QGridLayout>
 #include <QGroupBox>
-#include <QKeyEvent>
 #include <QLabel>
 #include <QListWidget>
 #include <QMessageBox>
-#include <QPainter>
 #include <QPushButton>
 #include <QRadioButton>
 #include <QScrollBar>
 #include <QSignalBlocker>
 #include <QSlider>
 #include <QStandardPaths>
-#include <QStyleOptionFocusRect>
-#include <QStyleOptionGroupBox>
-#include <QStylePainter>
 #include <QUrl>
 #include <algorithm>
 #include <cstdio>
@@ -34,6 +29,7 @@
 
 #include "Globals.h"
 #include "framework/LanguagePack.h"
+#include "setup/Controls.h"
 
 // Outside every namespace, as the macro demands.
 static void loadPictures() { Q_INIT_RESOURCE(pictures); }
@@ -43,6 +39,8 @@ namespace {
 const char SETTINGS_FILE[] = "Orvo Atollia";
 
 constexpr QSize WINDOW_SIZE(460, 299);
+/// Fish that one step of the school's slider stands for.
+constexpr int SCHOOL_STEP = 5;
 constexpr QSize FISH_PICTURE(60, 33);
 constexpr QSize SCHOOL_PICTURE(110, 60);
 constexpr QSize GULL_PICTURE(240, 128);
@@ -50,105 +48,32 @@ constexpr QSize SKY_PICTURE(168, 84);
 /// The intro picture keeps at least this height; it takes what the window has to spare.
 constexpr int INTRO_HEIGHT = 60;
 
-/// A link that the keyboard reaches and opens too.
-class Link : public KUrlLabel {
-public:
-    explicit Link(QWidget* parent) : KUrlLabel(parent) { setFocusPolicy(Qt::StrongFocus); }
-
-protected:
-    void keyPressEvent(QKeyEvent* event) override {
-        switch (event->key()) {
-            case Qt::Key_Return:
-            case Qt::Key_Enter:
-            case Qt::Key_Space:
-                emit leftClickedUrl();
-                break;
-            default:
-                KUrlLabel::keyPressEvent(event);
-        }
-    }
-    void paintEvent(QPaintEvent* event) override {
-        KUrlLabel::paintEvent(event);
-        if (!hasFocus())
-            return;
-        QStyleOptionFocusRect option;
-        option.initFrom(this);
-        QPainter painter(this);
-        style()->drawPrimitive(QStyle::PE_FrameFocusRect, &option, &painter, this);
-    }
-};
-
-/// Fills whatever room it has with the middle of its picture.
-class Banner : public QLabel {
-public:
-    using QLabel::QLabel;
-    QSize sizeHint() const override { return minimumSize(); }
-    QSize minimumSizeHint() const override { return minimumSize(); }
-
-protected:
-    void paintEvent(QPaintEvent*) override {
-        const QPixmap picture = pixmap(Qt::ReturnByValue);
-        if (picture.isNull())
-            return;
-        QSizeF part = QSizeF(size()).scaled(picture.size(), Qt::KeepAspectRatio);
-        QRectF source(QPointF(), part);
-        source.moveCenter(QRectF(picture.rect()).center());
-        QPainter painter(this);
-        painter.setRenderHint(QPainter::SmoothPixmapTransform);
-        painter.drawPixmap(QRectF(rect()), picture, source);
-    }
-};
-
-/// A box whose title is never cut. Styles measure a title without the space around its letters and
-/// then lose the end of long ones; measuring wider letters leaves room for that.
-class TitledBox : public QGroupBox {
-public:
-    using QGroupBox::QGroupBox;
-
-protected:
-    void paintEvent(QPaintEvent*) override {
-        QStyleOptionGroupBox option;
-        initStyleOption(&option);
-        QFont wider = font();
-        wider.setStretch(105);
-        option.fontMetrics = QFontMetrics(wider, this);
-        QStylePainter(this).drawComplexControl(QStyle::CC_GroupBox, option);
-    }
-};
-
 template <class Widget>
 Widget* named(Widget* widget, const char* name) {
     widget->setObjectName(QLatin1String(name));
     return widget;
 }
 
-/// A slider whose steps can be seen and which speaks its name.
-QSlider* makeSlider(const char* name, int low, int high, int tick, QWidget* parent) {
-    auto* slider = named(new QSlider(Qt::Horizontal, parent), name);
-    slider->setRange(low, high);
-    slider->setSingleStep(1);
-    slider->setPageStep(1);
-    slider->setTickPosition(QSlider::TicksBelow);
-    slider->setTickInterval(tick);
-    slider->setSizePolicy(QSizePolicy::MinimumExpanding, QSizePolicy::Fixed);
-    return slider;
-}
-
-/// A label that shows a slider's value beside it.
-QLabel* makeValueLabel(const char* name, const QString& text, QSlider* slider, QWidget* parent) {
+/// A label that shows a slider's value beside it, with room for every value.
+QLabel* makeValueLabel(const char* name, const QString& text, const Slider* slider,
+                       QWidget* parent) {
     auto* label = named(new QLabel(text, parent), name);
     label->setAlignment(Qt::AlignRight | Qt::AlignVCenter);
-    label->setMinimumWidth(label->fontMetrics().horizontalAdvance(QStringLiteral("000")));
-    label->setBuddy(slider);
+    label->setMinimumWidth(
+        label->fontMetrics().horizontalAdvance(slider->spoken(slider->maximum()) + "0"));
     return label;
 }
 
-/// Puts a picture on a button that shows nothing else, with the name that screen readers give it.
-void illustrate(QAbstractButton* button, const char* picture, const QSize& size,
-                const QString& name = QString()) {
+/// A picture's size beside letters of the application's size; it is painted for 12 pixels high ones
+/// and has twice as many pixels as needed there.
+QSize besideLetters(const QSize& size) {
+    const double factor = QFontInfo(QApplication::font()).pixelSize() / 12.0;
+    return size * std::clamp(factor, 1.0, 2.0);
+}
+
+void illustrate(QAbstractButton* button, const char* picture, const QSize& size) {
     button->setIcon(QIcon(QStringLiteral(":/setup/%1.png").arg(QLatin1String(picture))));
-    button->setIconSize(size);
-    button->setAccessibleName(name);
+    button->setIconSize(besideLetters(size));
 }
 
 /// Numbers the choices of a box from 0. Check boxes stay without such a group: it would take all
@@ -315,8 +240,8 @@ void KMarivistaSetup::buildBoidPage() {
     boidtype_txt = named(new TitledBox(page_boid), "boidtype_txt");
     boidtype_radio1 = named(new QRadioButton(boidtype_txt), "boidtype_radio1");
     boidtype_radio2 = named(new QRadioButton(boidtype_txt), "boidtype_radio2");
-    illustrate(boidtype_radio1, "boid1", SCHOOL_PICTURE, QStringLiteral("Caesio caerulaurea"));
-    illustrate(boidtype_radio2, "boid2", SCHOOL_PICTURE, QStringLiteral("Centropyge bicolor"));
+    illustrate(boidtype_radio1, "boid1", SCHOOL_PICTURE);
+    illustrate(boidtype_radio2, "boid2", SCHOOL_PICTURE);
     auto* types = new QHBoxLayout(boidtype_txt);
     types->addWidget(boidtype_radio1);
     types->addWidget(boidtype_radio2);
@@ -324,9 +249,10 @@ void KMarivistaSetup::buildBoidPage() {
             &QButtonGroup::idClicked, this, &KMarivistaSetup::boidtype_clicked);
 
     boidcount_txt = named(new TitledBox(page_boid), "boidcount_txt");
-    boidcount_slider = makeSlider("boidcount_slider", 0, 4, 1, boidcount_txt);
-    boidcount_edit =
-        makeValueLabel("boidcount_edit", QStringLiteral("20"), boidcount_slider, boidcount_txt);
+    auto* slider = named(new Slider(0, 4, 1, boidcount_txt, SCHOOL_STEP), "boidcount_slider");
+    boidcount_slider = slider;
+    boidcount_edit = makeValueLabel("boidcount_edit", QStringLiteral("20"), slider, boidcount_txt);
+    boidcount_edit->setBuddy(slider);
     auto* count = new QHBoxLayout(boidcount_txt);
     count->addWidget(boidcount_slider);
     count->addWidget(boidcount_edit);
@@ -342,37 +268,27 @@ void KMarivistaSetup::buildBoidPage() {
 void KMarivistaSetup::buildFishPage() {
     page_fish = addPage("page_fish");
     fishspecies_txt = named(new TitledBox(page_fish), "fishspecies_txt");
-    const struct {
-        QCheckBox** box;
-        const char* species;
-    } boxes[] = {
-        {&fishspecies1, "Pseudanthias squamipinnis"},
-        {&fishspecies2, "Paracanthurus hepatus"},
-        {&fishspecies3, "Zanclus cornutus"},
-        {&fishspecies4, "Cephalopholis miniata"},
-        {&fishspecies5, "Chaetodontoplus septentrionalis"},
-        {&fishspecies6, "Plectorhinchus flavomaculatus"},
-        {&fishspecies7, "Lutjanus sebae"},
-        {&fishspecies8, "Mobula birostris"},
-    };
+    QCheckBox** const boxes[] = {&fishspecies1, &fishspecies2, &fishspecies3, &fishspecies4,
+                                 &fishspecies5, &fishspecies6, &fishspecies7, &fishspecies8};
     constexpr int COLUMNS = 3;
     auto* grid = new QGridLayout(fishspecies_txt);
     int id = 0;
-    for (const auto& entry : boxes) {
+    for (QCheckBox** const member : boxes) {
         auto* box = new QCheckBox(fishspecies_txt);
         box->setObjectName(QStringLiteral("fishspecies%1").arg(id + 1));
         const QByteArray picture = "fish" + QByteArray::number(id + 1);
-        illustrate(box, picture.constData(), FISH_PICTURE, QLatin1String(entry.species));
+        illustrate(box, picture.constData(), FISH_PICTURE);
         grid->addWidget(box, id / COLUMNS, id % COLUMNS);
         connect(box, &QCheckBox::clicked, this, [this, id] { fishspecies_clicked(id); });
-        *entry.box = box;
+        *member = box;
         ++id;
     }
 
     fishcount_txt = named(new TitledBox(page_fish), "fishcount_txt");
-    fishcount_slider = makeSlider("fishcount_slider", 0, 10, 1, fishcount_txt);
-    fishcount_edit =
-        makeValueLabel("fishcount_edit", QStringLiteral("10"), fishcount_slider, fishcount_txt);
+    auto* slider = named(new Slider(0, 10, 1, fishcount_txt), "fishcount_slider");
+    fishcount_slider = slider;
+    fishcount_edit = makeValueLabel("fishcount_edit", QStringLiteral("10"), slider, fishcount_txt);
+    fishcount_edit->setBuddy(slider);
     auto* count = new QHBoxLayout(fishcount_txt);
     count->addWidget(fishcount_slider);
     count->addWidget(fishcount_edit);
@@ -389,7 +305,7 @@ void KMarivistaSetup::buildBirdsPage() {
     page_birds = addPage("page_birds");
     birdspecies_txt = named(new TitledBox(page_birds), "birdspecies_txt");
     birdspecies1 = named(new QCheckBox(birdspecies_txt), "birdspecies1");
-    illustrate(birdspecies1, "gull", GULL_PICTURE, QStringLiteral("Larus argentatus"));
+    illustrate(birdspecies1, "gull", GULL_PICTURE);
     (new QVBoxLayout(birdspecies_txt))->addWidget(birdspecies1);
     connect(birdspecies1, &QCheckBox::clicked, this, [this] { birdtype_clicked(0); });
 
@@ -422,27 +338,35 @@ void KMarivistaSetup::buildCameraPage() {
     camerapos_combo = named(new QComboBox(camera_txt), "camerapos_combo");
     auto* grid = new QGridLayout(camera_txt);
     grid->setColumnStretch(1, 1);
-    grid->addWidget(camerapos_combo, 0, 0, 1, 2);
+    grid->addWidget(camerapos_combo, 0, 0, 1, 3);
 
-    const auto addRow = [&](QLabel** label, const char* label_name, QSlider* slider) {
+    const auto addRow = [&](QLabel** label, const char* label_name, QSlider** slider,
+                            const char* slider_name, Slider* made) {
         *label = named(new QLabel(camera_txt), label_name);
-        (*label)->setBuddy(slider);
+        *slider = named(made, slider_name);
+        (*label)->setBuddy(made);
+        QLabel* value = makeValueLabel("", QString(), made, camera_txt);
+        const auto tell = [value, made](int shown) { value->setText(made->spoken(shown)); };
+        tell(made->value());
+        connect(made, &QSlider::valueChanged, value, tell);
         const int row = grid->rowCount();
         grid->addWidget(*label, row, 0);
-        grid->addWidget(slider, row, 1);
-        // A fixed camera hides these; what is left must not move.
-        for (QWidget* widget : {static_cast<QWidget*>(*label), static_cast<QWidget*>(slider)}) {
-            QSizePolicy policy = widget->sizePolicy();
-            policy.setRetainSizeWhenHidden(true);
-            widget->setSizePolicy(policy);
-        }
+        grid->addWidget(made, row, 1);
+        grid->addWidget(value, row, 2);
+        travel_rows.insert(travel_rows.end(), {*label, made, value});
     };
-    scrollspeed_slider = makeSlider("scrollspeed_slider", 1, 9, 1, camera_txt);
-    addRow(&scrollspeed_txt, "scrollspeed_txt", scrollspeed_slider);
-    resttop_slider = makeSlider("resttop_slider", 1, 60, 5, camera_txt);
-    addRow(&resttop_txt, "resttop_txt", resttop_slider);
-    restbottom_slider = makeSlider("restbottom_slider", 5, 60, 5, camera_txt);
-    addRow(&restbottom_txt, "restbottom_txt", restbottom_slider);
+    addRow(&scrollspeed_txt, "scrollspeed_txt", &scrollspeed_slider, "scrollspeed_slider",
+           new Slider(1, 9, 1, camera_txt, 1, " °/s"));
+    addRow(&resttop_txt, "resttop_txt", &resttop_slider, "resttop_slider",
+           new Slider(1, 60, 5, camera_txt, 1, " s"));
+    addRow(&restbottom_txt, "restbottom_txt", &restbottom_slider, "restbottom_slider",
+           new Slider(5, 60, 5, camera_txt, 1, " s"));
+    // A fixed camera hides these; what is left must not move.
+    for (QWidget* widget : travel_rows) {
+        QSizePolicy policy = widget->sizePolicy();
+        policy.setRetainSizeWhenHidden(true);
+        widget->setSizePolicy(policy);
+    }
 
     connect(camerapos_combo, QOverload<int>::of(&QComboBox::activated), this,
             &KMarivistaSetup::camerapos_activated);
@@ -540,17 +464,15 @@ void KMarivistaSetup::init() {
     boidcount_txt->setTitle(text("boidcount"));
     boidtype_radio1->setChecked(settings.boidmodel == 0);
     boidtype_radio2->setChecked(settings.boidmodel == 1);
-    showValue(boidcount_slider, settings.boidcount / 5);
+    showValue(boidcount_slider, settings.boidcount / SCHOOL_STEP);
     boidcount_slider_valueChanged(boidcount_slider->value());
 
     fishspecies_txt->setTitle(text("fishtype"));
     fishcount_txt->setTitle(text("fishcount"));
     for (const SPECIES_BOX& species : speciesBoxes())
         species.box->setChecked(settings.*species.flag);
-    const int fishcount = settings.fishcount;
-    showValue(fishcount_slider, fishcount);
-    fishcount_slider_valueChanged(fishcount_slider->value());
-    settings.fishcount = fishcount;
+    showValue(fishcount_slider, settings.fishcount);
+    fishcount_slider_valueChanged(settings.fishcount);
 
     birdspecies_txt->setTitle(text("birdtype"));
     birdspecies1->setChecked(settings.bird_gull);
@@ -568,15 +490,49 @@ void KMarivistaSetup::init() {
     scrollspeed_txt->setText(text("scrollspeed"));
     resttop_txt->setText(text("resttime_top"));
     restbottom_txt->setText(text("resttime_bottom"));
-    showValue(scrollspeed_slider, settings.cameraspeed);
-    showValue(resttop_slider, settings.camerafix_top);
-    showValue(restbottom_slider, settings.camerafix_bottom);
+    // What is out of range becomes what the slider shows.
+    scrollspeed_slider->setValue(settings.cameraspeed);
+    scrollspeed_valueChanged(scrollspeed_slider->value());
+    resttop_slider->setValue(settings.camerafix_top);
+    resttop_valueChanged(resttop_slider->value());
+    restbottom_slider->setValue(settings.camerafix_bottom);
+    restbottom_valueChanged(restbottom_slider->value());
     // The combo stays on its first entry, whatever the stored position: a position changes only
     // when the person activates an entry.
 
+    nameAnimals(texts);
+    sellist->setAccessibleName(text("pages"));
     sound_txt->setTitle(text("soundtext"));
     usesound->setText(text("on_off"));
     usesound->setChecked(settings.soundOn);
+}
+
+/// Names the buttons that show an animal and nothing else: for the pointer that rests on them, and
+/// for those who cannot see the picture. Without a text the scientific name serves.
+void KMarivistaSetup::nameAnimals(LanguagePack& texts) {
+    const struct {
+        QAbstractButton* button;
+        const char* key;
+        const char* species;
+    } animals[] = {
+        {boidtype_radio1, "school_silver", "Caesio caerulaurea"},
+        {boidtype_radio2, "school_angel", "Centropyge bicolor"},
+        {fishspecies1, "fish_red", "Pseudanthias squamipinnis"},
+        {fishspecies2, "fish_blue", "Paracanthurus hepatus"},
+        {fishspecies3, "fish_stripe", "Zanclus cornutus"},
+        {fishspecies4, "fish_dot", "Cephalopholis miniata"},
+        {fishspecies5, "fish_yell_blu", "Chaetodontoplus septentrionalis"},
+        {fishspecies6, "fish_big_grey", "Plectorhinchus flavomaculatus"},
+        {fishspecies7, "fish_big_red", "Lutjanus sebae"},
+        {fishspecies8, "fish_manta", "Mobula birostris"},
+        {birdspecies1, "gull", "Larus argentatus"},
+    };
+    for (const auto& animal : animals) {
+        const QString text = QString::fromUtf8(texts.getString(animal.key));
+        const QString name = text.isEmpty() ? QString::fromLatin1(animal.species) : text;
+        animal.button->setToolTip(name);
+        animal.button->setAccessibleName(name);
+    }
 }
 
 /// Gives the list and the information text the room that their texts need, and the sliders and the
@@ -604,7 +560,8 @@ void KMarivistaSetup::fitTexts() {
 }
 
 void KMarivistaSetup::readConfig() {
-    KConfig file(settingsPath(), KConfig::SimpleConfig);
+    KConfig file(QLatin1String(SETTINGS_FILE), KConfig::NoGlobals,
+                 QStandardPaths::GenericConfigLocation);
     const KConfigGroup keys = settingsKeys(file);
     const SaverSettings defaults;
     for (const SETTING& setting : settings_written) {
@@ -618,11 +575,22 @@ void KMarivistaSetup::readConfig() {
 void KMarivistaSetup::writeConfig() {
     KConfig file(settingsPath(), KConfig::SimpleConfig);
     KConfigGroup keys = settingsKeys(file);
+    // What the administrator has set for everyone stays theirs to change: it comes into the
+    // person's own file only when the person wants something else.
+    KConfig everyone(QLatin1String(SETTINGS_FILE), KConfig::NoGlobals,
+                     QStandardPaths::GenericConfigLocation);
+    everyone.setReadDefaults(true);
+    const KConfigGroup shared = settingsKeys(everyone);
+    const auto write = [&](const char* key, auto value) {
+        const bool same = shared.hasKey(key) && shared.readEntry(key, value) == value;
+        if (keys.hasKey(key) || !same)
+            keys.writeEntry(key, value);
+    };
     for (const SETTING& setting : settings_written) {
         if (setting.number)
-            keys.writeEntry(setting.key, settings.*setting.number);
+            write(setting.key, settings.*setting.number);
         else
-            keys.writeEntry(setting.key, settings.*setting.flag);
+            write(setting.key, settings.*setting.flag);
     }
     if (save(file, settingsPath()))
         accept();
@@ -654,8 +622,8 @@ void KMarivistaSetup::changePage(int index) {
 }
 
 void KMarivistaSetup::boidcount_slider_valueChanged(int value) {
-    boidcount_edit->setText(QString::number(value * 5));
-    settings.boidcount = value * 5;
+    boidcount_edit->setText(QString::number(value * SCHOOL_STEP));
+    settings.boidcount = value * SCHOOL_STEP;
 }
 
 void KMarivistaSetup::boidtype_clicked(int id) { settings.boidmodel = id; }
@@ -680,10 +648,7 @@ void KMarivistaSetup::sky_clicked(int id) { settings.skytype = id; }
 void KMarivistaSetup::camerapos_activated(int index) {
     settings.camerapos = index;
     // Speed and rest times concern the camera that travels by itself only.
-    for (QWidget* widget :
-         {static_cast<QWidget*>(scrollspeed_txt), static_cast<QWidget*>(scrollspeed_slider),
-          static_cast<QWidget*>(resttop_txt), static_cast<QWidget*>(resttop_slider),
-          static_cast<QWidget*>(restbottom_txt), static_cast<QWidget*>(restbottom_slider)})
+    for (QWidget* widget : travel_rows)
         widget->setVisible(index == 0);
 }
 

@@ -9,6 +9,7 @@
 #include "MVSettingsDlg.h"
 
 class KUrlLabel;
+class LanguagePack;
 class QCheckBox;
 class QComboBox;
 class QFrame;
@@ -29,14 +30,20 @@ struct FramePage {
 /// record and closes, everything else that closes the dialog leaves the file alone. The texts come
 /// from the language file; without one they stay empty and everything still works.
 ///
-/// A value that its control cannot show appears as the nearest one it can, and is saved as it was
-/// read unless the control is used. The size of the school is the exception: it is always made a
-/// multiple of 5 from 0 to 20.
+/// What is out of a control's range appears as the nearest value that it has. Camera speed and
+/// rests become that value, the size of the school a multiple of 5 from 0 to 20; the number of
+/// fish, the kinds of school and sky and the camera's place stay as they were read until the person
+/// changes them.
+///
+/// Settings for everyone on the machine count too, and are not copied into the person's own file.
 class KMarivistaSetup : public QDialog {
     Q_OBJECT
 
 public:
     explicit KMarivistaSetup(QWidget* parent = nullptr, Qt::WindowFlags flags = Qt::WindowFlags());
+    /// The dialog in another language or from another language file.
+    KMarivistaSetup(std::string languagefile, std::string language, QWidget* parent,
+                    Qt::WindowFlags flags);
 
     // Every widget is owned by the widget tree and carries its member's name as object name. The
     // buttons of a choice are numbered from 0 in the order of their members.
@@ -123,11 +130,6 @@ public slots:
     virtual void restbottom_valueChanged(int value);
     virtual void usesound_changed(bool on);
 
-protected:
-    /// The dialog in another language or from another language file.
-    KMarivistaSetup(std::string languagefile, std::string language, QWidget* parent,
-                    Qt::WindowFlags flags);
-
 private:
     struct SPECIES_BOX {
         QCheckBox* box;
@@ -144,9 +146,11 @@ private:
     void buildCameraPage();
     void buildSoundPage();
     void buildButtons();
+    void nameAnimals(LanguagePack& texts);
     void fitTexts();
     void tellNotSaved();
 
-    const std::string language_file;  ///< path
-    const std::string language_code;  ///< section of the file
+    const std::string language_file;    ///< path
+    const std::string language_code;    ///< section of the file
+    std::vector<QWidget*> travel_rows;  ///< what concerns the camera that travels by itself only
 };

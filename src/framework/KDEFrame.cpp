@@ -87,7 +87,7 @@ bool KDEFrame::readSettings() { return true; }
 bool KDEFrame::writeSettings() { return true; }
 
 bool KDEFrame::openSettingsFile(const char*, const char* name) {
-    config = new KConfig(QString::fromLatin1(name), KConfig::SimpleConfig,
+    config = new KConfig(QString::fromLatin1(name), KConfig::NoGlobals,
                          QStandardPaths::GenericConfigLocation);
     return true;
 }

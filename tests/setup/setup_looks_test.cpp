@@ -253,6 +253,33 @@ TEST_P(SetupLooks, EveryControlHasANameOfItsOwn) {
     }
 }
 
+TEST_P(SetupLooks, AnimalsAreNamedInTheDialogsLanguage) {
+    LanguagePack texts(LANGUAGE_FILE, GetParam());
+    Dialog dialog(GetParam());
+    const std::pair<const QAbstractButton*, const char*> animals[] = {
+        {dialog.boidtype_radio1, "school_silver"},
+        {dialog.boidtype_radio2, "school_angel"},
+        {dialog.fishspecies1, "fish_red"},
+        {dialog.fishspecies2, "fish_blue"},
+        {dialog.fishspecies3, "fish_stripe"},
+        {dialog.fishspecies4, "fish_dot"},
+        {dialog.fishspecies5, "fish_yell_blu"},
+        {dialog.fishspecies6, "fish_big_grey"},
+        {dialog.fishspecies7, "fish_big_red"},
+        {dialog.fishspecies8, "fish_manta"},
+        {dialog.birdspecies1, "gull"},
+    };
+    for (const auto& [button, key] : animals) {
+        const QString name = texts.getString(key);
+        EXPECT_FALSE(name.isEmpty()) << key;
+        EXPECT_EQ(button->toolTip(), name) << key;
+        EXPECT_EQ(button->accessibleName(), name) << key;
+    }
+    EXPECT_EQ(dialog.sellist->accessibleName(), texts.getString("pages"));
+    EXPECT_FALSE(dialog.sellist->accessibleName().isEmpty());
+    EXPECT_FALSE(dialog.camerapos_combo->accessibleName().isEmpty());
+}
+
 // Kept beside the test program, to be looked at.
 TEST_P(SetupLooks, LeavesPicturesOfItsPages) {
     Dialog dialog(GetParam());
@@ -315,6 +342,28 @@ TEST_F(SetupPictures, IntroductionShowsTheLagoon) {
     EXPECT_GT(blue, image.width() * image.height() / 4);
 }
 
+TEST_F(SetupPictures, GrowWithTheLetters) {
+    const QFont before = QApplication::font();
+    const QSize usual = dialog.birdspecies1->iconSize();
+    QApplication::setFont(QFont(before.family(), 16));
+    const Dialog large;
+    QApplication::setFont(before);
+    EXPECT_EQ(usual, QSize(240, 128));
+    EXPECT_GE(large.birdspecies1->iconSize().width(), usual.width() * 16 / 9 - 10);
+    EXPECT_GT(large.fishspecies1->iconSize().width(), dialog.fishspecies1->iconSize().width());
+}
+
+// The knob is drawn whole: no row of it is cut off at the edge of the slider.
+TEST_F(SetupPictures, KnobsOfSlidersAreWhole) {
+    dialog.open();
+    dialog.sellist->setCurrentRow(5);
+    QCoreApplication::processEvents();
+    const QImage drawn = dialog.resttop_slider->grab().toImage();
+    const QRgb background = drawn.pixel(0, 0);
+    for (int x = 0; x < drawn.width(); ++x)
+        EXPECT_EQ(drawn.pixel(x, 0), background) << "column " << x;
+}
+
 class SetupKeyboard : public testing::Test {
 protected:
     ConfigFolder folder;
@@ -327,6 +376,30 @@ TEST_F(SetupKeyboard, SlidersAreTheBuddiesOfTheirLabels) {
     EXPECT_EQ(dialog.scrollspeed_txt->buddy(), dialog.scrollspeed_slider);
     EXPECT_EQ(dialog.resttop_txt->buddy(), dialog.resttop_slider);
     EXPECT_EQ(dialog.restbottom_txt->buddy(), dialog.restbottom_slider);
+}
+
+TEST_F(SetupKeyboard, SchoolSliderSpeaksTheNumberShown) {
+    QAccessibleInterface* spoken = QAccessible::queryAccessibleInterface(dialog.boidcount_slider);
+    ASSERT_TRUE(spoken && spoken->valueInterface());
+    EXPECT_EQ(spoken->role(), QAccessible::Slider);
+    EXPECT_EQ(spoken->text(QAccessible::Value), "10");
+    EXPECT_EQ(spoken->valueInterface()->currentValue(), 10);
+    EXPECT_EQ(spoken->valueInterface()->maximumValue(), 20);
+    EXPECT_EQ(spoken->valueInterface()->minimumStepSize(), 5);
+    spoken->valueInterface()->setCurrentValue(15);
+    EXPECT_EQ(dialog.settings.boidcount, 15);
+    EXPECT_EQ(
+        QAccessible::queryAccessibleInterface(dialog.resttop_slider)->text(QAccessible::Value),
+        "30 s");
+}
+
+TEST_F(SetupKeyboard, LinkIsALink) {
+    QAccessibleInterface* spoken = QAccessible::queryAccessibleInterface(dialog.hyperlink);
+    ASSERT_TRUE(spoken);
+    EXPECT_EQ(spoken->role(), QAccessible::Link);
+    EXPECT_EQ(spoken->text(QAccessible::Name), dialog.hyperlink->text());
+    EXPECT_TRUE(spoken->actionInterface()->actionNames().contains(
+        QAccessibleActionInterface::pressAction()));
 }
 
 TEST_F(SetupKeyboard, OkIsTheDefaultButton) {

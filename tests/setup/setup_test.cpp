@@ -9,16 +9,19 @@
 #include <QCheckBox>
 #include <QComboBox>
 #include <QDesktopServices>
+#include <QDir>
 #include <QGroupBox>
 #include <QLabel>
 #include <QListWidget>
 #include <QMetaMethod>
+#include <QMouseEvent>
 #include <QPushButton>
 #include <QRadioButton>
 #include <QSignalSpy>
 #include <QSlider>
 #include <map>
 #include <ostream>
+#include <set>
 
 #include "Marivista.h"
 #include "dialog.h"
@@ -275,17 +278,45 @@ INSTANTIATE_TEST_SUITE_P(
     OutOfRange, SetupKey,
     testing::Values(STORED{"BoidModel2", "BoidModel=2", BOIDTYPE, "off off"},
                     STORED{"BoidModelNegative", "BoidModel=-1", BOIDTYPE, "off off"},
-                    STORED{"FishCount11", "FishCount=11", FISHCOUNT, "10 10"},
-                    STORED{"FishCountHuge", "FishCount=2147483647", FISHCOUNT, "10 10"},
-                    STORED{"FishCountNegative", "FishCount=-3", FISHCOUNT, "0 0"},
-                    STORED{"SkyType7", "SkyType=7", SKYTYPE, "off off"},
-                    STORED{"CameraSpeed0", "CameraSpeed=0", SLIDER(scrollspeed_slider), "1"},
-                    STORED{"CameraSpeed100", "CameraSpeed=100", SLIDER(scrollspeed_slider), "9"},
-                    STORED{"CameraFixTop0", "CameraFixTop=0", SLIDER(resttop_slider), "1"},
-                    STORED{"CameraFixTop3600", "CameraFixTop=3600", SLIDER(resttop_slider), "60"},
-                    STORED{"CameraFixBottom1", "CameraFixBottom=1", SLIDER(restbottom_slider), "5"},
-                    STORED{"CameraFixBottom61", "CameraFixBottom=61", SLIDER(restbottom_slider),
-                           "60"}),
+                    STORED{"FishCount11", "FishCount=11", FISHCOUNT, "10 11"},
+                    STORED{"FishCountHuge", "FishCount=2147483647", FISHCOUNT, "10 2147483647"},
+                    STORED{"FishCountNegative", "FishCount=-3", FISHCOUNT, "0 -3"},
+                    STORED{"SkyType7", "SkyType=7", SKYTYPE, "off off"}),
+    [](const auto& info) { return std::string(info.param.name); });
+
+// Camera speed and rests are saved as they are shown.
+
+struct CLAMPED {
+    const char* name;
+    const char* key;
+    const char* stored;
+    std::string (*shown)(const Dialog&);
+    const char* expected;
+};
+
+void PrintTo(const CLAMPED& clamped, std::ostream* out) { *out << clamped.name; }
+
+class SetupCameraValue : public SetupTest, public testing::WithParamInterface<CLAMPED> {};
+
+TEST_P(SetupCameraValue, IsBroughtIntoRangeAndSaved) {
+    const CLAMPED& clamped = GetParam();
+    folder.write(QByteArray(clamped.key) + "=" + clamped.stored + "\n");
+    Dialog dialog;
+    dialog.open();
+    EXPECT_EQ(clamped.shown(dialog), clamped.expected);
+    click(dialog.okbutton);
+    EXPECT_EQ(parse(folder.read()), with(defaults, clamped.key, clamped.expected));
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    OutOfRange, SetupCameraValue,
+    testing::Values(
+        CLAMPED{"CameraSpeed0", "CameraSpeed", "0", SLIDER(scrollspeed_slider), "1"},
+        CLAMPED{"CameraSpeed20", "CameraSpeed", "20", SLIDER(scrollspeed_slider), "9"},
+        CLAMPED{"CameraFixTop0", "CameraFixTop", "0", SLIDER(resttop_slider), "1"},
+        CLAMPED{"CameraFixTop3600", "CameraFixTop", "3600", SLIDER(resttop_slider), "60"},
+        CLAMPED{"CameraFixBottom1", "CameraFixBottom", "1", SLIDER(restbottom_slider), "5"},
+        CLAMPED{"CameraFixBottom61", "CameraFixBottom", "61", SLIDER(restbottom_slider), "60"}),
     [](const auto& info) { return std::string(info.param.name); });
 
 struct SCHOOL {
@@ -315,16 +346,16 @@ INSTANTIATE_TEST_SUITE_P(Sizes, SetupSchool,
 
 // A value is given up only when its own control is used.
 TEST_F(SetupTest, UsingAControlReplacesAValueOutOfRange) {
-    folder.write("CameraSpeed=100\nCameraFixTop=0\nFishCount=50\n");
+    folder.write("SkyType=7\nBoidModel=3\nFishCount=50\n");
     Dialog dialog;
     dialog.open();
-    pick(dialog.sellist, CAMERA);
-    pressKey(dialog.scrollspeed_slider, Qt::Key_Left);
+    pick(dialog.sellist, SKY);
+    click(dialog.sky_radio2);
     pick(dialog.sellist, FISH);
     pressKey(dialog.fishcount_slider, Qt::Key_Left);
     click(dialog.okbutton);
-    Entries expected = with(defaults, "CameraSpeed", "8");
-    expected["CameraFixTop"] = "0";
+    Entries expected = with(defaults, "SkyType", "1");
+    expected["BoidModel"] = "3";
     expected["FishCount"] = "9";
     EXPECT_EQ(parse(folder.read()), expected);
 }
@@ -389,6 +420,72 @@ TEST_F(SetupTest, ForeignEntriesSurvive) {
     EXPECT_TRUE(text.contains("Mystery=1\n"));
     EXPECT_TRUE(text.contains("[Other]\nThing=2\n"));
     EXPECT_TRUE(text.contains("BoidCount=10\n"));
+}
+
+namespace {
+
+/// What the real scene makes of the settings file.
+SaverSettings readByTheSaver() {
+    CMarivistaScreensaver scene;
+    scene.readSettings();
+    return scene.wantedwssettings;
+}
+
+void expectEqual(const SaverSettings& a, const SaverSettings& b) {
+    for (const SETTING& setting : settings_read) {
+        if (setting.number)
+            EXPECT_EQ(a.*setting.number, b.*setting.number) << setting.key;
+        else
+            EXPECT_EQ(a.*setting.flag, b.*setting.flag) << setting.key;
+    }
+}
+
+}  // namespace
+
+// What an administrator has set for everyone.
+TEST_F(SetupTest, SettingsForEveryoneCountAndAreNotCopied) {
+    const QTemporaryDir everyone;
+    QFile shared(everyone.filePath("Orvo Atollia"));
+    ASSERT_TRUE(shared.open(QIODevice::WriteOnly));
+    shared.write("SkyType=1\nFishCount=4\nSoundOn=false\n");
+    shared.close();
+    const QByteArray before = qgetenv("XDG_CONFIG_DIRS");
+    qputenv("XDG_CONFIG_DIRS", everyone.path().toLocal8Bit());
+    folder.write("SoundOn=false\n");
+    {
+        Dialog dialog;
+        dialog.open();
+        EXPECT_TRUE(dialog.sky_radio2->isChecked());
+        EXPECT_EQ(dialog.fishcount_slider->value(), 4);
+        EXPECT_FALSE(dialog.usesound->isChecked());
+        expectEqual(readByTheSaver(), dialog.settings);
+        pick(dialog.sellist, FISH);
+        pressKey(dialog.fishcount_slider, Qt::Key_Left);
+        click(dialog.okbutton);
+    }
+    Entries expected = with(defaults, "FishCount", "3");
+    expected.erase("SkyType");
+    expected["SoundOn"] = "false";
+    EXPECT_EQ(parse(folder.read()), expected) << "the sky stays the administrator's";
+    // Wanting the usual again where the administrator wants something else is a wish, too.
+    {
+        Dialog dialog;
+        dialog.open();
+        pick(dialog.sellist, SKY);
+        click(dialog.sky_radio1);
+        click(dialog.okbutton);
+    }
+    EXPECT_EQ(parse(folder.read())["SkyType"], "0");
+    qputenv("XDG_CONFIG_DIRS", before);
+}
+
+// The desktop's own settings are none of ours.
+TEST_F(SetupTest, DesktopGlobalsDoNotCount) {
+    QFile globals(QDir(folder.path()).filePath("kdeglobals"));
+    ASSERT_TRUE(globals.open(QIODevice::WriteOnly));
+    globals.write("SkyType=1\n");
+    globals.close();
+    EXPECT_EQ(Dialog().settings.skytype, 0);
 }
 
 TEST_F(SetupTest, AllSpeciesMayBeOff) {
@@ -601,26 +698,6 @@ TEST_F(SetupTest, EscapeAndClosingWriteNothing) {
 
 // What the saver makes of it.
 
-namespace {
-
-/// What the real scene makes of the settings file.
-SaverSettings readByTheSaver() {
-    CMarivistaScreensaver scene;
-    scene.readSettings();
-    return scene.wantedwssettings;
-}
-
-void expectEqual(const SaverSettings& a, const SaverSettings& b) {
-    for (const SETTING& setting : settings_read) {
-        if (setting.number)
-            EXPECT_EQ(a.*setting.number, b.*setting.number) << setting.key;
-        else
-            EXPECT_EQ(a.*setting.flag, b.*setting.flag) << setting.key;
-    }
-}
-
-}  // namespace
-
 TEST_F(SetupTest, SaverReadsWhatOkSaved) {
     Dialog dialog;
     dialog.open();
@@ -739,6 +816,55 @@ TEST_F(SetupTest, SlidersHaveTheirRangesAndSteps) {
         EXPECT_EQ(entry.slider->singleStep(), 1);
         EXPECT_EQ(entry.slider->pageStep(), 1);
     }
+}
+
+TEST_F(SetupTest, EverySecondCanBeSetWithTheMouse) {
+    const QFont before = QApplication::font();
+    for (int points : {7, 9, 12, 16}) {
+        QApplication::setFont(QFont(before.family(), points));
+        Dialog dialog;
+        dialog.open();
+        pick(dialog.sellist, CAMERA);
+        for (QSlider* slider :
+             {dialog.scrollspeed_slider, dialog.resttop_slider, dialog.restbottom_slider}) {
+            // Dragged pixel by pixel along its whole way, it stops at every value.
+            std::set<int> values;
+            slider->setValue(slider->minimum());
+            const auto drag = [slider](QEvent::Type type, int x) {
+                QMouseEvent event(type, QPointF(x, slider->height() / 3), Qt::LeftButton,
+                                  Qt::LeftButton, Qt::NoModifier);
+                QCoreApplication::sendEvent(slider, &event);
+            };
+            drag(QEvent::MouseButtonPress, 5);
+            for (int x = 5; x < slider->width(); ++x) {
+                drag(QEvent::MouseMove, x);
+                values.insert(slider->value());
+            }
+            drag(QEvent::MouseButtonRelease, slider->width());
+            EXPECT_EQ(values.size(), static_cast<size_t>(slider->maximum() - slider->minimum() + 1))
+                << points << " " << slider->objectName().toStdString();
+        }
+    }
+    QApplication::setFont(before);
+}
+
+TEST_F(SetupTest, CameraSlidersShowValueAndUnit) {
+    folder.write("CameraSpeed=3\nCameraFixTop=17\nCameraFixBottom=45\n");
+    Dialog dialog;
+    dialog.open();
+    pick(dialog.sellist, CAMERA);
+    const auto shown = [&] {
+        QStringList texts;
+        for (const QLabel* label : dialog.camera_txt->findChildren<QLabel*>())
+            if (label->isVisible() && !label->buddy())
+                texts << label->text();
+        return texts;
+    };
+    EXPECT_EQ(shown(), QStringList({"3 °/s", "17 s", "45 s"}));
+    pressKey(dialog.resttop_slider, Qt::Key_Right);
+    EXPECT_EQ(shown(), QStringList({"3 °/s", "18 s", "45 s"}));
+    pressKey(dialog.camerapos_combo, Qt::Key_Down);
+    EXPECT_EQ(shown(), QStringList());
 }
 
 TEST_F(SetupTest, LabelsFollowTheSliders) {
