@@ -14,7 +14,9 @@
 #include <cstdio>
 #include <cstring>
 #include <string>
+#include <vector>
 
+#include "frame_boxes.h"
 #include "offscreen.h"
 #include "system/ModelCore.h"
 #include "system/QModel.h"
@@ -82,8 +84,10 @@ void drawBackdrop(const BACKDROP& backdrop) {
     glColor3f(1, 1, 1);
 }
 
-/// Sets a view that shows one frame of the model as large as the card allows.
-void frameModel(const QModel& model, int frame, float heading, float height, double aspect) {
+/// Sets a view that shows one frame of the model as large as the card allows; its floor is where
+/// the animal ends below, its shadow lies deeper.
+void frameModel(const QModel& model, int frame, float floor, float heading, float height,
+                double aspect) {
     glMatrixMode(GL_MODELVIEW);
     glLoadIdentity();
     glRotatef(height, 1, 0, 0);
@@ -93,6 +97,8 @@ void frameModel(const QModel& model, int frame, float heading, float height, dou
     double low[3] = {1e9, 1e9, 1e9}, high[3] = {-1e9, -1e9, -1e9};
     for (int i = 0; i < model.NumVerts; ++i) {
         const GLVector3& v = model.framedata[frame].vertices[i].pos;
+        if (v.y < floor)
+            continue;
         for (int axis = 0; axis < 3; ++axis) {
             const double value = m[axis] * v.x + m[4 + axis] * v.y + m[8 + axis] * v.z;
             low[axis] = std::min(low[axis], value);
@@ -152,8 +158,12 @@ bool makePortrait(const PORTRAIT& portrait, const std::string& data, const std::
         glClear(GL_DEPTH_BUFFER_BIT);
         glEnable(GL_DEPTH_TEST);
         glDepthFunc(GL_LEQUAL);
-        frameModel(model, std::min(portrait.frame, model.NumFrames - 1), portrait.heading,
-                   portrait.height, static_cast<double>(width) / height);
+        const int frame = std::min(portrait.frame, model.NumFrames - 1);
+        const std::vector<FrameBox> boxes = readFrameBoxes((data + portrait.model).c_str());
+        const bool known = static_cast<size_t>(frame) < boxes.size();
+        const float floor = known ? boxes[static_cast<size_t>(frame)].low[1] - 0.1f : -1e9f;
+        frameModel(model, frame, floor, portrait.heading, portrait.height,
+                   static_cast<double>(width) / height);
         animal.render();
     }
     const bool saved = saveCard(toImage(context.read()), QSize(portrait.width, portrait.high),

@@ -8,14 +8,12 @@
 #include <GL/glu.h>
 
 #include <algorithm>
-#include <cmath>
 #include <cstdio>
 #include <cstdlib>
-#include <cstring>
-#include <fstream>
 #include <string>
 #include <vector>
 
+#include "frame_boxes.h"
 #include "offscreen.h"
 #include "system/ModelCore.h"
 #include "system/QModel.h"
@@ -24,35 +22,6 @@
 namespace {
 
 constexpr int kColumns = 4, kRows = 4;
-
-struct Frames {
-    int count = 0;
-    float reach = 0;  ///< Distance of the farthest corner of all frames' boxes from the origin.
-};
-
-/// What the file's own frame records say about its size; count is 0 when it cannot be read.
-Frames frameRecords(const char* path) {
-    constexpr size_t kHeader = 108, kRecord = 56;
-    std::ifstream file(path, std::ios::binary);
-    const std::vector<char> bytes{std::istreambuf_iterator<char>(file), {}};
-    int32_t count = 0;
-    if (bytes.size() >= kHeader)
-        std::memcpy(&count, &bytes[76], sizeof count);
-    if (count <= 0 || bytes.size() < kHeader + kRecord * static_cast<size_t>(count))
-        return {};
-    Frames frames{count, 0};
-    for (int i = 0; i < count; ++i) {
-        float box[6];
-        std::memcpy(box, &bytes[kHeader + kRecord * static_cast<size_t>(i)], sizeof box);
-        float square = 0;
-        for (int axis = 0; axis < 3; ++axis) {
-            const float farthest = std::max(std::fabs(box[axis]), std::fabs(box[axis + 3]));
-            square += farthest * farthest;
-        }
-        frames.reach = std::max(frames.reach, std::sqrt(square));
-    }
-    return frames;
-}
 
 /// Draws into one cell, numbered row by row from the top left.
 void drawCell(ModelCore& object, int cell, int size, float reach, float heading, float height) {
@@ -86,18 +55,22 @@ int main(int count, char** arguments) {
         std::fprintf(stderr, "no GL context\n");
         return 1;
     }
-    const Frames frames = frameRecords(path.c_str());
+    const std::vector<FrameBox> frames = readFrameBoxes(path.c_str());
     QModel model;
     Texture texture;
-    if (frames.count == 0) {
+    if (frames.empty()) {
         std::fprintf(stderr, "%s is no model\n", path.c_str());
         return 1;
     }
     if (!model.loadMD3(path.c_str()) ||
         !texture.loadBMP(skin.c_str(), static_cast<TEXTURE_FLAG>(QUALITY_NORMAL | WRAP_REPEAT)))
         return 1;
+    float reach = 0;
+    for (const FrameBox& box : frames)
+        reach = std::max(reach, box.reach());
     // An animation of one frame holds that frame still.
-    for (int frame = 0; frame < frames.count; ++frame)
+    const int count_of_frames = static_cast<int>(frames.size());
+    for (int frame = 0; frame < count_of_frames; ++frame)
         model.addAnimation(frame, frame, std::to_string(frame).c_str());
 
     ModelCore object;
@@ -111,16 +84,16 @@ int main(int count, char** arguments) {
     glClear(GL_COLOR_BUFFER_BIT | GL_DEPTH_BUFFER_BIT);
     glMatrixMode(GL_PROJECTION);
     glLoadIdentity();
-    gluPerspective(38, 1, frames.reach * 0.1, frames.reach * 10);
+    gluPerspective(38, 1, reach * 0.1, reach * 10);
 
     constexpr int kViews = 8;
     model.setAnimation("0");
     for (int view = 0; view < kViews; ++view)
-        drawCell(object, view, size, frames.reach, 90.0f + 45.0f * static_cast<float>(view),
+        drawCell(object, view, size, reach, 90.0f + 45.0f * static_cast<float>(view),
                  view % 2 == 0 ? 8.0f : 30.0f);
     for (int step = 0; step < kViews; ++step) {
-        model.setAnimation(std::to_string(step * frames.count / kViews).c_str());
-        drawCell(object, kViews + step, size, frames.reach, 55, 40);
+        model.setAnimation(std::to_string(step * count_of_frames / kViews).c_str());
+        drawCell(object, kViews + step, size, reach, 55, 40);
     }
     const bool saved = context.read().savePng(arguments[2]);
     model.cleanup();

@@ -72,8 +72,9 @@ std::vector<Vec3> Mesh::normals() const {
     return result;
 }
 
-void saveModel(const Mesh& mesh, int frames, const Pose& pose, const std::string& path) {
+void saveModel(const Mesh& mesh, int frames, const Pose& pose, const std::string& path, int boxed) {
     const size_t vertices = mesh.vertices.size(), triangles = mesh.triangles.size();
+    const size_t inside = boxed < 0 ? vertices : static_cast<size_t>(boxed);
     if (vertices > 65535)
         fail(path + " has more than 65535 vertices");
     const size_t count = static_cast<size_t>(frames);
@@ -102,7 +103,7 @@ void saveModel(const Mesh& mesh, int frames, const Pose& pose, const std::string
     out.i32(header + bones + mesh_size);
     for (size_t f = 0; f < count; ++f) {
         Vec3 low{1e9f, 1e9f, 1e9f}, high{-1e9f, -1e9f, -1e9f};
-        for (size_t v = 0; v < vertices; ++v) {
+        for (size_t v = 0; v < inside; ++v) {
             const Vec3& p = poses[f * vertices + v];
             low = {std::min(low.x, p.x), std::min(low.y, p.y), std::min(low.z, p.z)};
             high = {std::max(high.x, p.x), std::max(high.y, p.y), std::max(high.z, p.z)};

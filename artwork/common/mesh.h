@@ -42,8 +42,11 @@ using Pose = std::function<Vec3(int vertex, const Vec3& rest, int frame)>;
 
 /// Writes the mesh as a ".nlm" file with the given number of keyframes, the pose deciding where
 /// each vertex stands in each. Positions are kept to 1/64 unit within -512..511; a mesh that does
-/// not fit, or has more than 65535 vertices, ends the program with a message.
-void saveModel(const Mesh& mesh, int frames, const Pose& pose, const std::string& path);
+/// not fit, or has more than 65535 vertices, ends the program with a message. The frames' boxes
+/// hold the first boxed vertices, or all: what follows them, a shadow, does not belong to the
+/// thing.
+void saveModel(const Mesh& mesh, int frames, const Pose& pose, const std::string& path,
+               int boxed = -1);
 
 /// A tube along points with a radius at each, closed at its far end by a point. Texture s runs
 /// round it once (0..1), t from t0 at the first point to t1 at the last.

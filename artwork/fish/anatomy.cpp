@@ -14,6 +14,7 @@ constexpr Chart kPlots[kParts] = {
     {0.72f, 0.72f, 0.86f, 0.90f},  // pectoral
     {0.86f, 0.72f, 1.00f, 0.86f},  // eye
     {0.72f, 0.90f, 1.00f, 1.00f},  // extra
+    {0.86f, 0.86f, 1.00f, 0.90f},  // shadow
 };
 /// One and a half texels of the smallest sheet, 256.
 constexpr float kRim = 3.0f / 512;
@@ -39,6 +40,7 @@ public:
     void eyes();
     void middleFin(const Fin& fin);
     void pairedFin(const Fin& fin, float side);
+    void shadow();
 
     Mesh mesh;
     std::vector<Rig> rigs;
@@ -165,6 +167,27 @@ void Builder::pairedFin(const Fin& fin, float side) {
     grid(first, fin.columns, fin.rows);
 }
 
+// A fan round one middle: the sheet has its darkness from the middle (u 0) to the rim (u 1).
+void Builder::shadow() {
+    constexpr int kRound = 14;
+    const Shadow& s = fish_.shadow;
+    if (s.depth <= 0)
+        return;
+    const float middle = (s.front + s.back) / 2, half = (s.back - s.front) / 2;
+    const auto point = [&](Vec2 flat, float u) {
+        return add({flat.x, flat.y, -s.depth / fish_.length}, onSheet(Part::SHADOW, u, 0.5f));
+    };
+    const int hub = point({0, middle - 0.12f * half}, 0);
+    for (int k = 0; k < kRound; ++k) {
+        const float turn = 2 * kPi * static_cast<float>(k) / kRound;
+        const float along = -std::cos(turn);
+        // Fullest before the middle, drawn out towards the tail.
+        point({s.width * std::sin(turn) * (1 - 0.30f * along), middle + half * along}, 0.9f);
+    }
+    for (int k = 0; k < kRound; ++k)
+        mesh.triangle(hub, hub + 1 + k, hub + 1 + (k + 1) % kRound);
+}
+
 /// The bent axis of one frame, sampled from before the snout to beyond the longest streamer.
 class Spine {
 public:
@@ -247,7 +270,9 @@ BodyPoint bodyPoint(const Body& body, float along, float round) {
 
 FinPoint finPoint(const Fin& fin, float u, float v) {
     const Vec2 root = fin.root.at(u), margin = fin.margin.at(u);
-    return {fin.part, u, v, root + (margin - root) * v + fin.bow * (4 * v * (1 - v))};
+    const Vec2 way = margin - root;
+    const Vec2 straight{root.x + way.x * v, root.y + way.y * std::pow(v, fin.flare)};
+    return {fin.part, u, v, straight + fin.bow * (4 * v * (1 - v))};
 }
 
 Fin& finOf(Fish& fish, Part part) {
@@ -258,7 +283,7 @@ Fin& finOf(Fish& fish, Part part) {
 Bend swimming(const Swim& swim, int frames) {
     return [swim, frames](float along, int frame) {
         const float reach = std::min(1.15f, std::max(0.0f, along));
-        const float share = swim.head + (1 - swim.head) * std::pow(reach, 1.6f);
+        const float share = swim.head + (1 - swim.head) * std::pow(reach, swim.rear);
         const float turn =
             static_cast<float>(frame) / static_cast<float>(frames) - swim.waves * along;
         return swim.sway * share * std::cos(2 * kPi * turn);
@@ -268,15 +293,19 @@ Bend swimming(const Swim& swim, int frames) {
 void saveFish(const Fish& fish, int frames, const Bend& bend,
               const std::function<float(int frame)>& paddle, const std::string& path) {
     Builder build(fish);
+    // The body's end is painted thinner and thinner over the root of the tail.
+    for (const Fin& fin : fish.fins)
+        if (!fin.paired)
+            build.middleFin(fin);
     build.body();
     build.eyes();
     for (const Fin& fin : fish.fins)
         if (fin.paired) {
             build.pairedFin(fin, 1);
             build.pairedFin(fin, -1);
-        } else {
-            build.middleFin(fin);
         }
+    const int animal = static_cast<int>(build.mesh.vertices.size());
+    build.shadow();
 
     std::vector<Spine> spines;
     for (int frame = 0; frame < frames; ++frame)
@@ -295,7 +324,7 @@ void saveFish(const Fish& fish, int frames, const Bend& bend,
         p.x += rig.ripple * fish.length * rig.reach * std::sin(2 * kPi * (turns - 1.3f * rig.u));
         return spines[size_t(frame)].carry(p);
     };
-    saveModel(build.mesh, frames, pose, path);
+    saveModel(build.mesh, frames, pose, path, animal);
 }
 
 void saveFish(const Fish& fish, int frames, const std::string& path) {

@@ -14,8 +14,8 @@
 namespace art {
 
 /// Where the parts lie on the skin's sheet.
-enum class Part { BODY, TAIL, DORSAL, ANAL, PELVIC, PECTORAL, EYE, EXTRA };
-constexpr int kParts = 8;
+enum class Part { BODY, TAIL, DORSAL, ANAL, PELVIC, PECTORAL, EYE, EXTRA, SHADOW };
+constexpr int kParts = 9;
 
 /// A rectangle of the sheet in fractions of its size, t downwards.
 struct Chart {
@@ -59,6 +59,7 @@ struct Fin {
     Part part = Part::DORSAL;
     Path root, margin;  ///< In side view (along, height); paired fins lie flat on the drawing.
     Vec2 bow;           ///< How far the middle of a ray leaves the straight line.
+    float flare = 1;    ///< More than 1 spreads the rays late: a tail that keeps its waist.
     int columns = 4, rows = 1;
 
     bool paired = false;  ///< One on each side, hinged where its root's first point touches skin.
@@ -84,6 +85,15 @@ struct Swim {
     float sway = 22;      ///< Degrees the tail's root turns to either side.
     float waves = 0.75f;  ///< Waves along the body.
     float head = 0.12f;   ///< The head's share of the sway.
+    float rear = 1.6f;    ///< More leaves more of the sway to the rear end.
+};
+
+/// A dark pool on the sand below: soft, and bending with the fish. It turns with it too, so it
+/// cannot keep the sun's side; it lies under the fish, a little larger.
+struct Shadow {
+    float depth = 0;                     ///< File units below the model's origin; 0 for none.
+    float width = 0.24f;                 ///< Half width, body lengths.
+    float front = -0.02f, back = 1.14f;  ///< Where it begins and ends along the fish.
 };
 
 struct Fish {
@@ -91,6 +101,7 @@ struct Fish {
     std::vector<Fin> fins;
     Eye eye;
     Swim swim;
+    Shadow shadow;
     float length = 40;    ///< File units per body length.
     float centre = 0.5f;  ///< The length that lies on the model's origin.
 };

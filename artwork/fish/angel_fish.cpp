@@ -27,12 +27,8 @@ Vec3 bodyColour(const BodyPoint& p) {
 }
 
 Pixel finColour(const FinPoint& p) {
-    if (p.part == Part::TAIL) {
-        Pixel tail =
-            finPixel(p, {rgb(255, 208, 40), rgb(255, 236, 140), 18, 0.96f, 0.82f, 0.15f, 0.02f});
-        tail.alpha *= smoothstep(0.03f, 0.0f, p.side.x - 1.215f);
-        return tail;
-    }
+    if (p.part == Part::TAIL)
+        return finPixel(p, {rgb(255, 208, 40), rgb(255, 236, 140), 12, 0.96f, 0.82f, 0.15f, 0.02f});
     if (p.part == Part::PECTORAL || p.part == Part::PELVIC)
         return finPixel(p, {rgb(255, 206, 50), rgb(255, 236, 150), 11, 0.90f, 0.66f});
     const float blue = rear(p.side);

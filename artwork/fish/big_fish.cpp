@@ -20,11 +20,12 @@ Fish bigFish() {
 
     Fin tail;
     tail.part = Part::TAIL;
-    tail.root = {{0.955f, 0.052f}, {0.970f, 0}, {0.955f, -0.048f}};
+    tail.root = {{0.895f, 0.060f}, {0.905f, 0}, {0.895f, -0.056f}};
+    tail.flare = 1.6f;
     tail.margin = {
         {1.275f, 0.195f}, {1.245f, 0.095f}, {1.215f, 0}, {1.245f, -0.092f}, {1.275f, -0.190f}};
     tail.columns = 12;
-    tail.rows = 3;
+    tail.rows = 4;
 
     Fin dorsal;
     dorsal.part = Part::DORSAL;
@@ -71,6 +72,8 @@ Fish bigFish() {
     f.fins = {tail, dorsal, anal, pelvic, pectoral};
     f.eye = {{0.130f, 0.062f}, 0.024f, 0.35f};
     f.swim = {19, 0.75f, 0.08f};
+    f.shadow.depth = 20;
+    f.shadow.width = 0.20f;
     f.length = 62;
     f.centre = 0.56f;
     return f;

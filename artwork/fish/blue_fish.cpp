@@ -39,11 +39,9 @@ Vec3 bodyColour(const BodyPoint& p) {
 Pixel finColour(const FinPoint& p) {
     if (p.part == Part::TAIL) {
         Pixel tail =
-            finPixel(p, {rgb(250, 204, 30), rgb(255, 226, 80), 18, 0.97f, 0.88f, 0.10f, 0.02f});
+            finPixel(p, {rgb(250, 204, 30), rgb(255, 226, 80), 12, 0.97f, 0.88f, 0.10f, 0.02f});
         const float lobe = std::fabs(p.u - 0.5f) * 2;
         tail.colour = mix(tail.colour, kBlack, smoothstep(0.70f, 0.78f, lobe + 0.05f * p.v));
-        // Cut straight: the lobes' tips stay in the mesh but are not seen.
-        tail.alpha *= smoothstep(0.03f, 0.0f, p.side.x - 1.225f - 0.08f * std::fabs(p.side.y) * 4);
         return tail;
     }
     if (p.part == Part::PECTORAL) {
@@ -54,8 +52,6 @@ Pixel finColour(const FinPoint& p) {
     // A dark border with a hair of light blue at the very edge.
     const float border = band(p.v, 0.62f, 0.88f, 0.06f);
     fin.colour = mix(fin.colour, kBlack, (p.part == Part::PELVIC ? 0.4f : 0.8f) * border);
-    // This skin's fins are lower than the mesh.
-    fin.alpha *= smoothstep(0.99f, 0.94f, p.v);
     return fin;
 }
 

@@ -23,11 +23,12 @@ Fish anatomy() {
 
     Fin tail;
     tail.part = Part::TAIL;
-    tail.root = {{0.955f, 0.064f}, {0.970f, 0}, {0.955f, -0.058f}};
+    tail.root = {{0.895f, 0.070f}, {0.905f, 0}, {0.895f, -0.060f}};
+    tail.flare = 1.3f;
     tail.margin = {
         {1.130f, 0.150f}, {1.205f, 0.115f}, {1.240f, 0.0f}, {1.205f, -0.112f}, {1.130f, -0.145f}};
-    tail.columns = 9;
-    tail.rows = 2;
+    tail.columns = 11;
+    tail.rows = 3;
 
     Fin dorsal;
     dorsal.part = Part::DORSAL;
@@ -73,6 +74,7 @@ Fish anatomy() {
     f.fins = {tail, dorsal, anal, pelvic, pectoral};
     f.eye = {{0.140f, 0.056f}, 0.024f, 0.4f};
     f.swim = {24, 0.85f, 0.10f};
+    f.shadow.depth = 150;
     f.length = 50;
     f.centre = 0.56f;
     return f;

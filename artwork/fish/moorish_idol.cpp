@@ -25,11 +25,12 @@ Fish anatomy() {
 
     Fin tail;
     tail.part = Part::TAIL;
-    tail.root = {{0.96f, 0.050f}, {0.97f, 0}, {0.96f, -0.050f}};
+    tail.root = {{0.895f, 0.086f}, {0.905f, 0}, {0.895f, -0.086f}};
+    tail.flare = 1.8f;
     tail.margin = {
         {1.235f, 0.180f}, {1.195f, 0.090f}, {1.180f, 0}, {1.195f, -0.090f}, {1.235f, -0.180f}};
-    tail.columns = 8;
-    tail.rows = 2;
+    tail.columns = 10;
+    tail.rows = 4;
 
     Fin dorsal;
     dorsal.part = Part::DORSAL;
@@ -43,7 +44,7 @@ Fish anatomy() {
     Fin streamer;
     streamer.part = Part::EXTRA;
     streamer.root = {{0.36f, 0.285f}, {0.54f, 0.310f}};
-    streamer.margin = {{1.325f, 0.835f}, {1.350f, 0.750f}};
+    streamer.margin = {{1.330f, 0.806f}, {1.345f, 0.776f}};
     streamer.bow = {-0.115f, 0.155f};
     streamer.columns = 2;
     streamer.rows = 10;
@@ -81,6 +82,7 @@ Fish anatomy() {
     f.fins = {tail, dorsal, anal, pelvic, pectoral, streamer};
     f.eye = {{0.212f, 0.072f}, 0.027f, 0.28f};
     f.swim = {17, 0.65f, 0.10f};
+    f.shadow.depth = 187;
     f.length = 43;
     f.centre = 0.60f;
     return f;
@@ -118,14 +120,12 @@ Pixel finColour(const FinPoint& p) {
     switch (p.part) {
         case Part::EXTRA: {
             Pixel ribbon = finPixel(p, {kWhite, rgb(255, 255, 252), 3, 1.0f, 0.96f, 0.05f, 0.0f});
-            ribbon.alpha *= smoothstep(1.0f, 0.93f, p.v);
+            ribbon.alpha = 1;
             return ribbon;
         }
-        case Part::TAIL: {
-            Pixel tail =
-                finPixel(p, {rgb(28, 29, 38), rgb(236, 240, 244), 16, 0.98f, 0.92f, 0.10f, 0.02f});
-            return tail;
-        }
+        case Part::TAIL:
+            return finPixel(p,
+                            {rgb(28, 29, 38), rgb(236, 240, 244), 11, 0.98f, 0.92f, 0.10f, 0.02f});
         case Part::PECTORAL:
             return finPixel(p, {rgb(250, 240, 214), rgb(255, 250, 236), 10, 0.75f, 0.42f});
         case Part::PELVIC:

@@ -27,6 +27,7 @@ Fish anatomy() {
         {0.520f, 0.000f}, {0.545f, -0.055f}, {0.480f, -0.115f}, {0.395f, -0.150f}};
     f.eye = {{0.132f, 0.060f}, 0.030f, 0.30f};
     f.length = 47;
+    f.shadow.depth = 14.4f;
     return f;
 }
 
@@ -54,7 +55,7 @@ Pixel finColour(const FinPoint& p) {
     switch (p.part) {
         case Part::TAIL: {
             Pixel tail =
-                finPixel(p, {rgb(216, 66, 56), rgb(250, 150, 120), 22, 0.96f, 0.74f, 0.16f, 0.03f});
+                finPixel(p, {rgb(216, 66, 56), rgb(250, 150, 120), 16, 0.96f, 0.74f, 0.16f, 0.03f});
             tail.colour = mix(tail.colour, rgb(110, 26, 38), 0.7f * band(p.v, 0.90f, 1.0f, 0.04f));
             return tail;
         }

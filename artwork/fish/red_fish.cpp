@@ -29,12 +29,10 @@ Pixel finColour(const FinPoint& p) {
     switch (p.part) {
         case Part::TAIL: {
             Pixel tail =
-                finPixel(p, {rgb(232, 66, 40), rgb(255, 150, 130), 20, 0.96f, 0.80f, 0.10f, 0.03f});
+                finPixel(p, {rgb(232, 66, 40), rgb(255, 150, 130), 12, 0.96f, 0.80f, 0.10f, 0.03f});
             const float lobe = std::fabs(p.u - 0.5f) * 2;
             tail.colour =
                 mix(tail.colour, rgb(186, 40, 96), 0.75f * smoothstep(0.86f, 0.97f, lobe));
-            // The fork is cut deeper than the fin's mesh.
-            tail.alpha *= 1 - smoothstep(0.72f, 0.78f, p.v + 0.22f * (1 - lobe * 1.6f));
             return tail;
         }
         case Part::DORSAL:

@@ -20,11 +20,12 @@ Fish reefFish() {
 
     Fin tail;
     tail.part = Part::TAIL;
-    tail.root = {{0.955f, 0.054f}, {0.970f, 0}, {0.955f, -0.054f}};
+    tail.root = {{0.895f, 0.064f}, {0.905f, 0}, {0.895f, -0.062f}};
+    tail.flare = 1.6f;
     tail.margin = {
-        {1.30f, 0.225f}, {1.225f, 0.115f}, {1.175f, 0}, {1.225f, -0.115f}, {1.30f, -0.225f}};
-    tail.columns = 10;
-    tail.rows = 3;
+        {1.27f, 0.210f}, {1.175f, 0.100f}, {1.115f, 0}, {1.175f, -0.100f}, {1.27f, -0.210f}};
+    tail.columns = 12;
+    tail.rows = 4;
 
     Fin dorsal;
     dorsal.part = Part::DORSAL;
@@ -66,7 +67,8 @@ Fish reefFish() {
 
     f.fins = {tail, dorsal, anal, pelvic, pectoral};
     f.eye = {{0.128f, 0.040f}, 0.034f, 0.28f};
-    f.swim = {20, 0.72f, 0.10f};
+    f.swim = {9.5f, 0.72f, 0.05f, 2.4f};
+    f.shadow.depth = 187;
     f.length = 45;
     f.centre = 0.58f;
     return f;

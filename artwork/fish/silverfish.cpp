@@ -22,11 +22,12 @@ Fish anatomy() {
 
     Fin tail;
     tail.part = Part::TAIL;
-    tail.root = {{0.965f, 0.032f}, {0.975f, 0}, {0.965f, -0.032f}};
+    tail.root = {{0.895f, 0.040f}, {0.905f, 0}, {0.895f, -0.038f}};
+    tail.flare = 1.7f;
     tail.margin = {
         {1.23f, 0.205f}, {1.150f, 0.085f}, {1.09f, 0}, {1.150f, -0.085f}, {1.23f, -0.205f}};
     tail.columns = 8;
-    tail.rows = 2;
+    tail.rows = 3;
 
     Fin dorsal;
     dorsal.part = Part::DORSAL;
@@ -51,18 +52,19 @@ Fish anatomy() {
 
     f.fins = {tail, dorsal, anal, pectoral};
     f.eye = {{0.088f, 0.016f}, 0.032f, 0.3f};
-    f.swim = {20, 0.72f, 0.10f};
-    f.length = 40;
+    f.swim = {9.5f, 0.72f, 0.05f, 2.4f};
+    f.length = 55;
     f.centre = 0.56f;
     return f;
 }
 
 Vec3 bodyColour(const BodyPoint& p) {
-    const Vec3 back = rgb(28, 106, 166), side = rgb(226, 240, 246), belly = rgb(254, 255, 255);
+    // A dark back over a bright flank, so that it is seen before sand, sea and corals alike.
+    const Vec3 back = rgb(14, 66, 124), side = rgb(240, 249, 252), belly = rgb(255, 255, 255);
     Vec3 c = mix(belly, side, smoothstep(-0.75f, 0.05f, p.rise));
-    c = mix(c, rgb(86, 198, 226), 0.85f * smoothstep(0.25f, 0.5f, p.rise));
-    c = mix(c, back, smoothstep(0.42f, 0.80f, p.rise));
-    c = mix(c, rgb(16, 62, 112), smoothstep(0.80f, 1.0f, p.rise));
+    c = mix(c, rgb(64, 176, 224), 0.80f * smoothstep(0.30f, 0.46f, p.rise));
+    c = mix(c, back, smoothstep(0.40f, 0.60f, p.rise));
+    c = mix(c, rgb(8, 36, 76), smoothstep(0.62f, 1.0f, p.rise));
     const float line = (p.rise - 0.34f) / 0.105f;
     c = mix(c, rgb(255, 214, 44),
             0.92f * std::exp(-line * line / 2) * smoothstep(0.10f, 0.24f, p.along));
@@ -75,7 +77,7 @@ Vec3 bodyColour(const BodyPoint& p) {
 Pixel finColour(const FinPoint& p) {
     if (p.part == Part::TAIL) {
         Pixel tail =
-            finPixel(p, {rgb(246, 204, 52), rgb(255, 226, 96), 22, 0.95f, 0.80f, 0.2f, 0.04f});
+            finPixel(p, {rgb(246, 204, 52), rgb(255, 226, 96), 12, 0.95f, 0.80f, 0.2f, 0.04f});
         const float lobe = std::fabs(p.u - 0.5f) * 2;
         tail.colour = mix(tail.colour, rgb(120, 120, 80), 0.35f * smoothstep(0.8f, 1.0f, lobe));
         return tail;

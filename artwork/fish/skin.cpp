@@ -9,6 +9,12 @@ namespace {
 /// Light on a flank.
 constexpr Vec3 kSunlit{1.10f, 1.09f, 1.06f};
 
+/// What lies on the sand under a fish: dark water's colour.
+constexpr Vec3 kShade{0.13f, 0.20f, 0.23f};
+
+/// From this length on the body gives way to the tail.
+constexpr float kTailRoot = 0.91f;
+
 /// A bell of height 1 and the given half width.
 float bell(float distance, float width) {
     return std::exp(-distance * distance / (2 * width * width));
@@ -154,23 +160,23 @@ Pixel finPixel(const FinPoint& p, const Rays& rays) {
     const float twin = 0.5f + 0.5f * std::cos(4 * kPi * phase);
     const float ray = hard ? single * single : mix(single, twin, smoothstep(0.35f, 0.75f, p.v));
 
-    const float depth = hard ? 3.0f * rays.notch : rays.notch;
-    const float fray = 0.6f * rays.notch * (valueNoise({p.u * rays.count * 1.7f, 0, 0}, 11) - 0.5f);
-    const float tip = 1 - depth * (1 - (hard ? single : ray)) + fray - 0.5f * rays.notch;
+    // Where the mesh ends the fin is still half there: a rim of clear texels would hide what is
+    // drawn behind it later.
     const float soft = 0.035f;
+    const float tip = 1 + 0.5f * soft - (hard ? 1.5f * rays.notch * (1 - single) : 0.0f);
 
     Vec3 c =
         mix(rays.base, rays.margin, smoothstep(1 - rays.edge * 1.6f, 1 - rays.edge * 0.4f, p.v));
     // The body shades the fins' roots; the tail grows out of it without a step.
     const float root = 1 - smoothstep(0, 0.22f, p.v);
     const bool tail = p.part == Part::TAIL;
-    c *= mix(1.0f, 0.90f + 0.20f * ray, tail ? 1 - root : 1.0f);
+    c *= mix(1.0f, (tail ? 0.94f : 0.92f) + (tail ? 0.10f : 0.16f) * ray, tail ? 1 - root : 1.0f);
     c = c * mix(Vec3{1, 1, 1}, tail ? kSunlit : Vec3{0.84f, 0.84f, 0.84f}, root);
     c *= 0.97f + 0.06f * valueNoise({p.u * 9, p.v * 5, 0}, 23);
 
     const float thin =
         mix(rays.solid, mix(rays.skin, rays.solid, ray), smoothstep(0.05f, 0.7f, p.v));
-    const float sides = smoothstep(0, 0.02f, p.u) * smoothstep(1, 0.98f, p.u);
+    const float sides = smoothstep(-0.01f, 0.01f, p.u) * smoothstep(1.01f, 0.99f, p.u);
     return {c, thin * sides * smoothstep(tip, tip - soft, p.v)};
 }
 
@@ -206,11 +212,15 @@ void saveSkin(const Fish& fish, const Skin& skin, int size, const std::string& p
         for (const Fin& f : fish.fins)
             if (f.part == which)
                 fin = &f;
-        if (!fin && which != Part::BODY && which != Part::EYE)
+        const bool shadow = which == Part::SHADOW && fish.shadow.depth > 0;
+        if (!fin && which != Part::BODY && which != Part::EYE && !shadow)
             continue;
         const auto paint = [&](float u, float v) -> Pixel {
             if (which == Part::BODY)
-                return {bodyColour(fish, skin, bodyPoint(fish.body, u, v)), 1};
+                return {bodyColour(fish, skin, bodyPoint(fish.body, u, v)),
+                        1 - smoothstep(kTailRoot, 1.0f, u)};
+            if (shadow)
+                return {kShade, skin.shade * (1 - smoothstep(0.0f, 1.0f, u))};
             if (which == Part::EYE)
                 return eyePixel(skin.eye, u, v);
             return skin.fin(finPoint(*fin, u, v));

@@ -34,6 +34,7 @@ struct Skin {
     std::function<Pixel(const FinPoint&)> fin;
     Detail detail;
     EyeLook eye;
+    float shade = 0.55f;  ///< Darkness of the shadow's middle.
 };
 
 /// The look of a fin: rays from root to margin with thin skin between them.
@@ -43,8 +44,8 @@ struct Rays {
     float solid = 0.95f;  ///< Opacity of a ray, and
     float skin = 0.80f;   ///< of the skin between two rays at the margin.
     float edge = 0.12f;   ///< Part of the ray's length that the margin colour takes.
-    float notch = 0.05f;  ///< Depth of the cuts between the rays' tips, part of their length.
-    float spines = 0;     ///< Part of the fin, from its front, that has hard spines with deep cuts.
+    float notch = 0.05f;  ///< Depth of the cuts between hard spines, part of their length.
+    float spines = 0;     ///< Part of the fin, from its front, that has hard spines.
 };
 Pixel finPixel(const FinPoint& p, const Rays& rays);
 

@@ -35,7 +35,7 @@ Pixel finColour(const FinPoint& p) {
     switch (p.part) {
         case Part::TAIL: {
             Pixel tail =
-                finPixel(p, {rgb(232, 184, 44), rgb(255, 222, 96), 22, 0.97f, 0.84f, 0.10f, 0.03f});
+                finPixel(p, {rgb(232, 184, 44), rgb(255, 222, 96), 16, 0.97f, 0.84f, 0.10f, 0.03f});
             tail.colour = mix(tail.colour, rgb(84, 74, 52), 0.65f * band(p.v, 0.84f, 0.93f, 0.04f));
             return tail;
         }

@@ -16,11 +16,11 @@ Fish anatomy() {
     f.body.keel = 1.18f;
     // High fins with round corners, and a round tail.
     Fin& tail = finOf(f, Part::TAIL);
-    tail.root = {{0.955f, 0.062f}, {0.970f, 0}, {0.955f, -0.062f}};
+    tail.root = {{0.895f, 0.082f}, {0.905f, 0}, {0.895f, -0.076f}};
     tail.margin = {
         {1.190f, 0.165f}, {1.232f, 0.100f}, {1.245f, 0}, {1.232f, -0.100f}, {1.190f, -0.165f}};
-    tail.columns = 8;
-    tail.rows = 2;
+    tail.columns = 10;
+    tail.rows = 3;
     Fin& dorsal = finOf(f, Part::DORSAL);
     dorsal.root = {
         {0.22f, 0.180f}, {0.40f, 0.240f}, {0.60f, 0.210f}, {0.78f, 0.120f}, {0.90f, 0.066f}};
@@ -34,6 +34,7 @@ Fish anatomy() {
     pelvic.root = {{0.31f, -0.180f}, {0.365f, -0.200f}};
     pelvic.margin = {{0.43f, -0.375f}, {0.46f, -0.345f}, {0.45f, -0.265f}};
     f.eye = {{0.132f, 0.050f}, 0.031f, 0.28f};
+    f.swim = {20, 0.72f, 0.10f};
     return f;
 }
 
@@ -73,7 +74,7 @@ Pixel finColour(const FinPoint& p) {
     switch (p.part) {
         case Part::TAIL:
             return finPixel(
-                p, {rgb(255, 214, 44), rgb(255, 240, 170), 17, 0.96f, 0.82f, 0.12f, 0.025f});
+                p, {rgb(255, 214, 44), rgb(255, 240, 170), 12, 0.96f, 0.82f, 0.12f, 0.025f});
         case Part::PECTORAL:
             return finPixel(p, {rgb(255, 214, 90), rgb(255, 236, 160), 11, 0.82f, 0.50f});
         case Part::PELVIC:

@@ -2,6 +2,8 @@
 #include <gtest/gtest.h>
 
 #include <algorithm>
+#include <cmath>
+#include <iterator>
 #include <ostream>
 
 #include "data_files.h"
@@ -152,5 +154,142 @@ INSTANTIATE_TEST_SUITE_P(Scene, Corals,
                          testing::Values("coral_a", "coral_b", "coral_c", "coral_d", "coral_f",
                                          "coral_g", "coral_h", "coral_i"),
                          [](const auto& info) { return std::string(info.param); });
+
+// ---- Fish ----
+
+/// A fish's fins and shadow lie in these parts of its sheet: s0, t0, s1, t1.
+struct Plot {
+    float s0, t0, s1, t1;
+    bool has(art::Vec2 t) const { return t.x > s0 && t.y > t0 && t.x < s1 && t.y < t1; }
+};
+constexpr Plot kTail{0, 0.5f, 0.34f, 1}, kShadow{0.86f, 0.86f, 1, 0.90f};
+/// Tail, dorsal, anal and pelvic fins.
+constexpr Plot kFins[] = {kTail, {0.34f, 0.5f, 1, 0.72f}, {0.34f, 0.72f, 0.72f, 1}};
+
+std::string fishFile(const std::string& name) { return "models/reeffishes/" + name; }
+
+/// Largest angle in degrees between the tail fin and the fish's axis.
+float tailSway(const Model& fish) {
+    float largest = 0;
+    for (const auto& frame : fish.positions) {
+        art::Vec3 root, margin;
+        float roots = 0, margins = 0;
+        for (size_t v = 0; v < frame.size(); ++v)
+            if (kTail.has(fish.texture[v])) {
+                if (fish.texture[v].y < 0.51f) {
+                    root += frame[v];
+                    ++roots;
+                } else if (fish.texture[v].y > 0.99f) {
+                    margin += frame[v];
+                    ++margins;
+                }
+            }
+        const art::Vec3 way = margin / margins - root / roots;
+        largest = std::max(largest, std::fabs(std::atan2(way.x, -way.y)) * 180 / art::kPi);
+    }
+    return largest;
+}
+
+/// They beat four times a second, which is too fast for more.
+TEST(Fish, QuickTailsSwayLittle) {
+    for (const char* name : {"rfish.nlm", "silverfish.nlm"}) {
+        const float sway = tailSway(readModel(fishFile(name)));
+        EXPECT_GT(sway, 8) << name;
+        EXPECT_LT(sway, 13) << name;
+    }
+}
+
+TEST(Fish, SchoolIsLongEnoughToBeSeen) {
+    const Model fish = readModel(fishFile("silverfish.nlm"));
+    float nose = -1e9f, tail = 1e9f;
+    for (const art::Vec3& p : fish.positions[0]) {
+        nose = std::max(nose, p.y);
+        tail = std::min(tail, p.y);
+    }
+    // World units, in the size in which the scene draws it; 50 pixels of 948 at a distance of 22.
+    EXPECT_GT((nose - tail) * 0.015f, 0.96f);
+    EXPECT_LT((nose - tail) * 0.015f, 1.10f);
+}
+
+/// A texel that is clear still hides what is drawn after the fish.
+TEST(Fish, FinsEndWhereTheyAreDrawn) {
+    const struct {
+        const char *model, *skin;
+    } all[] = {{"rfish.nlm", "rotfish.nlt"},   {"rfish.nlm", "blaugelbfish.nlt"},
+               {"rfish.nlm", "anglefish.nlt"}, {"silverfish.nlm", "silverfish.nlt"},
+               {"gsbfish.nlm", "gsbfish.nlt"}, {"moorishidol.nlm", "moorishidol.nlt"},
+               {"swpfish.nlm", "swpfish.nlt"}, {"ybig.nlm", "ybig.nlt"},
+               {"rbig.nlm", "rbig.nlt"}};
+    for (const auto& one : all) {
+        const Model fish = readModel(fishFile(one.model));
+        const Picture skin = readPicture(fishFile(one.skin));
+        double clear = 0, whole = 0;
+        constexpr int kSteps = 12;
+        for (const auto& t : fish.triangles) {
+            art::Vec2 at[3];
+            art::Vec3 p[3];
+            for (size_t k = 0; k < 3; ++k) {
+                at[k] = fish.texture[size_t(t[k])];
+                p[k] = fish.positions[0][size_t(t[k])];
+            }
+            const art::Vec2 middle = (at[0] + at[1] + at[2]) * (1.0f / 3);
+            if (std::none_of(std::begin(kFins), std::end(kFins),
+                             [&](const Plot& plot) { return plot.has(middle); }))
+                continue;
+            const double area = art::length(art::cross(p[1] - p[0], p[2] - p[0]));
+            for (int i = 0; i < kSteps; ++i)
+                for (int j = 0; i + j < kSteps; ++j) {
+                    const float a = (static_cast<float>(i) + 1 / 3.0f) / kSteps,
+                                b = (static_cast<float>(j) + 1 / 3.0f) / kSteps;
+                    const art::Vec2 s = at[0] * a + at[1] * b + at[2] * (1 - a - b);
+                    whole += area;
+                    if (skin.alpha(static_cast<int>(s.x * static_cast<float>(skin.width)),
+                                   static_cast<int>(s.y * static_cast<float>(skin.height))) < 64)
+                        clear += area;
+                }
+        }
+        ASSERT_GT(whole, 0) << one.skin;
+        EXPECT_LT(clear / whole, 0.01) << one.skin;
+    }
+}
+
+struct Shaded {
+    const char* model;
+    float scale, swims;  ///< as the scene draws it
+};
+
+TEST(Fish, DropShadowsOnTheSand) {
+    // The reef fish share one model in two sizes.
+    for (const Shaded& fish :
+         {Shaded{"rfish.nlm", 0.02f, -3.5f}, Shaded{"rfish.nlm", 0.018f, -3.5f},
+          Shaded{"gsbfish.nlm", 0.02f, -3.5f}, Shaded{"moorishidol.nlm", 0.02f, -3.5f},
+          Shaded{"swpfish.nlm", 0.02f, -4.2f}, Shaded{"ybig.nlm", 0.05f, -6},
+          Shaded{"rbig.nlm", 0.07f, -6}}) {
+        const Model model = readModel(fishFile(fish.model));
+        size_t found = 0;
+        float nose = -1e9f, front = -1e9f;
+        for (size_t v = 0; v < model.texture.size(); ++v) {
+            const art::Vec3 p = model.positions[0][v];
+            if (!kShadow.has(model.texture[v])) {
+                nose = std::max(nose, p.y);
+                continue;
+            }
+            ++found;
+            front = std::max(front, p.y);
+            const float y = fish.swims + p.z * fish.scale;
+            EXPECT_GT(y, -7.3f) << fish.model << " sinks into the sand";
+            EXPECT_LT(y, -6.8f) << fish.model << " floats";
+        }
+        EXPECT_GE(found, 13u) << fish.model;
+        EXPECT_NEAR(front, nose, 6) << fish.model;
+    }
+}
+
+/// It pitches, and its shadows would swing.
+TEST(Fish, SchoolDropsNone) {
+    const Model model = readModel(fishFile("silverfish.nlm"));
+    for (const art::Vec3& p : model.positions[0])
+        EXPECT_GT(p.z, -20);
+}
 
 }  // namespace
