@@ -24,8 +24,8 @@ constexpr float BAND_BOTTOM = -4.0f;
 constexpr float FAR_ABOVE = -1.0f;
 constexpr float FAR_BELOW = -6.0f;
 
-/// Heads the fish along a direction of any length; one without length changes nothing.
-void head(FishObject* fish, GLVector3 direction) {
+/// Makes the fish want to swim along a direction of any length; one without length changes nothing.
+void aimAlong(FishObject* fish, GLVector3 direction) {
     if (vectorLength(&direction) > 0.0f)
         fish->wanted_view = normalize(&direction);
 }
@@ -121,7 +121,7 @@ void FishSteering::startFlee() {
 
 void FishSteering::seek(FishObject* fish) {
     if (fish->pos != targetpoint)
-        head(fish, targetpoint - fish->pos);
+        aimAlong(fish, targetpoint - fish->pos);
 }
 
 void FishSteering::arriveBehaviour(FishObject* fish) {
@@ -130,7 +130,7 @@ void FishSteering::arriveBehaviour(FishObject* fish) {
 }
 
 void FishSteering::wander(FishObject* fish) {
-    fish->wandertimer += timerMs(elapsedtime);
+    fish->wandertimer += saturatedMs(elapsedtime);
     if (fish->wandertimer <= fish->wander_update)
         return;
     fish->wandertimer = 0;
@@ -142,20 +142,20 @@ void FishSteering::wander(FishObject* fish) {
     const float x = randomf(-50, 50, 2);
     const float y = randomf(-50, 50, 2);
     const float z = randomf(-50, 50, 2);
-    head(fish, GLVector3(x, y, z));
+    aimAlong(fish, GLVector3(x, y, z));
     fish->wanted_speed = WANDER_SPEED;
     fish->wander_update = 600;
     fish->state = 1;
 }
 
 void FishSteering::flee(FishObject* fish) {
-    fish->fleetimer += timerMs(elapsedtime);
+    fish->fleetimer += saturatedMs(elapsedtime);
     const bool bolting = fish->state == 2;
     if (fish->fleetimer > (bolting ? 1000 : 2000)) {
         fish->fleetimer = 0;
         fish->state = bolting ? 3 : 0;
     }
-    head(fish, fish->pos - enemypoint);
+    aimAlong(fish, fish->pos - enemypoint);
     if (bolting)
         fish->speed = fish->wanted_speed = FLEE_SPEED;
     else
@@ -170,11 +170,11 @@ void FishSteering::checkBounds(FishObject* fish) {
     } else if (pos.y >= BAND_TOP) {
         if (pos.y >= FAR_ABOVE)
             pos.y = BAND_TOP;
-        head(fish, fish->wanted_view + GLVector3(0.0f, -1.5f, 0.0f));
+        aimAlong(fish, fish->wanted_view + GLVector3(0.0f, -1.5f, 0.0f));
     } else if (pos.y <= BAND_BOTTOM) {
         if (pos.y <= FAR_BELOW)
             pos.y = BAND_BOTTOM;
-        head(fish, fish->wanted_view + GLVector3(0.0f, 1.5f, 0.0f));
+        aimAlong(fish, fish->wanted_view + GLVector3(0.0f, 1.5f, 0.0f));
     }
 }
 

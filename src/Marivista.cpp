@@ -30,39 +30,19 @@ constexpr float CAMERA_TOP_PITCH = -25.0f;
 constexpr float CAMERA_MIDDLE_PITCH = -8.0f;
 constexpr float CAMERA_LOW_PITCH = 4.5f;
 
-constexpr auto PICTURE = TEXTURE_FLAG(QUALITY_NORMAL | WRAP_REPEAT);
-constexpr auto SPARKLE = TEXTURE_FLAG(QUALITY_FASTEST);
-
-bool loadPicture(Texture& texture, const char* name, TEXTURE_FLAG flags = PICTURE) {
-    return texture.loadBMP(dataFile(name).c_str(), flags);
-}
-
-struct PICTURE_FILE {
-    Texture& texture;
-    const char* name;
-};
-
-void loadPictures(std::initializer_list<PICTURE_FILE> pictures) {
-    for (const PICTURE_FILE& picture : pictures)
-        loadPicture(picture.texture, picture.name);
-}
-
-/// Loads frames pattern % first, first + 1, ... into an animation.
-void loadAnimation(Texture (&frames)[ANIMATION_FRAMES], const char* pattern, int first,
-                   TEXTURE_FLAG flags) {
-    for (int i = 0; i < ANIMATION_FRAMES; ++i) {
-        char name[64];
-        std::snprintf(name, sizeof name, pattern, first + i);
-        loadPicture(frames[i], name, flags);
-    }
-}
-
 void loadModel(QModel& model, const char* name) { model.loadMD3(dataFile(name).c_str()); }
 
 void playAnimation(QModel& model, const char* name, int last, float fps) {
     model.addAnimation(0, last, name);
     model.setFPS(fps);
 }
+
+/// The same along every axis unless three are given.
+struct SCALE {
+    SCALE(float all) : x(all), y(all), z(all) {}
+    SCALE(float x, float y, float z) : x(x), y(y), z(z) {}
+    float x, y, z;
+};
 
 /// Two layers: the thing's own picture and the first frame of a caustics animation over it.
 void addCausticTextures(RenderObject& object, Texture& picture, Texture& caustics, float scale) {
@@ -183,11 +163,18 @@ void CMarivistaScreensaver::setViewSize(int width, int height) {
     fpstext.setScreensize(width, height);
 }
 
-void CMarivistaScreensaver::loadTextures() {
-    loadPicture(tex_sky, wantedwssettings.skytype == 0 ? "sky_cloudy.nlt"
-                         : colordepth == 32            ? "sky_clear_32.nlt"
-                                                       : "sky_clear_16.nlt");
-    loadPictures({
+struct CMarivistaScreensaver::PICTURE {
+    Texture& texture;
+    std::string name;
+    TEXTURE_FLAG flags = TEXTURE_FLAG(QUALITY_NORMAL | WRAP_REPEAT);
+};
+
+// In the order in which they are loaded.
+std::vector<CMarivistaScreensaver::PICTURE> CMarivistaScreensaver::pictures() {
+    std::vector<PICTURE> list = {
+        {tex_sky, wantedwssettings.skytype == 0 ? "sky_cloudy.nlt"
+                  : colordepth == 32            ? "sky_clear_32.nlt"
+                                                : "sky_clear_16.nlt"},
         {tex_gull, "models//gull.nlt"},
         {tex_manta, "models//manta.nlt"},
         {tex_terrain, "terrain.nlt"},
@@ -203,22 +190,39 @@ void CMarivistaScreensaver::loadTextures() {
         {tex_gwfader, "gwfader.nlt"},
         {tex_rock2, "models//rock2.nlt"},
         {tex_island, "island.nlt"},
-    });
-    loadAnimation(tex_caustics, "caustics64/caust%.2d.nlt", 0, PICTURE);
-    loadAnimation(tex_caustics_fish, "causticsfish32/caust%.2d.nlt", 0, PICTURE);
-    loadAnimation(tex_highlight, "highlight/highlight%.5d.nlt", 44, SPARKLE);
-    loadPictures({
-        {tex_highlight_blend, "blendmap.nlt"},
-        {tex_fish_blue, "models/reeffishes/blaugelbfish.nlt"},
-        {tex_fish_red, "models/reeffishes/rotfish.nlt"},
-        {tex_fish_moorishidol, "models/reeffishes/moorishidol.nlt"},
-        {tex_fish_gsb, "models/reeffishes/gsbfish.nlt"},
-        {tex_fish_swp, "models/reeffishes/swpfish.nlt"},
-        {tex_fish_rbig, "models/reeffishes/rbig.nlt"},
-        {tex_fish_ybig, "models/reeffishes/ybig.nlt"},
-        {tex_fish_yellow, wantedwssettings.boidmodel != 0 ? "models/reeffishes/anglefish.nlt"
-                                                          : "models/reeffishes/silverfish.nlt"},
-    });
+    };
+    const auto addFrames = [&list](Texture(&frames)[ANIMATION_FRAMES], const char* pattern,
+                                   int first, TEXTURE_FLAG flags) {
+        for (int i = 0; i < ANIMATION_FRAMES; ++i) {
+            char name[64];
+            std::snprintf(name, sizeof name, pattern, first + i);
+            list.push_back({frames[i], name, flags});
+        }
+    };
+    const auto caustics = TEXTURE_FLAG(QUALITY_NORMAL | WRAP_REPEAT);
+    addFrames(tex_caustics, "caustics64/caust%.2d.nlt", 0, caustics);
+    addFrames(tex_caustics_fish, "causticsfish32/caust%.2d.nlt", 0, caustics);
+    addFrames(tex_highlight, "highlight/highlight%.5d.nlt", 44, QUALITY_FASTEST);
+    for (const PICTURE& picture : std::initializer_list<PICTURE>{
+             {tex_highlight_blend, "blendmap.nlt"},
+             {tex_fish_blue, "models/reeffishes/blaugelbfish.nlt"},
+             {tex_fish_red, "models/reeffishes/rotfish.nlt"},
+             {tex_fish_moorishidol, "models/reeffishes/moorishidol.nlt"},
+             {tex_fish_gsb, "models/reeffishes/gsbfish.nlt"},
+             {tex_fish_swp, "models/reeffishes/swpfish.nlt"},
+             {tex_fish_rbig, "models/reeffishes/rbig.nlt"},
+             {tex_fish_ybig, "models/reeffishes/ybig.nlt"},
+             {tex_fish_yellow, wantedwssettings.boidmodel != 0
+                                   ? "models/reeffishes/anglefish.nlt"
+                                   : "models/reeffishes/silverfish.nlt"},
+         })
+        list.push_back(picture);
+    return list;
+}
+
+void CMarivistaScreensaver::loadTextures() {
+    for (const PICTURE& picture : pictures())
+        picture.texture.loadBMP(dataFile(picture.name.c_str()).c_str(), picture.flags);
 }
 
 void CMarivistaScreensaver::loadModels() {
@@ -272,19 +276,23 @@ bool CMarivistaScreensaver::initScene() {
     initSchoolLeader();
 
     // The single fish share one budget, first come, first served; the reef fish get what is left.
-    const int budget = wantedwssettings.fishcount;
-    int used = 0;
-    if (used < budget && wantedwssettings.fish_manta) {
+    int budget = wantedwssettings.fishcount;
+    const auto takes = [&budget](bool wanted) {
+        const bool has_room = wanted && budget > 0;
+        budget -= has_room;
+        return has_room;
+    };
+    if (takes(wantedwssettings.fish_manta))
         initManta();
-        ++used;
-    }
-    if (used < budget && wantedwssettings.fish_dot) {
+    if (takes(wantedwssettings.fish_dot))
         initHunter();
-        ++used;
-    }
-    initBigFish(&used);
-    if (used < budget)
-        initReefFish(budget - used);
+    if (takes(wantedwssettings.fish_big_grey))
+        initBigFish(yellowbigfish, yellowbigfish_model, tex_fish_ybig, 0.05f, 8);
+    if (takes(wantedwssettings.fish_big_red))
+        initBigFish(redbigfish, redbigfish_model, tex_fish_rbig, 0.07f, 5);
+    initBigFishRoute();
+    if (budget > 0)
+        initReefFish(budget);
 
     initSchool();
     initSky();
@@ -411,33 +419,20 @@ void CMarivistaScreensaver::initHunter() {
     huntmove1.init();
 }
 
-void CMarivistaScreensaver::initBigFish(int* used) {
+void CMarivistaScreensaver::initBigFish(ModelCore& big, QModel& model, Texture& picture,
+                                        float scale, float fps) {
+    big.setModel(&model);
+    addCausticTextures(big, picture, tex_caustics_fish[0], 0.8f);
+    big.scale(scale);
+    playAnimation(model, "swim", 19, fps);
+    big.enableAlphaBlending(true);
+    bigfishmove.models.push_back(&big);
+}
+
+void CMarivistaScreensaver::initBigFishRoute() {
     const GLVector3 route[] = {{24, -6, 32}, {10, -6, 27}, {4, -6, 20},
                                {0, -6, 14},  {-2, -6, 9},  {-11, -6, 1}};
     bigfishmove.points.assign(std::begin(route), std::end(route));
-
-    const struct {
-        ModelCore& fish;
-        QModel& model;
-        Texture& texture;
-        float scale, fps;
-        bool wanted;
-    } candidates[] = {
-        {yellowbigfish, yellowbigfish_model, tex_fish_ybig, 0.05f, 8,
-         wantedwssettings.fish_big_grey},
-        {redbigfish, redbigfish_model, tex_fish_rbig, 0.07f, 5, wantedwssettings.fish_big_red},
-    };
-    for (const auto& big : candidates) {
-        if (*used >= wantedwssettings.fishcount || !big.wanted)
-            continue;
-        big.fish.setModel(&big.model);
-        addCausticTextures(big.fish, big.texture, tex_caustics_fish[0], 0.8f);
-        big.fish.scale(big.scale);
-        playAnimation(big.model, "swim", 19, big.fps);
-        big.fish.enableAlphaBlending(true);
-        bigfishmove.models.push_back(&big.fish);
-        ++*used;
-    }
     bigfishmove.init();
 }
 
@@ -529,68 +524,45 @@ void CMarivistaScreensaver::initSeaFloor() {
 }
 
 void CMarivistaScreensaver::initCorals() {
+    // clang-format off
     const struct {
         QModel& model;
         int last_frame;
         float fps;
     } growths[] = {
-        {coral_a_model, 9, 5},  {coral_b_model, 19, 5}, {coral_c_model, 19, 5},
-        {coral_d_model, 19, 5}, {coral_f_model, 9, 3},  {coral_g_model, 9, 3},
-        {coral_h_model, 9, 3},  {coral_i_model, 9, 3},
+        {coral_a_model,  9, 5},
+        {coral_b_model, 19, 5},
+        {coral_c_model, 19, 5},
+        {coral_d_model, 19, 5},
+        {coral_f_model,  9, 3},
+        {coral_g_model,  9, 3},
+        {coral_h_model,  9, 3},
+        {coral_i_model,  9, 3},
     };
-    for (const auto& growth : growths)
-        playAnimation(growth.model, "wabbel", growth.last_frame, growth.fps);
-
     const struct {
         ModelCore& coral;
         QModel& model;
         Texture& texture;
         GLVector3 position;
-        GLVector3 rotation;  // Degrees about x, y, z, applied in this order.
-        GLVector3 scale;
+        GLVector3 rotation;  // Degrees about x, y and z.
+        SCALE scale;
     } places[] = {
-        {coral_a, coral_a_model, tex_coral_a, {-2.8f, -5.4f, 20.2f}, {0, 0, 0}, {1, 1, 1}},
-        {coral_b[0],
-         coral_b_model,
-         tex_coral_b,
-         {-3.7f, -7.6f, 14.2f},
-         {-35, -45, 0},
-         {0.04f, 0.04f, 0.04f}},
-        {coral_b[1],
-         coral_b_model,
-         tex_coral_b,
-         {-5, -7.5f, 13.7f},
-         {25, -15, 0},
-         {0.045f, 0.045f, 0.045f}},
-        {coral_b[2],
-         coral_b_model,
-         tex_coral_b,
-         {-3.4f, -7.6f, 12.8f},
-         {30, 40, 0},
-         {0.03f, 0.03f, 0.03f}},
-        {coral_c,
-         coral_c_model,
-         tex_coral_c,
-         {-8.9f, -6.2f, 19.2f},
-         {30, -10, 0},
-         {0.04f, 0.04f, 0.04f}},
-        {coral_d[0],
-         coral_d_model,
-         tex_coral_d,
-         {-5.6f, -7.4f, 15},
-         {0, 45, 0},
-         {0.05f, 0.05f, 0.05f}},
-        {coral_d[1],
-         coral_d_model,
-         tex_coral_d,
-         {-11.6f, -5.6f, 15},
-         {0, 45, 0},
-         {0.04f, 0.02f, 0.04f}},
-        {coral_f, coral_f_model, tex_coral_f, {-10, -6, 20.2f}, {-30, 40, 25}, {1, 1, 1}},
-        {coral_g, coral_g_model, tex_coral_g, {0, -7, 25.2f}, {0, 0, 0}, {1, 1, 1}},
-        {coral_h, coral_h_model, tex_coral_h, {7, -7.2f, 22}, {0, 0, 10}, {1, 0.5f, 1}},
-        {coral_i, coral_i_model, tex_coral_i, {11, -7, 18.4f}, {12, 15, -5}, {1.2f, 1.4f, 1.3f}},
+        {coral_a,    coral_a_model, tex_coral_a, { -2.8f, -5.4f, 20.2f}, {  0,   0,  0}, 1},
+        {coral_b[0], coral_b_model, tex_coral_b, { -3.7f, -7.6f, 14.2f}, {-35, -45,  0}, 0.04f},
+        {coral_b[1], coral_b_model, tex_coral_b, { -5,    -7.5f, 13.7f}, { 25, -15,  0}, 0.045f},
+        {coral_b[2], coral_b_model, tex_coral_b, { -3.4f, -7.6f, 12.8f}, { 30,  40,  0}, 0.03f},
+        {coral_c,    coral_c_model, tex_coral_c, { -8.9f, -6.2f, 19.2f}, { 30, -10,  0}, 0.04f},
+        {coral_d[0], coral_d_model, tex_coral_d, { -5.6f, -7.4f, 15   }, {  0,  45,  0}, 0.05f},
+        {coral_d[1], coral_d_model, tex_coral_d, {-11.6f, -5.6f, 15   }, {  0,  45,  0}, {0.04f, 0.02f, 0.04f}},
+        {coral_f,    coral_f_model, tex_coral_f, {-10,    -6,    20.2f}, {-30,  40, 25}, 1},
+        {coral_g,    coral_g_model, tex_coral_g, {  0,    -7,    25.2f}, {  0,   0,  0}, 1},
+        {coral_h,    coral_h_model, tex_coral_h, {  7,    -7.2f, 22   }, {  0,   0, 10}, {1,     0.5f,  1}},
+        {coral_i,    coral_i_model, tex_coral_i, { 11,    -7,    18.4f}, { 12,  15, -5}, {1.2f,  1.4f,  1.3f}},
     };
+    // clang-format on
+
+    for (const auto& growth : growths)
+        playAnimation(growth.model, "wabbel", growth.last_frame, growth.fps);
     for (const auto& place : places) {
         place.coral.setModel(&place.model);
         place.coral.addTexture(&place.texture);
@@ -677,7 +649,7 @@ void CMarivistaScreensaver::updateScene() {
         tex_caustics_fish[i].setOffset(watertexmotion, 0);
     }
 
-    if (soundtimer.update(timerMs(lastframetime)) && wantedwssettings.soundOn && bird_gull)
+    if (soundtimer.update(saturatedMs(lastframetime)) && wantedwssettings.soundOn && bird_gull)
         playRandomGullsound();
     if (bird_gull)
         moveGull();
@@ -899,38 +871,8 @@ bool CMarivistaScreensaver::cleanup() {
 
     // The textures too, while the context is there: their destructors run when it is gone.
     fpstext.cleanup();
-    Texture* const textures[] = {
-        &tex_sky,
-        &tex_gull,
-        &tex_manta,
-        &tex_terrain,
-        &tex_coral_a,
-        &tex_coral_b,
-        &tex_coral_c,
-        &tex_coral_d,
-        &tex_coral_f,
-        &tex_coral_g,
-        &tex_coral_h,
-        &tex_coral_i,
-        &tex_water,
-        &tex_gwfader,
-        &tex_rock2,
-        &tex_island,
-        &tex_fish_blue,
-        &tex_fish_yellow,
-        &tex_fish_red,
-        &tex_fish_ybig,
-        &tex_fish_rbig,
-        &tex_fish_gsb,
-        &tex_fish_swp,
-        &tex_fish_moorishidol,
-        &tex_highlight_blend,
-    };
-    for (Texture* texture : textures)
-        texture->cleanup();
-    for (int i = 0; i < ANIMATION_FRAMES; ++i)
-        for (Texture* texture : {&tex_caustics[i], &tex_caustics_fish[i], &tex_highlight[i]})
-            texture->cleanup();
+    for (const PICTURE& picture : pictures())
+        picture.texture.cleanup();
 
     delete sound;
     sound = nullptr;

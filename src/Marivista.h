@@ -146,13 +146,20 @@ public:
     SingleFishMovement huntmove1;
 
 private:
+    /// A texture and the file that it shows.
+    struct PICTURE;
+    /// Every texture of the scene.
+    std::vector<PICTURE> pictures();
+
     void initSound();
     void initCamera();
     void initGull();
     void initSchoolLeader();
     void initManta();
     void initHunter();
-    void initBigFish(int* used);
+    /// One of the two that cross the scene on one route.
+    void initBigFish(ModelCore& big, QModel& model, Texture& picture, float scale, float fps);
+    void initBigFishRoute();
     void initReefFish(int count);
     void initSchool();
     void initSky();

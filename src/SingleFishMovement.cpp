@@ -136,7 +136,7 @@ float SingleFishMovement::distanceToPoint(const GLVector3* point) {
 }
 
 void SingleFishMovement::randomDirectionUpdate() {
-    directionupdate_timer += timerMs(elapsedtime);
+    directionupdate_timer += saturatedMs(elapsedtime);
     if (directionupdate_timer >= settings.direction_change_time) {
         wanted_rotation_y = randomf(0, 359, 2);
         directionupdate_timer = 0;
@@ -187,14 +187,14 @@ void SingleFishMovement::updateDirectionVector() {
 }
 
 void SingleFishMovement::updateSpeed() {
-    if (settings.variablespeed && state != 3 && speedtimer.update(timerMs(elapsedtime)))
+    if (settings.variablespeed && state != 3 && speedtimer.update(saturatedMs(elapsedtime)))
         wanted_speed = randomf(settings.normal_min_speed, settings.normal_max_speed, 5);
     approximation(&act_speed, wanted_speed, elapsedtime * settings.max_speed_change);
     act_angle_change = act_speed * settings.angle_change / settings.normal_max_speed;
 }
 
 void SingleFishMovement::checkBoidDistance() {
-    huntupdate_timer += timerMs(elapsedtime);
+    huntupdate_timer += saturatedMs(elapsedtime);
     if (huntupdate_timer > HUNT_CHECK_TIME) {
         huntupdate_timer = 0;
         if (distanceToPoint(&boid_point) <= settings.hunt_distance)

@@ -163,7 +163,7 @@ void getModulePath(char* dst, int size);
 
 /// What a timer of a few seconds counts of so many milliseconds: so few that the sum fits an int,
 /// enough to end any such timer.
-inline int timerMs(uint32_t elapsed) {
+inline int saturatedMs(uint32_t elapsed) {
     constexpr uint32_t enough = 1000000000;
     return static_cast<int>(elapsed < enough ? elapsed : enough);
 }
