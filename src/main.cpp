@@ -3,11 +3,15 @@
 #include <SDL.h>
 
 #include <QCoreApplication>
+#include <QLocale>
+#include <cstdio>
 #include <optional>
 
+#include "Globals.h"
 #include "KMarivistaSetup.h"
 #include "Marivista.h"
 #include "host/KDEScreensaverFrame.h"
+#include "setup/SetupLanguage.h"
 
 #define EXPORTED __attribute__((visibility("default")))
 
@@ -33,7 +37,20 @@ EXPORTED KScreenSaver* kss_create(WId id) {
     return frame;
 }
 
-EXPORTED QDialog* kss_setup() { return new KMarivistaSetup; }
+EXPORTED QDialog* kss_setup() { return createSetup({}); }
+}
+
+QDialog* createSetup(const std::string& language) {
+    const std::string texts = dataFile("Language.dat");
+    std::string section;
+    if (!language.empty()) {
+        section = languageSection(QString::fromStdString(language), texts.c_str());
+        if (section.empty())
+            std::printf("-language: %s has no texts in \"%s\"\n", texts.c_str(), language.c_str());
+    }
+    if (section.empty())
+        section = setupLanguage(QLocale::system().uiLanguages(), texts.c_str());
+    return new KMarivistaSetup(texts, section, nullptr, Qt::WindowFlags());
 }
 
 void showFrameRate(KScreenSaver& saver) {

@@ -195,6 +195,8 @@ ARGUMENTS parseArguments(const std::vector<std::string>& words, const char* host
             asked.window_id = value().value_or("");
         else if (name == "display")
             arguments.display = value().value_or("");
+        else if (name == "language")
+            arguments.language = value().value_or("");
         else if (name == "geometry") {
             if (const auto text = value()) {
                 if (const auto geometry = parseGeometry(*text))
@@ -239,6 +241,7 @@ std::string usage() {
            "  -root                 draw on the root window, or where XSCREENSAVER_WINDOW says\n"
            "  -window-id ID         draw in the window with this id, decimal or 0xHEX\n"
            "  -setup                show the setup dialog\n"
+           "  -language CODE        language of the setup dialog: GER, ENG, FRA, ESP or ITA\n"
            "  -geometry WxH+X+Y     size and place of the window of its own\n"
            "  -display NAME         the X display to use\n"
            "  -fps, -no-fps         show the frame rate or not\n"

@@ -33,6 +33,7 @@ struct ARGUMENTS {
     SAVER_MODE mode = SAVER_MODE::DEMO;
     std::uint32_t window = 0;  ///< EMBED: the host's window
     std::string display;       ///< empty: as the environment says
+    std::string language;      ///< of the setup dialog; empty: the locale's
     GEOMETRY geometry;
     bool fps = false;            ///< show the frame-rate line
     int maxfps = 0;              ///< frames drawn per second at most; 0: as the renderer suggests

@@ -134,8 +134,8 @@ void showDemo(KScreenSaver& window, const GEOMETRY& wanted) {
     window.show();
 }
 
-int runSetup() {
-    const std::unique_ptr<QDialog> dialog(kss_setup());
+int runSetup(const ARGUMENTS& arguments) {
+    const std::unique_ptr<QDialog> dialog(createSetup(arguments.language));
     dialog->exec();
     return 0;
 }
@@ -211,5 +211,5 @@ int main(int argc, char* argv[]) {
     QApplication application(ownArgc, ownArgv);
     runtime.reset();
     QCoreApplication::setApplicationName(QStringLiteral("atollia"));
-    return setup ? runSetup() : runSaver(application, arguments);
+    return setup ? runSetup(arguments) : runSaver(application, arguments);
 }

@@ -121,10 +121,13 @@ TEST(Arguments, LastFrameRateOptionCounts) {
     EXPECT_FALSE(parseArguments({"-fps", "-no-fps"}, nullptr).fps);
 }
 
-TEST(Arguments, DisplayAndFrameLimit) {
+TEST(Arguments, DisplayLanguageAndFrameLimit) {
     EXPECT_EQ(parseArguments({}, nullptr).display, "");
     EXPECT_EQ(parseArguments({"-display", ":3.1"}, nullptr).display, ":3.1");
     EXPECT_EQ(parseArguments({"--display=host:1"}, nullptr).display, "host:1");
+    EXPECT_EQ(parseArguments({}, nullptr).language, "");
+    EXPECT_EQ(parseArguments({"-setup", "-language", "ITA"}, nullptr).language, "ITA");
+    EXPECT_EQ(parseArguments({"-setup", "-language", "ITA"}, nullptr).mode, SAVER_MODE::SETUP);
     EXPECT_EQ(parseArguments({}, nullptr).maxfps, 0);
     EXPECT_EQ(parseArguments({"-maxfps", "25"}, nullptr).maxfps, 25);
     for (const char* bad : {"0", "-1", "x", "1001", "25x", "", " 5", "99999999999999999999"}) {
@@ -148,8 +151,9 @@ TEST(Arguments, SamplesPerPixel) {
 }
 
 TEST(Arguments, UsageNamesEveryOptionThatDoesSomething) {
-    for (const char* option : {"-demo", "-root", "-window-id", "-setup", "-geometry", "-display",
-                               "-fps", "-no-fps", "-maxfps", "-samples", "-help", "-version"})
+    for (const char* option :
+         {"-demo", "-root", "-window-id", "-setup", "-language", "-geometry", "-display", "-fps",
+          "-no-fps", "-maxfps", "-samples", "-help", "-version"})
         EXPECT_THAT(usage(), HasSubstr(option));
 }
 

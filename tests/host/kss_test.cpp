@@ -1,4 +1,5 @@
 // The entry points that hosts call, with the real scene.
+#include <gmock/gmock.h>
 #include <gtest/gtest.h>
 
 #include <QCoreApplication>
@@ -34,6 +35,20 @@ TEST(EntryPoints, SetupIsANewDialogWithoutParentThatIsNotModal) {
     EXPECT_EQ(one->parent(), nullptr);
     EXPECT_FALSE(one->isModal());
     EXPECT_FALSE(one->isVisible());
+}
+
+TEST(EntryPoints, SetupSpeaksTheLanguageAskedForOrTheLocales) {
+    const auto caption = [](const char* language) {
+        return std::unique_ptr<QDialog>(createSetup(language))->windowTitle();
+    };
+    EXPECT_EQ(caption("ENG"), "Atollia Settings");
+    EXPECT_EQ(caption("it"), "Impostazioni di Atollia");
+    const QString usual = std::unique_ptr<QDialog>(kss_setup())->windowTitle();
+    EXPECT_FALSE(usual.isEmpty());
+    testing::internal::CaptureStdout();
+    EXPECT_EQ(caption("SWE"), usual);
+    EXPECT_THAT(testing::internal::GetCapturedStdout(),
+                testing::EndsWith("Language.dat has no texts in \"SWE\"\n"));
 }
 
 TEST(EntryPoints, ASecondSaverEmbedsTheSceneThatTheFirstOneBuilt) {

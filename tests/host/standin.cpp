@@ -88,4 +88,6 @@ KScreenSaver* kss_create(WId id) {
 QDialog* kss_setup() { return nullptr; }
 }
 
+QDialog* createSetup(const std::string&) { return nullptr; }
+
 void showFrameRate(KScreenSaver&) { say("frame rate"); }

@@ -19,8 +19,10 @@
 #include <QSlider>
 #include <set>
 
+#include "Globals.h"
 #include "dialog.h"
 #include "framework/LanguagePack.h"
+#include "setup/SetupLanguage.h"
 
 using test::ConfigFolder;
 using test::Dialog;
@@ -436,6 +438,31 @@ TEST_F(SetupKeyboard, TabWalksThroughListPageAndButtons) {
 TEST_F(SetupKeyboard, ListHasTheFocusAtFirst) {
     dialog.open();
     EXPECT_EQ(dialog.focusWidget(), dialog.sellist);
+}
+
+// The language that the dialog opens in.
+
+TEST(SetupLanguageTest, IsTheFirstOneThatTheFileHas) {
+    const auto chosen = [](const QStringList& languages) {
+        return setupLanguage(languages, LANGUAGE_FILE);
+    };
+    EXPECT_EQ(chosen({"de-AT", "de-Latn-AT"}), "GER");
+    EXPECT_EQ(chosen({"en-US", "en"}), "ENG");
+    EXPECT_EQ(chosen({"fr-FR"}), "FRA");
+    EXPECT_EQ(chosen({"es_MX"}), "ESP");
+    EXPECT_EQ(chosen({"it"}), "ITA");
+    EXPECT_EQ(chosen({"sv-SE", "en-US"}), "ENG");
+    for (const QStringList& none : {QStringList(), QStringList("C"), QStringList("sv-SE")})
+        EXPECT_EQ(chosen(none), DEFAULT_LANGUAGE);
+    EXPECT_EQ(setupLanguage({"fr"}, "/nowhere/Language.dat"), DEFAULT_LANGUAGE);
+}
+
+TEST(SetupLanguageTest, CodesOfTheFileAndOfLocalesNameASection) {
+    EXPECT_EQ(languageSection("FRA", LANGUAGE_FILE), "FRA");
+    EXPECT_EQ(languageSection("ita", LANGUAGE_FILE), "ITA");
+    EXPECT_EQ(languageSection("es", LANGUAGE_FILE), "ESP");
+    for (const char* unknown : {"", "SWE", "sv", "C", "GERMAN", "ENG]"})
+        EXPECT_EQ(languageSection(unknown, LANGUAGE_FILE), "") << unknown;
 }
 
 // Without texts everything else still works.
