@@ -1,7 +1,7 @@
 #!/bin/sh
 # Takes a picture of the scene: snapshot.sh OUT.png [--view bottom|middle|top|low|automatic]
-# [--seconds S] [--size WxH] [--samples N] [--seed N] [--config FILE] [--frames N --fps F]
-# [--show-fps] [--where]
+# [--seconds S] [--size WxH] [--proportions stretched|true] [--samples N] [--seed N] [--config FILE]
+# [--frames N --fps F] [--show-fps] [--where]
 # The same arguments give the same picture. Needs no display.
 set -eu
 top=$(cd "$(dirname "$0")/.." && pwd)

@@ -11,6 +11,7 @@
 #include <initializer_list>
 
 #include "Globals.h"
+#include "Proportions.h"
 
 namespace {
 
@@ -23,8 +24,15 @@ constexpr Uint32 ANIMATION_FRAME_MS = 50;
 /// picture a second, and a slow machine with a large one, stay well below.
 constexpr Uint32 LONGEST_FRAME = 3000;
 
-/// Wider areas are drawn with this aspect all the same.
-constexpr double MAX_ASPECT = 1.35;
+constexpr double NEAR_PLANE = 0.1;
+constexpr double FAR_PLANE = 1000;
+
+/// From left to right, around x = 0, world units.
+constexpr float SKYFLAT_WIDTH = 140;
+constexpr float FLOOR_WIDTH = 60;
+constexpr float FADER_WIDTH = 60;
+constexpr float WATER_WIDTH = 50;
+constexpr float HIGHLIGHT_WIDTH = 50;
 
 constexpr float CAMERA_TOP_PITCH = -25.0f;
 constexpr float CAMERA_MIDDLE_PITCH = -8.0f;
@@ -129,6 +137,10 @@ void CMarivistaScreensaver::readExtraSettings() {
 // ---------------------------------------------------------------------------------------------
 // Start
 
+double CMarivistaScreensaver::aspect() const {
+    return static_cast<double>(resolution_x) / (resolution_y > 0 ? resolution_y : 1);
+}
+
 bool CMarivistaScreensaver::initGL() {
     glEnable(GL_TEXTURE_2D);
     glShadeModel(GL_SMOOTH);
@@ -141,10 +153,7 @@ bool CMarivistaScreensaver::initGL() {
     glViewport(0, 0, resolution_x, resolution_y);
     glMatrixMode(GL_PROJECTION);
     glLoadIdentity();
-    double aspect = static_cast<double>(resolution_x) / (resolution_y > 0 ? resolution_y : 1);
-    if (aspect > MAX_ASPECT)
-        aspect = MAX_ASPECT;
-    gluPerspective(45.0, aspect, 0.1, 1000.0);
+    gluPerspective(VIEW_ANGLE, std::min(aspect(), MAX_ASPECT), NEAR_PLANE, FAR_PLANE);
     glMatrixMode(GL_MODELVIEW);
     glLoadIdentity();
 
@@ -509,7 +518,7 @@ void CMarivistaScreensaver::initSky() {
     sky.addTexture(&tex_sky);
     sky.init(SKY_PLANE);
     sky.setRotationSpeed(-0.75f);
-    skyflat.setSize(140, 100);
+    skyflat.setSize(SKYFLAT_WIDTH, 100);
     skyflat.setPosition(0, 45, 100);
     skyflat.addTexture(&tex_sky);
 }
@@ -517,7 +526,7 @@ void CMarivistaScreensaver::initSky() {
 void CMarivistaScreensaver::initSeaFloor() {
     terrain.loadBMP(dataFile("terrain_map.nlt").c_str());
     addCausticTextures(terrain, tex_terrain, tex_caustics[0], 5);
-    terrain.setSize(60, 50);
+    terrain.setSize(FLOOR_WIDTH, 50);
     terrain.setHeightFactor(0.015f);
     terrain.setNumSegments(50);
     terrain.setPosition(0, -8, 0);
@@ -591,10 +600,10 @@ void CMarivistaScreensaver::initWaterAndQuads() {
     water.addTexture(&tex_water);
     water.setPosition(0, 0, 20);
     water.setXRotation(-90);
-    water.initialize(50, 50, 50, 50);
+    water.initialize(WATER_WIDTH, 50, 50, 50);
     water.enableAlphaBlending(true);
 
-    highlight.setSize(50, 40);
+    highlight.setSize(HIGHLIGHT_WIDTH, 40);
     highlight.setPosition(0, 0.2f, 15);
     highlight.setXRotation(-90);
     highlight.addTexture(&tex_highlight_blend);
@@ -602,7 +611,7 @@ void CMarivistaScreensaver::initWaterAndQuads() {
     highlight.scaleTextureInLayer(1, 12);
     highlight.enableAlphaBlending(true);
 
-    gwfader.setSize(60, 14);
+    gwfader.setSize(FADER_WIDTH, 14);
     gwfader.setPosition(0, -3.4f, 40);
     gwfader.setXRotation(-60);
     gwfader.addTexture(&tex_gwfader);
@@ -773,9 +782,62 @@ int CMarivistaScreensaver::animationFrame() {
     return static_cast<int>(SDL_GetTicks() / ANIMATION_FRAME_MS % ANIMATION_FRAMES);
 }
 
+void CMarivistaScreensaver::setTrueView() {
+    const GLVector3 sight = camera.vAt - camera.vEye;
+    const double level = std::hypot(sight.x, sight.z);
+    const VIEW_WINDOW view = trueView(aspect(), level > 0 ? -sight.y / level : 0);
+    wide = aspect() > WIDER_FROM;
+    const double depth = FAR_PLANE - NEAR_PLANE;
+    const double frustum[16] = {2 / view.width(),
+                                0,
+                                0,
+                                0,
+                                0,
+                                2 / view.height(),
+                                0,
+                                0,
+                                (view.right + view.left) / view.width(),
+                                (view.top + view.bottom) / view.height(),
+                                -(FAR_PLANE + NEAR_PLANE) / depth,
+                                -1,
+                                0,
+                                0,
+                                -2 * FAR_PLANE * NEAR_PLANE / depth,
+                                0};
+    GLfloat matrix[16];
+    std::copy(std::begin(frustum), std::end(frustum), matrix);
+    glMatrixMode(GL_PROJECTION);
+    glLoadIdentity();
+    glMultMatrixf(matrix);
+    glMatrixMode(GL_MODELVIEW);
+}
+
+void CMarivistaScreensaver::renderBeyond(RenderObject& object, float width, float missing) {
+    if (!wide)
+        return;
+    for (const float edge : {-width / 2, width / 2 - missing}) {
+        glPushMatrix();
+        glTranslatef(2 * edge, 0, 0);
+        glScalef(-1, 1, 1);
+        object.render();
+        glPopMatrix();
+    }
+}
+
+void CMarivistaScreensaver::renderBackOfIsland() {
+    glPushMatrix();
+    glTranslatef(13.4f, 0, -2);
+    glScalef(1, 0.9f, 1);
+    island.render();
+    glPopMatrix();
+}
+
 void CMarivistaScreensaver::renderScene() {
     const SceneClock::Running running(clock);
     drawn = true;
+    wide = false;
+    if (extras.proportions && aspect() > MAX_ASPECT)
+        setTrueView();
     glClear(GL_COLOR_BUFFER_BIT | GL_DEPTH_BUFFER_BIT);
     glLoadIdentity();
     camera.setViewMatrix();
@@ -785,14 +847,17 @@ void CMarivistaScreensaver::renderScene() {
     if (wantedwssettings.skytype == 0)
         sky.render();
     else
-        skyflat.render();
+        skyflat.render(), renderBeyond(skyflat, SKYFLAT_WIDTH);
 
     glEnable(GL_FOG);
     terrain.setTexture(&tex_caustics[animationFrame()], 1);
     terrain.render();
+    // On the right it is one sample of its map narrower.
+    renderBeyond(terrain, FLOOR_WIDTH, terrain.mapsize_x ? FLOOR_WIDTH / terrain.mapsize_x : 0);
     glDisable(GL_FOG);
     rock2.render();
     gwfader.render();
+    renderBeyond(gwfader, FADER_WIDTH);
 
     glEnable(GL_FOG);
     Texture* const caustics = &tex_caustics_fish[animationFrame()];
@@ -825,14 +890,18 @@ void CMarivistaScreensaver::renderScene() {
         coral.render();
     glDisable(GL_FOG);
 
+    if (wide)
+        renderBackOfIsland();
     island.render();
     if (manta.model)
         manta.render();
     water.render();
+    renderBeyond(water, WATER_WIDTH);
     // Loading the next sparkle is skipped in the one tick in which a camera travel starts.
     if (!camerascrolling)
         highlight.setTexture(&tex_highlight[animationFrame()], 1);
     highlight.render();
+    renderBeyond(highlight, HIGHLIGHT_WIDTH);
     if (fpsOn)
         fpstext.render();
 }

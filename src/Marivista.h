@@ -167,7 +167,18 @@ private:
     void initCorals();
     void initWaterAndQuads();
 
+    double aspect() const;
+    /// The projection of a picture that keeps its proportions; hangs on the camera's pitch.
+    void setTrueView();
+    /// In a wide picture, what is so wide around x = 0, less what is missing on the right, goes on
+    /// beyond both its ends as its own reflection.
+    void renderBeyond(RenderObject& object, float width, float missing = 0);
+    /// The island's picture ends right of the design's view: here more of it, lower and farther
+    /// away, comes out behind it.
+    void renderBackOfIsland();
+
     SceneClock clock;
+    bool wide = false;    ///< the picture shows more to the sides than the design's
     bool unseen = false;  ///< the time until the next tick is seen by nobody
     bool drawn = false;   ///< the last tick has become a picture
 

@@ -15,15 +15,6 @@
 
 #define EXPORTED __attribute__((visibility("default")))
 
-namespace {
-
-/// The scene of a saver that kss_create has made.
-CMarivistaScreensaver& sceneOf(KScreenSaver& saver) {
-    return static_cast<CMarivistaScreensaver&>(*static_cast<KDEScreensaverFrame&>(saver).saver);
-}
-
-}  // namespace
-
 extern "C" {
 
 EXPORTED const char* kss_applicationName = "atollia.kss";
@@ -32,9 +23,6 @@ EXPORTED const char* kss_version = "0.1";
 
 EXPORTED KScreenSaver* kss_create(WId id) {
     static std::optional<CMarivistaScreensaver> scene;
-    // One that no saver has any more has released what it loaded.
-    if (scene && !scene->parentWidget())
-        scene.reset();
     if (!scene) {
         // The clock counts from the first part of SDL that starts. That would be the sound, after
         // everything in the scene has read a clock that counts from elsewhere.
@@ -42,8 +30,7 @@ EXPORTED KScreenSaver* kss_create(WId id) {
         scene.emplace();
         scene->readExtraSettings();
         // The end of the application is the last moment at which a widget can be destroyed.
-        static const bool once = (qAddPostRoutine([] { scene.reset(); }), true);
-        (void)once;
+        qAddPostRoutine([] { scene.reset(); });
     }
     auto* frame = new KDEScreensaverFrame(id);
     frame->init(&*scene);
@@ -66,10 +53,8 @@ QDialog* createSetup(const std::string& language) {
     return new KMarivistaSetup(texts, section, nullptr, Qt::WindowFlags());
 }
 
-void showFrameRate(KScreenSaver& saver) { sceneOf(saver).fpsOn = true; }
-
-void setViewSize(KScreenSaver& saver, int width, int height) {
-    sceneOf(saver).setViewSize(width, height);
+void showFrameRate(KScreenSaver& saver) {
+    auto* frame = static_cast<KDEScreensaverFrame&>(saver).saver;
+    if (auto* scene = dynamic_cast<CMarivistaScreensaver*>(frame))
+        scene->fpsOn = true;
 }
-
-void skipUnseenTime(KScreenSaver& saver) { sceneOf(saver).skipUnseenTime(); }

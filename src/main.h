@@ -25,11 +25,5 @@ QDialog* kss_setup();
 /// the file does not have is told in one line, and the locale's stands in for it.
 QDialog* createSetup(const std::string& language);
 
-// What the program asks of the saver's scene beside what its frame asks.
-
-/// Switches the frame-rate line on.
+/// Switches the frame-rate line of the saver's scene on.
 void showFrameRate(KScreenSaver& saver);
-/// Its window has another size, in pixels; its context must be current and the scene loaded.
-void setViewSize(KScreenSaver& saver, int width, int height);
-/// Nobody has seen the time since the last tick.
-void skipUnseenTime(KScreenSaver& saver);

@@ -51,6 +51,7 @@ struct Options {
     double fps = 20;
     bool show_fps = false;
     bool where = false;
+    bool proportions = false;
 };
 
 bool parseView(const std::string& name, int* camerapos) {
@@ -94,6 +95,10 @@ bool parse(int argc, char** argv, Options* options) {
             options->samples = std::atoi(value);
         } else if (name == "--seed") {
             options->seed = static_cast<unsigned>(std::strtoul(value, nullptr, 10));
+        } else if (name == "--proportions") {
+            if (std::strcmp(value, "true") != 0 && std::strcmp(value, "stretched") != 0)
+                return false;
+            options->proportions = *value == 't';
         } else if (name == "--config") {
             options->config = value;
         } else if (name == "--frames") {
@@ -161,7 +166,8 @@ int main(int argc, char** argv) {
     if (!parse(argc, argv, &options)) {
         std::fprintf(stderr,
                      "usage: snapshot OUT.png [--view bottom|middle|top|low|automatic]\n"
-                     "       [--seconds S] [--size WxH] [--samples N] [--seed N]\n"
+                     "       [--seconds S] [--size WxH] [--proportions stretched|true]\n"
+                     "       [--samples N] [--seed N]\n"
                      "       [--config FILE] [--frames N --fps F] [--show-fps] [--where]\n");
         return 2;
     }
@@ -184,6 +190,7 @@ int main(int argc, char** argv) {
     scene->settings_file = settings;
     scene->loadSettings(options.width, options.height);
     scene->wantedwssettings.soundOn = false;
+    scene->extras.proportions = options.proportions;
     scene->wantedwssettings.camerapos = options.camerapos;
     scene->fpsOn = options.show_fps;
     srand(options.seed);

@@ -155,9 +155,7 @@ int runSaver(QApplication& application, const ARGUMENTS& arguments) {
     if (arguments.fps)
         showFrameRate(*saver);
     KDEFrame& frame = *static_cast<KDEScreensaverFrame&>(*saver).saver;
-    const FramePacer pacer(frame, arguments.maxfps,
-                           {[&](int width, int height) { setViewSize(*saver, width, height); },
-                            [&] { skipUnseenTime(*saver); }});
+    const FramePacer pacer(frame, arguments.maxfps);
     const Ending ending([&] {
         saver->setUpdatesEnabled(false);
         frame.releaseScene();

@@ -239,6 +239,30 @@ TEST_F(DrawingTest, TheAspectIsCapped) {
     }
 }
 
+TEST_F(DrawingTest, PicturesThatKeepTheirProportionsAreSetUpAnewEveryTime) {
+    make();
+    noFish();
+    build();
+    const auto picture = [this](int width, int proportions) {
+        scene().extras.proportions = proportions;
+        scene().setViewSize(width, 720);
+        test::clear();
+        tick(0);
+        return test::calls();
+    };
+    const std::vector<test::GL_CALL> stretched = picture(1280, 0);
+    EXPECT_FALSE(test::wasCalled("glMatrixMode"));
+    const std::vector<test::GL_CALL> cropped = picture(1280, 1);
+    ASSERT_EQ(test::callsOf("glMatrixMode").size(), 2u);
+    EXPECT_EQ(test::callsOf("glMatrixMode")[1].args[0], GL_MODELVIEW);
+    // Beside the projection only a wider view is another picture.
+    EXPECT_EQ(cropped.size(), stretched.size() + 4);
+    EXPECT_GT(picture(1680, 1).size(), stretched.size() * 3 / 2);
+    // As wide as the design allows, and narrower, it is the design's.
+    for (const int width : {972, 960, 405})
+        EXPECT_TRUE(picture(width, 1) == picture(width, 0)) << width;
+}
+
 TEST_F(DrawingTest, FogIsSetUpAndLeftOff) {
     make();
     test::clear();
