@@ -14,7 +14,7 @@ using namespace art;
 namespace {
 
 /// File units per unit of the drawing: the eye finds the gull first, wherever on its way it is.
-constexpr float kSize = 2.0f;
+constexpr float kSize = 2.6f;
 constexpr int kGlide = 20, kBetween = 3, kFly = 20, kFrames = kGlide + kBetween + kFly;
 
 // Body: 0 at the bill's tip, 1 at the root of the tail; heights and widths in file units.
@@ -262,7 +262,7 @@ const Vec3 kWhite = rgb(252, 253, 254), kGrey = rgb(172, 184, 197), kBlack = rgb
 /// Light on a surface that faces up by that much: warm sun above, sky and sea below.
 Vec3 lit(Vec3 c, float up) {
     return c *
-           mix(Vec3{0.58f, 0.66f, 0.78f}, Vec3{1.0f, 1.0f, 0.975f}, smoothstep(-0.75f, 0.35f, up));
+           mix(Vec3{0.63f, 0.71f, 0.76f}, Vec3{1.0f, 1.0f, 0.975f}, smoothstep(-0.75f, 0.35f, up));
 }
 
 Vec3 bodyColour(float along, float round) {
@@ -343,10 +343,22 @@ Vec3 wingColour(float along, float chord, bool above) {
     c *= 0.975f + 0.05f * valueNoise({along * 46, chord * 11, 0}, 9);
     if (above)  // the leading edge turns down, the hollow behind the arm lies a little darker
         return c * (1 - 0.07f * band(chord, 0.30f, 0.60f, 0.2f) * (1 - along));
-    // Sun shines through the hem of the flight feathers.
-    const float through = 0.10f * smoothstep(0.5f, 1.0f, chord) * (1 - black);
-    return c * Vec3{0.67f + through, 0.74f + through * 0.9f, 0.85f + through * 0.5f} *
-           (1 - 0.14f * smoothstep(0.18f, 0.0f, along));
+    // Below, the arm's coverts are white and lie in soft rows, the flight feathers behind them
+    // greyer; at each feather's edge two overlap, between edges the sun shines through. Sea and
+    // sand light the whole.
+    const float arm = 1 - smoothstep(0.60f, 0.80f, along);
+    const float rows = 0.5f + 0.5f * std::sin(chord * 46 + 1.6f * std::sin(phase * kPi));
+    c *= 1 - 0.10f * arm * rows * band(chord, 0.06f, 0.40f, 0.06f);
+    c = mix(c, c * Vec3{0.80f, 0.84f, 0.88f}, flight * (1 - black));
+    const float overlap = std::fabs(f - 0.5f) * 2;
+    c *= 1 - 0.20f * flight * (1 - black) * smoothstep(0.62f, 1.0f, overlap);
+    const float through =
+        0.20f * flight * (1 - black) * smoothstep(0.75f, 0.25f, overlap) + 0.06f * (1 - flight);
+    const Vec3 light = Vec3{0.74f, 0.79f, 0.81f} + Vec3{1.0f, 0.94f, 0.78f} * through;
+    // The leading edge rounds into the light, the hollow behind it and the armpit lie in shade.
+    const float hollow = 0.12f * band(chord, 0.10f, 0.30f, 0.10f) * arm;
+    return c * light * (1 + 0.10f * smoothstep(0.07f, 0.0f, chord) - hollow) *
+           (1 - 0.16f * smoothstep(0.20f, 0.0f, along));
 }
 
 Vec3 tailColour(float u, float v) {

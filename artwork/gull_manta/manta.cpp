@@ -130,16 +130,16 @@ void Manta::whip() {
 }
 
 /// Degrees the disc slopes upwards at a distance from the middle. The beat starts at the body and
-/// runs outwards; the tips rise higher than they fall, as when gliding.
+/// runs outwards, its tips come late; they rise higher than they fall, as when gliding.
 float slope(float along, float turns) {
     const float reach = smoothstep(0.05f, 0.75f, along);
-    const float beat = std::sin(2 * kPi * (turns - 0.26f * along));
-    return reach * (8 + 38 * beat) + 10 * smoothstep(0.6f, 1.0f, along);
+    const float late = 0.22f * along + 0.16f * along * along;
+    const float beat = std::sin(2 * kPi * (turns - late));
+    return reach * (7 + 28 * beat) + 12 * smoothstep(0.6f, 1.0f, along);
 }
 
-/// Degrees the whole animal leans to its right. It is mostly seen from the side and hardly from
-/// above, so a level glide would show nothing but an edge.
-float lean(float turns) { return 32 * std::sin(2 * kPi * (turns + 0.1f)); }
+/// Degrees the whole animal leans to its right: it rocks a little with the beat.
+float lean(float turns) { return 11 * std::sin(2 * kPi * (turns + 0.1f)); }
 
 Vec3 pose(Vec3 p, float along_tail, float turns) {
     const float heave = -1.5f * std::sin(2 * kPi * (turns - 0.08f));
@@ -178,10 +178,12 @@ Vec3 topColour(float x, float y) {
             0.40f * band(chord, 0.06f, 0.16f, 0.06f) * smoothstep(0.15f, 0.4f, along));
     // Shoulder patches: pale hooks that run from behind the eye outwards, frayed at the rear.
     const float fray = 0.9f * fractalNoise({x * 0.5f, y * 0.5f, 3}, 3, 21);
-    const float front = y - (6.2f - 0.05f * (x - 4) * (x - 4)) + 0.5f * fray;
-    const float patch = smoothstep(0.4f, -0.4f, front) * smoothstep(-4.6f + fray, -1.6f, front) *
-                        band(x, 3.4f + 0.3f * fray, 10.2f + fray, 0.9f);
-    c = mix(c, kPale, 0.88f * patch);
+    const float front = y - (6.6f - 0.055f * (x - 3) * (x - 3)) + 0.5f * fray;
+    const float width = mix(1.3f, 3.6f, band(x, 4.2f, 7.4f, 2.4f)) + fray;
+    const float patch = smoothstep(0.5f, -0.7f, front) *
+                        smoothstep(-width - 1.2f, -width + 0.6f, front) *
+                        smoothstep(2.6f, 4.4f, x + 0.4f * fray) * smoothstep(12.8f, 7.0f, x - fray);
+    c = mix(c, kPale, 0.74f * patch);
     // Pale hem behind and light wing tips.
     c = mix(c, rgb(134, 150, 166),
             0.5f * smoothstep(0.93f, 1.0f, chord) * smoothstep(0.1f, 0.3f, along));
@@ -193,9 +195,13 @@ Vec3 topColour(float x, float y) {
 Vec3 bottomColour(float x, float y) {
     const float along = x / kHalfSpan;
     const float chord = (kLeading.at(along) - y) / (kLeading.at(along) - kTrailing.at(along));
-    Vec3 c = mix(rgb(236, 240, 240), rgb(158, 174, 190), smoothstep(0.12f, 0.75f, along)) *
-             (0.97f + 0.05f * fractalNoise({x * 0.3f, y * 0.3f, 0}, 3, 9));
-    c *= mix(0.86f, 1.0f, smoothstep(0.0f, 0.3f, along));
+    // Pale along the belly only; out to the wings it grades into the colour of the back.
+    const float cloud = fractalNoise({x * 0.3f, y * 0.3f, 0}, 3, 9);
+    const float reach = along + 0.05f * cloud;
+    Vec3 c = mix(rgb(226, 232, 234), rgb(142, 158, 176), smoothstep(0.04f, 0.36f, reach));
+    c = mix(c, rgb(84, 98, 118), smoothstep(0.30f, 0.80f, reach));
+    c = mix(c, rgb(128, 144, 162), 0.7f * smoothstep(5.0f, 9.5f, y));
+    c *= 0.97f + 0.05f * cloud;
     // Dark hem behind and at the tip, soft shade along the front.
     c = mix(
         c, rgb(96, 108, 124),

@@ -292,4 +292,48 @@ TEST(Fish, SchoolDropsNone) {
         EXPECT_GT(p.z, -20);
 }
 
+// ---- Manta and gull ----
+
+/// It glides level: its body rolls little, and its wings do the rest.
+TEST(Manta, LeansLittle) {
+    const Model manta = readModel("models//manta.nlm");
+    float most = 0, tips_high = -1e9f, tips_low = 1e9f;
+    for (const auto& frame : manta.positions)
+        for (size_t a = 0; a < frame.size(); ++a) {
+            const art::Vec2 t = manta.texture[a];
+            if (t.x > 0.98f && t.y < 0.45f) {
+                tips_high = std::max(tips_high, frame[a].z);
+                tips_low = std::min(tips_low, frame[a].z);
+            }
+            // The same place left and right of the middle; there the wings do not bend yet.
+            if (t.x < 0.03f || t.x > 0.06f || t.y > 0.9f || frame[a].x < 0)
+                continue;
+            for (size_t b = 0; b < frame.size(); ++b)
+                if (frame[b].x < 0 && art::length(manta.texture[b] - t) < 1e-5f) {
+                    const art::Vec3 across = frame[a] - frame[b];
+                    const float lean = std::atan2(across.z, across.x) * 180 / art::kPi;
+                    most = std::max(most, std::fabs(lean));
+                }
+        }
+    EXPECT_GT(most, 5);
+    EXPECT_LT(most, 12);
+    EXPECT_GT(tips_high - tips_low, 20) << "it does not beat";
+}
+
+/// The eye finds it first: its banked wings cover three units in the scene.
+TEST(Gull, IsLarge) {
+    const Model gull = readModel("models//gull.nlm");
+    float span = 0;
+    for (const auto& frame : gull.positions) {
+        float left = 0, right = 0;
+        for (const art::Vec3& p : frame) {
+            left = std::min(left, p.x);
+            right = std::max(right, p.x);
+        }
+        span = std::max(span, (right - left) * 0.05f);
+    }
+    EXPECT_GT(span, 3.0f);
+    EXPECT_LT(span, 3.4f);
+}
+
 }  // namespace
