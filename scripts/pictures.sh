@@ -20,8 +20,8 @@ jpeg() {
 
 # view NAME VIEW SEED SECONDS SKY
 view() {
-    "$top/scripts/snapshot.sh" "$folder/picture.png" --samples 4 --view "$2" --seed "$3" --seconds "$4" \
-        --config "$folder/$5"
+    "$top/scripts/snapshot.sh" "$folder/picture.png" --view "$2" --seed "$3" --seconds "$4" \
+        --samples 4 --config "$folder/$5"
     jpeg "$1"
 }
 
@@ -33,8 +33,8 @@ view low low 9 50 cloudy
 
 # close_up NAME ANIMAL SEED SECONDS VIEW WIDTH: 4:3, WIDTH pixels of a picture 2560 wide.
 close_up() {
-    place=$("$top/scripts/snapshot.sh" "$folder/picture.png" --samples 4 --view "$5" --seed "$3" --seconds "$4" \
-        --size 2560x1896 --where | grep "^$2 " | head -1)
+    place=$("$top/scripts/snapshot.sh" "$folder/picture.png" --view "$5" --seed "$3" --seconds "$4" \
+        --samples 4 --size 2560x1896 --where | grep "^$2 " | head -1)
     # shellcheck disable=SC2086  # name, x, y and more
     set -- "$1" "$6" $place
     width=$2 height=$(($2 * 3 / 4)) x=$4 y=$5

@@ -16,7 +16,7 @@ constexpr int kFrames = 20;
 constexpr int kSize = 256;              ///< of the texture
 constexpr int kStrip = 20;              ///< width of a branch's picture; as high as the texture
 constexpr int kKinds = 2;               ///< branches that differ; each in sun and in shade
-constexpr float kHeight = 37;           ///< of the thicket, file units
+constexpr float kHeight = 40;           ///< of the thicket, file units
 constexpr float kBranchLength = 12.8f;  ///< of the pictured branch, in its own units
 constexpr float kBranchRadius = 0.33f;  ///< without its cups
 /// Half the width of a strip for a branch of radius 1.
@@ -49,7 +49,7 @@ Growth pictured(uint32_t seed) {
             continue;
         const Vec3 along = normalize(out + Vec3{0, random.range(0.9f, 1.6f), 0});
         const Vec3 from = out * (kBranchRadius * 0.85f) + Vec3{0, y, 0};
-        const float l = random.range(0.09f, 0.15f), w = random.range(0.065f, 0.085f);
+        const float l = random.range(0.06f, 0.10f), w = random.range(0.075f, 0.10f);
         growth.mesh.append(tube({from, from + along * (0.6f * l), from + along * l},
                                 {w, w * 0.95f, w * 0.7f}, 6, t, std::min(1.0f, t + 0.10f)),
                            [](Vec3 p) { return p; });
@@ -61,7 +61,7 @@ Growth pictured(uint32_t seed) {
         Vec3 c = mix(shades.foot * 0.6f, shades.foot, smoothstep(0, 0.20f, t));
         c = mix(c, shades.middle, smoothstep(0.08f, 0.45f, t));
         c = mix(c, shades.tip,
-                0.28f * smoothstep(0.5f, 0.85f, t) + 0.60f * smoothstep(0.88f, 0.99f, t));
+                0.34f * smoothstep(0.45f, 0.88f, t) + 0.34f * smoothstep(0.86f, 1.0f, t));
         return Paint{c * 1.18f * (1 + 0.18f * fractalNoise(p * 3, 2, seed)), {}};
     };
     return growth;
@@ -90,7 +90,7 @@ public:
             const Vec3 along =
                 upright({}, normalize(out * std::sin(tilt) + Vec3{0, 0, std::cos(tilt)}));
             grow(random, out * (4.5f * tilt) + Vec3{0, 0, -2.5f}, along,
-                 kHeight * 0.45f * mix(1.0f, 0.74f, tilt), 1.6f, 2, 0);
+                 kHeight * 0.45f * mix(1.0f, 0.74f, tilt), 1.9f, 2, 0);
         }
         // Far strips first, so that the soft edges of near ones lie over them.
         std::stable_sort(pieces_.begin(), pieces_.end(),
@@ -227,6 +227,34 @@ private:
     std::vector<Piece> pieces_;
 };
 
+/// What is finer than a pixel of the screen would only glitter: a branch is seen at a third of its
+/// length in texels, and at half its width.
+void soften(Image& image) {
+    constexpr int kReach = 5;
+    const auto pass = [&](int dx, int dy, float width) {
+        const Image before = image;
+        for (int y = 0; y < image.height(); ++y)
+            for (int x = 0; x < image.width(); ++x) {
+                Vec3 colour;
+                float alpha = 0, weights = 0;
+                for (int k = -kReach; k <= kReach; ++k) {
+                    const float w = std::exp(-static_cast<float>(k * k) / (2 * width * width));
+                    weights += w;
+                    const int i = x + k * dx, j = y + k * dy;
+                    if (i < 0 || j < 0 || i >= image.width() || j >= image.height())
+                        continue;
+                    const Pixel& p = before.at(i, j);
+                    colour += p.colour * (p.alpha * w);
+                    alpha += p.alpha * w;
+                }
+                if (alpha > 0)
+                    image.at(x, y) = {colour / alpha, alpha / weights};
+            }
+    };
+    pass(1, 0, 0.9f);
+    pass(0, 1, 2.2f);
+}
+
 void paintBranches(Image& texture) {
     for (int kind = 0; kind < kKinds; ++kind) {
         Layer layer;
@@ -240,6 +268,7 @@ void paintBranches(Image& texture) {
         picture.width = kStrip;
         picture.height = kSize;
         draw(layer, camera, light, nullptr, picture);
+        soften(picture.image);
         for (int y = 0; y < kSize; ++y)
             for (int x = 0; x < kStrip; ++x) {
                 Pixel pixel = picture.image.at(x, y);
@@ -270,7 +299,7 @@ void paintStone(Image& texture) {
 }
 
 Vec3 swell(Vec3 rest, int frame) {
-    const float h = length(rest) / kHeight, bend = 2.0f * h * h * h;
+    const float h = length(rest) / kHeight, bend = 0.67f * h * h * h;
     const float turn = 2 * kPi * static_cast<float>(frame) / kFrames - 0.05f * (rest.x + rest.y);
     return {bend * std::sin(turn), 0.6f * bend * std::sin(turn + 1.2f),
             0.2f * bend * std::cos(2 * turn)};

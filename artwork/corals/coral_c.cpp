@@ -26,7 +26,7 @@ Garden coral_c() {
 
     Layer& gold = garden.layer();
     gold.add(fan(93, 1.45f, rgb(186, 96, 20), rgb(255, 206, 84)),
-             {{x + 0.95f, y + 0.12f, z - 0.40f}, {4, 25, -8}});
+             {{x + 0.95f, y + 0.30f, z - 0.60f}, {4, 25, -8}});
 
     // Outposts on the sand in front, each a layer of its own so that its picture stays small.
     const auto outpost = [&](float at_x, float at_z) -> Layer& {

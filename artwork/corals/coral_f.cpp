@@ -19,7 +19,8 @@ Garden coral_f() {
               {{x - 0.55f, y + 0.25f, z - 0.75f}, {-25, 0, 0}});
     rigid.add(brain(115, {0.42f, 0.36f, 0.42f}, rgb(236, 176, 150), rgb(150, 86, 84)),
               {{x - 1.35f, y + 0.0f, z - 0.95f}});
-    strew(rigid, 913, x - 0.5f, z - 0.3f, 2.0f, 8);
+    // None before the fans' stone: what is drawn later there would have holes.
+    strew(rigid, 913, x - 1.0f, z - 0.1f, 1.7f, 8);
 
     Layer& soft = garden.layer();
     soft.add(staghorn(113, 1.35f, 14, 0.062f, green(), 3), {{x - 2.3f, y - 0.1f, z - 0.5f}});

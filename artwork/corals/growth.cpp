@@ -165,7 +165,7 @@ Growth stand(Growth growth, const Stand& where) {
     return growth;
 }
 
-Shades violet() { return {rgb(112, 66, 132), rgb(190, 112, 224), rgb(250, 228, 255)}; }
+Shades violet() { return {rgb(142, 88, 168), rgb(196, 120, 228), rgb(250, 228, 255)}; }
 Shades pink() { return {rgb(168, 70, 92), rgb(255, 116, 150), rgb(255, 236, 230)}; }
 Shades blue() { return {rgb(52, 78, 156), rgb(84, 136, 246), rgb(222, 240, 255)}; }
 Shades green() { return {rgb(72, 108, 48), rgb(150, 212, 84), rgb(246, 255, 190)}; }
@@ -278,7 +278,7 @@ Growth fan(uint32_t seed, float height, Vec3 low, Vec3 high) {
              height * 0.020f, 6, 0.1f);
     bendByHeight(growth, height, 0.10f * height);
     growth.material = [=](Vec2 t, Vec3 p) {
-        const Vec3 c = mix(low * 0.75f, high, smoothstep(0, 0.8f, t.y));
+        const Vec3 c = mix(low * 0.92f, high, smoothstep(0, 0.8f, t.y));
         return Paint{c * (0.94f + 0.28f * gradientNoise(p * 9, seed)), {}};
     };
     return growth;

@@ -34,9 +34,13 @@ Vec3 shade(const Light& light, const Paint& paint, Vec3 point, Vec3 normal) {
     const float sky = light.sky(point, normal);
     const float relief = 0.75f + 0.25f * dot(n, normal);
     const float from_sand = std::max(0.0f, 0.35f - 0.65f * n.y) * std::min(1.0f, 0.25f + sky);
+    const Vec3 falling = sunColour() * (0.74f * sun) + skyColour() * (0.50f * sky * relief) +
+                         sandColour() * (0.32f * from_sand) + Vec3{0.17f, 0.19f, 0.21f};
+    // The water between branches glows: no twig turns black.
+    const Vec3 least{0.22f, 0.25f, 0.28f};
     const Vec3 c =
-        paint.colour * (sunColour() * (0.74f * sun) + skyColour() * (0.50f * sky * relief) +
-                        sandColour() * (0.32f * from_sand) + Vec3{0.17f, 0.19f, 0.21f});
+        paint.colour * Vec3{std::hypot(falling.x, least.x), std::hypot(falling.y, least.y),
+                            std::hypot(falling.z, least.z)};
     return {shoulder(c.x), shoulder(c.y), shoulder(c.z)};
 }
 

@@ -117,12 +117,12 @@ TEST(Corals, StayOutOfTheTopView) {
     }
 }
 
-/// The lowest reef fish swim at -3, and are half a unit high on either side.
+/// All reef fish swim at -3.5, and are a fifth of a unit high on either side.
 TEST(Corals, StayBelowTheReefFish) {
     for (const art::Placement& placement : art::kCorals) {
         float top = -1e9f;
         forEachVisiblePoint(placement, [&](art::Vec3 p) { top = std::max(top, p.y); });
-        EXPECT_LT(top, -3.5f) << describe(placement);
+        EXPECT_LT(top, -3.7f) << describe(placement);
     }
 }
 
