@@ -1,0 +1,71 @@
+#!/bin/sh
+# Films the scene as a loop of ten seconds: the automatic camera rests over the water, comes down
+# and rests before the reef; the last second fades into the first.
+#   film.sh [OUT.webp] [--video OUT.mp4|OUT.webm] [--size WxH] [--fps N] [--quality Q] [--seed N]
+# OUT.webp is an animated picture for the README, docs/pictures/film.webp when neither it nor a
+# video is named. The size, 640x474, and 12 pictures a second are what keeps that small; quality is
+# its own, 0 to 100. A video takes the same pictures: name a larger size and rate for it.
+# Needs no display.
+set -eu
+top=$(cd "$(dirname "$0")/.." && pwd)
+
+usage() {
+    sed -n 's/^#   //p' "$0" >&2
+    exit 2
+}
+
+webp="" video="" size=640x474 fps=12 quality=42 seed=3
+while [ $# -gt 0 ]; do
+    case $1 in
+    --video | --size | --fps | --quality | --seed)
+        [ $# -gt 1 ] || usage
+        case $1 in
+        --video) video=$2 ;;
+        --size) size=$2 ;;
+        --fps) fps=$2 ;;
+        --quality) quality=$2 ;;
+        --seed) seed=$2 ;;
+        esac
+        shift
+        ;;
+    *.webp) webp=$1 ;;
+    *) usage ;;
+    esac
+    shift
+done
+case $video in
+"" | *.mp4 | *.webm) ;;
+*) usage ;;
+esac
+[ -n "$webp$video" ] || webp="$top/docs/pictures/film.webp"
+
+"$top/scripts/deps.sh" build ffmpeg
+folder=$(mktemp -d)
+trap 'rm -rf "$folder"' EXIT
+
+# What the film shows: its pictures from `from` on, so many seconds and one more to fade with.
+seconds=10 fade=1
+# The camera leaves the reef after ten seconds, needs 25 degrees and rests for two seconds.
+speed=6 rest=2
+printf 'CameraSpeed=%s\nCameraFixTop=%s\n' "$speed" "$rest" >"$folder/settings"
+from=$(awk "BEGIN { print 10 + 25 / $speed + $rest - 1 - $fade }")
+"$top/scripts/snapshot.sh" "$folder/film.png" --view automatic --config "$folder/settings" \
+    --seconds "$from" --frames $(((seconds + fade) * fps)) --fps "$fps" \
+    --seed "$seed" --size "$size" --samples 4
+
+# film OUT [ENCODER OPTIONS...]: the loop, in the format that OUT's ending names.
+film() {
+    out=$1
+    shift
+    ffmpeg -v error -y \
+        -framerate "$fps" -start_number $((fade * fps)) -i "$folder/film-%04d.png" \
+        -framerate "$fps" -t "$fade" -i "$folder/film-%04d.png" \
+        -filter_complex "[0][1]xfade=duration=$fade:offset=$((seconds - fade))" "$@" "$out"
+    echo "$out: $(wc -c <"$out") bytes"
+}
+
+[ -z "$webp" ] || film "$webp" -c:v libwebp_anim -loop 0 -compression_level 6 -q:v "$quality"
+case $video in
+*.mp4) film "$video" -c:v libx264 -preset slow -crf 20 -pix_fmt yuv420p -movflags +faststart ;;
+*.webm) film "$video" -c:v libvpx-vp9 -crf 28 -b:v 0 -pix_fmt yuv420p ;;
+esac
