@@ -6,7 +6,7 @@ set -eu
 top=$(cd "$(dirname "$0")/.." && pwd)
 (
     cd "$top"
-    [ -f build/release/build.ninja ] || cmake --preset release
+    scripts/configure.sh release -DATOLLIA_TESTS=ON
     cmake --build --preset release --target data scene_bench record_frame
 ) >&2
 trace=$(mktemp)

@@ -5,8 +5,7 @@ top=$(cd "$(dirname "$0")/.." && pwd)
 mkdir -p "$top/build"
 exec 9>"$top/build/.data.lock"
 flock 9
-[ -f "$top/build/artwork/build.ninja" ] ||
-    cmake -S "$top/artwork" -B "$top/build/artwork" -G Ninja -DCMAKE_BUILD_TYPE=Release
+"$top/scripts/configure.sh" artwork
 cmake --build "$top/build/artwork"
 # Newer than all data files, and touched only when one of them has changed.
 stamp="$top/build/data.stamp"

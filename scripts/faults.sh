@@ -7,6 +7,6 @@ set -eu
 top=$(cd "$(dirname "$0")/.." && pwd)
 cd "$top"
 scripts/deps.sh build tests
-cmake --preset release >/dev/null
+scripts/configure.sh release -DATOLLIA_TESTS=ON
 cmake --build --preset release --target faults_test data >/dev/null
 FAULTS_THOROUGH=1 exec build/release/tests/faults/faults_test "$@"

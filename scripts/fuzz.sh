@@ -11,7 +11,7 @@ seconds=${1:-60}
 [ $# -gt 0 ] || set -- texture height_map md3 md2 font language settings sound
 
 scripts/deps.sh build tests clang libclang-rt-14-dev
-cmake --preset fuzz >/dev/null
+scripts/configure.sh fuzz
 for target in "$@"; do
     cmake --build build/fuzz --target "fuzz_$target"
 done

@@ -7,7 +7,7 @@ top=$(cd "$(dirname "$0")/.." && pwd)
 cd "$top"
 seconds=${1:-60}
 scripts/deps.sh build display tests
-cmake --preset release >/dev/null
+scripts/configure.sh release -DATOLLIA_TESTS=ON
 cmake --build --preset release --target atollia.kss standin_saver window_start data >/dev/null
 
 tmp=$(mktemp -d)

@@ -1,13 +1,17 @@
 #!/bin/sh
-# Makes the Debian package and says where it is.
+# Makes the Debian package and says where it is. The same sources give the same bytes: times in it
+# are the last commit's, or the changelog's where there is no repository.
 set -eu
 top=$(cd "$(dirname "$0")/.." && pwd)
 cd "$top"
 scripts/deps.sh build package
+: "${SOURCE_DATE_EPOCH:=$(git log -1 --format=%ct 2>/dev/null ||
+    dpkg-parsechangelog -l packaging/changelog -S Timestamp)}"
+export SOURCE_DATE_EPOCH
 mkdir -p build
 (
     flock 9 # Two runs in one clone build one after the other.
-    cmake --preset package >/dev/null
+    scripts/configure.sh package
     cmake --build --preset package --target atollia.kss data
     cd build/package
     umask 022

@@ -9,7 +9,7 @@ if [ -n "${DISPLAY:-}" ]; then
 else
     scripts/deps.sh build display
 fi
-cmake --preset release >/dev/null
+scripts/configure.sh release
 cmake --build --preset release --target atollia.kss data
 
 saver="$top/build/release/atollia.kss"

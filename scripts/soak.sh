@@ -7,7 +7,7 @@ top=$(cd "$(dirname "$0")/.." && pwd)
 cd "$top"
 if [ "${1:-}" != --on-display ]; then
     scripts/deps.sh build display
-    cmake --preset release >/dev/null
+    scripts/configure.sh release
     cmake --build --preset release --target atollia.kss data >/dev/null
     exec scripts/with-display.sh nice "$0" --on-display "${1:-60}"
 fi

@@ -23,7 +23,7 @@ scripts/deps.sh build display package tests $hosts
 mkdir -p build
 (
     flock 9 # Two runs in one clone build one after the other.
-    cmake --preset "$preset" >/dev/null
+    scripts/configure.sh "$preset" -DATOLLIA_TESTS=ON
     cmake --build --preset "$preset"
 ) 9>build/.test.lock
 

@@ -6,7 +6,7 @@ set -eu
 top=$(cd "$(dirname "$0")/.." && pwd)
 (
     cd "$top"
-    [ -f build/release/build.ninja ] || cmake --preset release
+    scripts/configure.sh release
     cmake --build --preset release --target turntable
 ) >&2
 exec "$top/build/release/tools/turntable" "$@"

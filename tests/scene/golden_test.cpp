@@ -41,10 +41,18 @@ std::string bytes(const std::string& path) {
     return text.str();
 }
 
+/// A path as one word of a shell command.
+std::string quoted(const std::string& path) {
+    std::string word = "'";
+    for (char c : path)
+        word += c == '\'' ? "'\\''" : std::string(1, c);
+    return word + "'";
+}
+
 /// Runs the project's camera; the path of the picture it took.
 std::string snapshot(const std::string& name, const std::string& arguments) {
     const std::string out = temporary(name);
-    const std::string command = std::string(SNAPSHOT) + " " + out + " " + arguments;
+    const std::string command = quoted(SNAPSHOT) + " " + quoted(out) + " " + arguments;
     EXPECT_EQ(std::system(command.c_str()), 0) << command;
     return out;
 }
@@ -122,7 +130,7 @@ TEST_P(GoldenPicture, IsAsItWas) {
     std::ofstream(config) << "SkyType=" << (name.find("clear") != std::string::npos ? 1 : 0)
                           << "\n";
     const std::string path =
-        snapshot(name + ".png", arguments + " --size 640x474 --seed 1 --config " + config);
+        snapshot(name + ".png", arguments + " --size 640x474 --seed 1 --config " + quoted(config));
     const Picture now = Picture::loadPng(path);
     if (std::getenv("ATOLLIA_NEW_GOLDEN")) {
         ASSERT_TRUE(now.savePng(TEST_DIR "golden/" + name + ".png"));
@@ -198,8 +206,8 @@ TEST(Snapshot, FindsSettingsBesideIt) {
     const std::string cloudy = snapshot("cloudy.png", view);
     const std::string folder = config.substr(0, config.rfind('/'));
     const std::string clear = temporary("clear.png");
-    ASSERT_EQ(std::system(("cd " + folder + " && " + SNAPSHOT + " " + clear + " " + view +
-                           " --config beside.config")
+    ASSERT_EQ(std::system(("cd " + quoted(folder) + " && " + quoted(SNAPSHOT) + " " +
+                           quoted(clear) + " " + view + " --config beside.config")
                               .c_str()),
               0);
     // The same pictures, had the file not been found.
@@ -223,8 +231,7 @@ TEST(Snapshot, SmoothsEdges) {
 TEST(Snapshot, RefusesNonsense) {
     for (const char* arguments : {"", "x.png --view sideways", "x.png --size big", "x.png --what",
                                   "x.png --config no-such-file"})
-        EXPECT_NE(std::system((std::string(SNAPSHOT) + " " + arguments + " 2>/dev/null").c_str()),
-                  0)
+        EXPECT_NE(std::system((quoted(SNAPSHOT) + " " + arguments + " 2>/dev/null").c_str()), 0)
             << arguments;
 }
 
