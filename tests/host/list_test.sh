@@ -44,6 +44,57 @@ printf 'programs: \\\n mine-atollia --root \\n\\\n atollia2 --root \\n\\\n\n' >"
 printf 'programs: \\\n%s\n mine-atollia --root \\n\\\n atollia2 --root \\n\\\n\n' "$entry" >"$HOME/expected"
 check "other savers with similar names"
 
+printf 'mode: one\nprograms: maze --root\nlast: 1\n' >"$HOME/start"
+printf 'mode: one\nprograms: maze --root\\n\\\n  GL: "Atollia"  atollia --root\nlast: 1\n' >"$HOME/expected"
+check "a list of one line"
+
+printf 'programs: maze --root' >"$HOME/start"
+printf 'programs: maze --root\\n\\\n  GL: "Atollia"  atollia --root' >"$HOME/expected"
+check "a list of one line without an end"
+
+printf 'programs:\nmode: one\n' >"$HOME/start"
+printf 'programs:\\n\\\n  GL: "Atollia"  atollia --root\nmode: one\n' >"$HOME/expected"
+check "an empty list"
+
+printf 'mode: one\r\nprograms: \\\r\n maze --root \\n\\\r\n\r\nlast: 1\r\n' >"$HOME/start"
+printf 'mode: one\r\nprograms: \\\r\n%s\r\n maze --root \\n\\\r\n\r\nlast: 1\r\n' "$entry" >"$HOME/expected"
+check "a list with the line ends of other systems"
+
+printf 'programs: maze --root\r\nmode: one\r\n' >"$HOME/start"
+printf 'programs: maze --root\\n\\\r\n  GL: "Atollia"  atollia --root\r\nmode: one\r\n' >"$HOME/expected"
+check "a list of one line with the line end of other systems"
+
+printf 'programs: \\' >"$HOME/start"
+printf 'programs: \\\n%s' "$entry" >"$HOME/expected"
+check "a list that is cut off"
+
+printf 'programs: maze --root\nprograms: \\\n foo \\n\\\n\n' >"$HOME/start"
+printf 'programs: maze --root\\n\\\n  GL: "Atollia"  atollia --root\nprograms: \\\n foo \\n\\\n\n' >"$HOME/expected"
+check "two lists"
+
+: >"$HOME/start"
+printf 'programs: \\\n  GL: "Atollia"  atollia --root\n' >"$HOME/expected"
+check "an empty file"
+
+# Our line where people have put it.
+removed() { # WHAT START EXPECTED
+    printf "$2" >"$file"
+    "$command" add
+    printf "$2" | cmp - "$file" || fail "added beside: $1"
+    "$command" remove
+    printf "$3" | cmp - "$file" || fail "not removed: $1"
+}
+removed "the last of a list" 'programs: \\\n maze \\n\\\n atollia --root\nmode: one\n' \
+    'programs: \\\n maze \nmode: one\n'
+removed "alone in a list" 'programs: \\\n atollia --root\nmode: one\n' 'programs: \nmode: one\n'
+removed "on the first line" 'programs: atollia --root \\n\\\n maze\n' 'programs: \\\n maze\n'
+removed "on the only line" 'programs: atollia --root\nmode: one\n' 'programs:\nmode: one\n'
+removed "twice in a list" 'programs: \\\n atollia \\n\\\n atollia -root \\n\\\n maze\n' 'programs: \\\n maze\n'
+# The same words elsewhere are no entry.
+printf 'mode: one\natollia --root\n' >"$file"
+"$command" add
+grep -q '^programs' "$file" || fail "taken for an entry outside the list"
+
 # Whatever form the line has got meanwhile, also switched off, it is known again.
 for line in '- GL: atollia --root --fps \n\' ' "My reef" /usr/bin/atollia.kss --root \n\' 'atollia --root \n\'; do
     printf 'programs: \\\n maze --root \\n\\\n%s\n\n' "$line" >"$file"
@@ -66,6 +117,33 @@ printf 'programs: maze --root\n' >"$HOME/real"
 ln -s real "$file"
 "$command" add
 [ -L "$file" ] && grep -q "maze" "$HOME/real" && grep -q "Atollia" "$HOME/real" || fail "a link"
+
+# What is no file is left alone, and what cannot be changed is said.
+refused() { # WHAT
+    for what in add remove; do
+        status=0
+        "$command" $what >"$HOME/said" 2>&1 || status=$?
+        [ $status -eq 1 ] || fail "$1: $what ended with $status"
+        [ "$(wc -l <"$HOME/said")" -eq 1 ] || fail "$1: $what said: $(cat "$HOME/said")"
+    done
+}
+rm -f "$file"
+mkdir "$file"
+refused "a folder"
+[ -z "$(ls -A "$file")" ] || fail "something is in the folder"
+rmdir "$file"
+mkfifo "$file"
+refused "a pipe"
+rm "$file"
+ln -s .xscreensaver "$file"
+refused "a link to itself"
+rm "$file"
+status=0
+HOME=/proc "$command" add 2>/dev/null || status=$?
+[ $status -eq 1 ] || fail "a home that takes nothing: $status"
+status=0
+env -u HOME "$command" add 2>/dev/null || status=$?
+[ $status -eq 1 ] || fail "no home: $status"
 
 for words in "" "both" "add remove"; do
     status=0
