@@ -29,6 +29,26 @@ root="$tmp/root"
 mkdir "$root"
 dpkg-deb -x "$package" "$root"
 
+echo "-- the same again"
+cp "$package" "$tmp/first.deb"
+rm "$package"
+again=$(umask 077 && TZ=Asia/Tokyo LC_ALL=C "$top/scripts/package.sh" | tail -n 1)
+cmp "$again" "$tmp/first.deb" || fail "the same sources give another package"
+
+echo "-- one version everywhere"
+version=$(dpkg-deb -f "$package" Version)
+is_version() { # WHERE WHAT
+    [ "$2" = "$version" ] || fail "the package is $version, $1 says \"$2\""
+}
+is_version CMakeLists.txt "$(sed -n 's/^project(atollia VERSION \([0-9.]*\) .*/\1/p' "$top/CMakeLists.txt")"
+is_version changelog "$(dpkg-parsechangelog -l "$top/packaging/changelog" -S Version)"
+is_version metainfo.xml "$(sed -n 's/.*<release version="\([^"]*\)".*/\1/p' \
+    "$root/usr/share/metainfo/atollia.metainfo.xml" | head -n 1)"
+for page in man6/atollia.kss.6.gz man1/atollia-xscreensaver.1.gz; do
+    is_version "$page" "$(gunzip -c "$root/usr/share/man/$page" |
+        sed -n 's/^\.TH .*"Atollia \([^"]*\)".*/\1/p')"
+done
+
 echo "-- files"
 for file in usr/bin/atollia.kss usr/bin/atollia-xscreensaver \
     usr/libexec/xscreensaver/atollia usr/lib/xscreensaver/atollia \
@@ -37,7 +57,7 @@ for file in usr/bin/atollia.kss usr/bin/atollia-xscreensaver \
     usr/share/applnk/System/ScreenSavers/atollia.kss.desktop \
     usr/share/xscreensaver/config/atollia.xml usr/share/metainfo/atollia.metainfo.xml \
     usr/share/icons/hicolor/scalable/apps/atollia.svg usr/share/man/man6/atollia.kss.6.gz \
-    usr/share/man/man1/atollia-xscreensaver.1.gz usr/share/doc/atollia/copyright \
+    usr/share/man/man6/atollia.6.gz usr/share/man/man1/atollia-xscreensaver.1.gz usr/share/doc/atollia/copyright \
     opt/Orvo/Screensaver/Atollia/Language.dat opt/Orvo/Screensaver/Atollia/font.nlf \
     opt/Orvo/Screensaver/Atollia/models/manta.nlm opt/Orvo/Screensaver/Atollia/sound/water.wav; do
     [ -s "$root/$file" ] || fail "$file is missing or empty"
@@ -68,6 +88,9 @@ desktop-file-validate "$root"/usr/share/applications/screensavers/atollia.deskto
 appstreamcli validate --no-net --pedantic \
     "$root"/usr/share/metainfo/atollia.metainfo.xml ||
     fail "AppStream"
+grep -q "<url type=\"homepage\">$(sed -n 's/^hyperlink *= *{ *\(.*[^ ]\) *}.*/\1/p' \
+    "$top/data/Language.dat" | sort -u)</url>" "$root"/usr/share/metainfo/atollia.metainfo.xml ||
+    fail "the project's page is not one"
 for page in man6/atollia.kss.6.gz man1/atollia-xscreensaver.1.gz; do
     gunzip -c "$root/usr/share/man/$page" >"$tmp/page"
     LC_ALL=C.UTF-8 groff -man -Tutf8 -ww -z "$tmp/page" >"$tmp/groff" 2>&1 || true
@@ -80,15 +103,15 @@ lintian --allow-root --fail-on error "$package"
 
 if [ "$(id -u)" -eq 0 ]; then
     echo "-- installed and removed"
-    mkdir -p "$tmp/system/var/lib/dpkg/info" "$tmp/system/var/lib/dpkg/updates"
+    mkdir -p "$tmp/system/opt" "$tmp/system/var/lib/dpkg/info" "$tmp/system/var/lib/dpkg/updates"
     : >"$tmp/system/var/lib/dpkg/status"
-    dpkg --root="$tmp/system" --force-depends -i "$package" >"$tmp/dpkg.log" 2>&1 ||
+    dpkg --root="$tmp/system" --force-depends --force-script-chrootless -i "$package" >"$tmp/dpkg.log" 2>&1 ||
         { cat "$tmp/dpkg.log"; fail "installing"; }
     [ -x "$tmp/system/usr/bin/atollia.kss" ] || fail "not installed"
-    dpkg --root="$tmp/system" --purge atollia >"$tmp/dpkg.log" 2>&1 ||
+    dpkg --root="$tmp/system" --force-script-chrootless --purge atollia >"$tmp/dpkg.log" 2>&1 ||
         { cat "$tmp/dpkg.log"; fail "removing"; }
     left=$(cd "$tmp/system" && find . -mindepth 1 -not -path "./var*")
-    [ -z "$left" ] || fail "left behind: $left"
+    [ "$left" = ./opt ] || fail "left behind, where only ./opt was: $left"
 fi
 
 # A root with the system's libraries and the package: this needs mounts of our own.
