@@ -8,6 +8,8 @@ scripts/deps.sh build package
 : "${SOURCE_DATE_EPOCH:=$(git log -1 --format=%ct 2>/dev/null ||
     dpkg-parsechangelog -l packaging/changelog -S Timestamp)}"
 export SOURCE_DATE_EPOCH
+# The packer reads paths in the locale's letters.
+export LC_ALL=C.UTF-8
 mkdir -p build
 (
     flock 9 # Two runs in one clone build one after the other.
