@@ -43,7 +43,7 @@ void WaterGround::modify() {
     }
     for (int i = numSegments_x - 1; i >= 0; --i) {
         const float x0 = i * stepsize_x * resizefactor_x;
-        const float x1 = (i * stepsize_x + stepsize_x) * resizefactor_x;
+        const float x1 = (i + 1) * stepsize_x * resizefactor_x;
         const bool up = i % 2 == 0;
         const float first = acrossX(up ? x1 : x0);
         const float second = acrossX(up ? x0 : x1);

@@ -143,7 +143,8 @@ void HeightMap::initialize() {
     // Serpentine, so that the whole terrain is one strip.
     for (int i = 0; i < numSegments_x; ++i) {
         const float x0 = i * stepsize_x;
-        const float x1 = x0 + stepsize_x;
+        // To the last bit where the next column begins: else the sky shows through between them.
+        const float x1 = (i + 1) * stepsize_x;
         for (int n = 0; n < numSegments_y; ++n) {
             const bool up = i % 2 == 0;
             const float y = (up ? n : numSegments_y - 1 - n) * stepsize_y;
