@@ -95,6 +95,21 @@ Image shrunk(const Image& image, int columns, int rows) {
     return small;
 }
 
+Image sharpened(const Image& image, float across, float down) {
+    Image sharp = image;
+    for (int y = 0; y < image.height(); ++y)
+        for (int x = 0; x < image.width(); ++x) {
+            const Vec3 c = image.at(x, y).colour;
+            const Vec3 beside =
+                (image.wrapped(x - 1, y).colour + image.wrapped(x + 1, y).colour) / 2;
+            const Vec3 above =
+                (image.wrapped(x, y - 1).colour + image.wrapped(x, y + 1).colour) / 2;
+            const Vec3 s = c + (c - beside) * across + (c - above) * down;
+            sharp.at(x, y).colour = {clamp01(s.x), clamp01(s.y), clamp01(s.z)};
+        }
+    return sharp;
+}
+
 void bleed(Image& image, int texels, float threshold) {
     const int w = image.width(), h = image.height();
     std::vector<char> known(size_t(w) * size_t(h));

@@ -42,6 +42,10 @@ private:
 /// opacity.
 Image shrunk(const Image& image, int columns, int rows);
 
+/// Makes up for the blur of a picture that is enlarged by linear filtering: what sets a pixel off
+/// from its neighbours across and down grows by these shares. The picture repeats.
+Image sharpened(const Image& image, float across, float down);
+
 /// Gives pixels that are nearly transparent (alpha below threshold) the colour of the opaque ones
 /// around them, spreading outwards the given number of texels and then flooding the rest with the
 /// mean, so that filtering draws no rim. Alpha stays as it is.

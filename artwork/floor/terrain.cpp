@@ -88,21 +88,24 @@ Vec3 sand(float x, float z) {
     const float broad = fractalNoise({x * 0.15f, z * 0.15f, 0.5f}, 4, 501);
     const float middle = fractalNoise({x * 0.9f, z * 0.9f, 0.5f}, 3, 502);
     const float fine = gradientNoise({x * 14, z * 14, 0.5f}, 503);
-    Vec3 c = mix(rgb(255, 254, 240), rgb(255, 249, 228), clamp01(0.45f + 1.0f * broad));
+    // Its yellow is a green one: through the water any red in it would turn to mauve.
+    Vec3 c = mix(rgb(254, 255, 242), rgb(252, 253, 227), clamp01(0.45f + 1.0f * broad));
     // Bleached channels where the water runs between the mounds.
     const float channel =
         1 -
         smoothstep(0.0f, 0.11f, std::fabs(fractalNoise({x * 0.11f + 40, z * 0.07f, 0.5f}, 3, 509)));
-    c = mix(c, rgb(255, 253, 246), 0.5f * channel);
-    // Single grains, where the eye is near enough.
-    const float grain = hashUnit(static_cast<int>(std::lround(x / kTexelX)),
-                                 static_cast<int>(std::lround(z / kTexelZ)), 0, 504) -
-                        0.5f;
-    c = c * (1.005f + 0.04f * middle + 0.03f * fine + 0.11f * grain * (1 - smoothstep(5, 16, z)));
+    c = mix(c, rgb(254, 255, 246), 0.5f * channel);
+    // Single grains, here and there a dark one.
+    const int column = static_cast<int>(std::lround(x / kTexelX)),
+              row = static_cast<int>(std::lround(z / kTexelZ));
+    const float grain = hashUnit(column, row, 0, 504) - 0.5f;
+    const float coarse = 0.55f + 0.9f * clamp01(0.5f + 1.3f * middle);
+    const float dark = smoothstep(0.975f, 1.0f, hashUnit(column, row, 1, 504));
+    c = c * (1.03f + 0.05f * middle + coarse * (0.045f * fine + 0.17f * grain - 0.15f * dark));
 
     const float light = lit(dx + 0.4f * mx, dz + 0.4f * mz);
     // The short dark sides take a little of the water's colour; the sand around lights them up.
-    c = c * mix(rgb(198, 207, 206), {1, 1, 1}, clamp01((light - 0.5f) / 0.5f)) *
+    c = c * mix(rgb(150, 170, 160), {1, 1, 1}, clamp01((light - 0.5f) / 0.5f)) *
         std::min(std::max(light, 1.0f), 1.06f);
     // Where the sun would burn it, it keeps its hue.
     c = c * (1 / std::max({1.0f, c.x, c.y, c.z}));
@@ -291,6 +294,26 @@ void paintStones(Image& image) {
         paintStone(image, ground, stone);
 }
 
+/// Where something breathes under the sand, or a bubble has burst.
+void paintPits(Image& image) {
+    Random random(1902);
+    for (int i = 0; i < 1100; ++i) {
+        const float x = random.range(-22, 22), z = random.range(1.3f, 27);
+        const float radius = 0.035f + 0.06f * std::pow(random.unit(), 2.0f);
+        const float depth = random.range(0.35f, 0.9f);
+        for (int row = static_cast<int>(rowOf(z + radius));
+             row <= static_cast<int>(rowOf(z - radius)); ++row)
+            for (int column = static_cast<int>(columnOf(x - radius));
+                 column <= static_cast<int>(columnOf(x + radius)); ++column) {
+                const float dx = (worldX(static_cast<float>(column) + 0.5f) - x) / radius,
+                            dz = (worldZ(static_cast<float>(row) + 0.5f) - z) / radius;
+                Pixel& pixel = image.at(column, row);
+                blend(pixel, pixel.colour * Vec3{0.68f, 0.74f, 0.70f},
+                      depth * (1 - smoothstep(0.35f, 1.0f, std::sqrt(dx * dx + dz * dz))));
+            }
+    }
+}
+
 struct Star {
     float x, z, radius, turn;
     Vec3 colour;
@@ -409,6 +432,7 @@ Image paintFloor() {
             image.at(column, row).colour = sand(x, z);
         }
     });
+    paintPits(image);
     paintStones(image);
     paintStars(image);
     const Ground ground;
@@ -417,16 +441,24 @@ Image paintFloor() {
         const float z = worldZ(static_cast<float>(row) + 0.5f);
         // Warm before the eye; the water's colour grows with distance, and the fog takes over
         // behind.
-        const Vec3 near = mix({1, 0.982f, 0.965f}, {1, 1, 1}, smoothstep(5, 21, z));
-        const Vec3 water = mix(near, {0.84f, 1.0f, 0.985f}, smoothstep(9, 33, z));
+        const Vec3 near = mix({1, 1, 0.985f}, {0.99f, 1, 0.975f}, smoothstep(5, 21, z));
+        const Vec3 water = mix(near, {0.83f, 1.0f, 0.98f}, smoothstep(9, 33, z));
         for (int column = 0; column < kTexels; ++column) {
             const float x = worldX(static_cast<float>(column) + 0.5f);
             Vec3& c = image.at(column, row).colour;
             c = c * water * shade({x, ground.height(x, z), z});
         }
     });
-    // The floor is never seen less slanting than by half: half as many rows look the same.
-    return shrunk(soften(image), 1, 2);
+    // The floor is never seen less slanting than by half: half as many rows do. Near the eye they
+    // are enlarged, and a little sharpened for that.
+    Image floor = shrunk(soften(image), 1, 2);
+    const Image sharp = sharpened(floor, 0.3f, 0.4f);
+    for (int row = 0; row < floor.height(); ++row) {
+        const float near = 1 - smoothstep(12, 22, worldZ(2 * static_cast<float>(row) + 1));
+        for (int column = 0; column < floor.width(); ++column)
+            blend(floor.at(column, row), sharp.at(column, row).colour, near);
+    }
+    return floor;
 }
 
 }  // namespace

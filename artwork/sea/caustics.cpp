@@ -14,11 +14,11 @@ using namespace art;
 
 namespace {
 
-constexpr int kSize = 256;
+constexpr int kSize = 512;  // while gathering; a frame is shrunk from it
 constexpr int kFrames = 32;
-constexpr int kRaysPerTexel = 5;  // along each axis
+constexpr int kRaysPerTexel = 3;  // along each axis
 /// How far a ray is thrown aside per unit of wave slope: the depth of the water.
-constexpr float kDepth = 0.030f;
+constexpr float kDepth = 0.025f;
 
 /// A wave with a whole number of periods across the tile and through the loop.
 struct Wave {
@@ -27,17 +27,17 @@ struct Wave {
 };
 
 std::vector<Wave> chooseWaves(uint32_t seed) {
-    constexpr float kLongest = 1.9f, kShortest = 9.2f;  // periods across the tile
+    constexpr float kLongest = 1.9f, kShortest = 11.2f;  // periods across the tile
     Random random(seed);
     std::vector<Wave> waves;
-    for (int kx = -9; kx <= 9; ++kx)
-        for (int ky = 0; ky <= 9; ++ky) {
+    for (int kx = -11; kx <= 11; ++kx)
+        for (int ky = 0; ky <= 11; ++ky) {
             if (ky == 0 && kx <= 0)
                 continue;  // the mirror image of another wave
             const float k = std::sqrt(static_cast<float>(kx * kx + ky * ky));
             if (k < kLongest || k > kShortest)
                 continue;
-            const float amplitude = std::pow(k, -2.05f) * random.range(0.25f, 1.0f);
+            const float amplitude = std::pow(k, -2.0f) * random.range(0.25f, 1.0f);
             if (random.unit() < 0.35f)
                 continue;
             const float direction = random.unit() < 0.5f ? 1.0f : -1.0f;
@@ -131,25 +131,21 @@ Grid blurred(Grid grid, int reach) {
     return grid;
 }
 
-Image develop(Grid& light) {
-    Grid exposed = blurred(light, 1);
-    for (float& e : exposed)
-        e = 1 - std::exp(-0.55f * std::pow(e, 1.25f));
-    Grid lines = exposed;
-    for (float& line : lines)
-        line = smoothstep(0.47f, 0.82f, line);
+/// As film takes it: the lines burn out, what lies between keeps its gradations.
+Image develop(const Grid& gathered) {
+    const Grid light = blurred(gathered, 1);
     // The sand lights up around the lines.
-    Grid bloom = blurred(lines, 9);
+    const Grid bloom = blurred(gathered, 13);
+    const Vec3 between{0.660f, 0.673f, 0.600f}, line{1.0f, 1.0f, 1.0f};
     Image image(kSize, kSize);
     for (int y = 0; y < kSize; ++y)
         for (int x = 0; x < kSize; ++x) {
-            const float glow = smoothstep(0.08f, 0.80f, at(exposed, x, y));
-            const float line = at(lines, x, y);
-            // Between the lines the light is warmer: there the water's own blue lies over it most.
-            const Vec3 c = mix(Vec3{0.806f, 0.780f, 0.732f}, Vec3{0.902f, 0.890f, 0.858f}, glow) +
-                           Vec3{0.11f, 0.11f, 0.12f} * (2.0f * at(bloom, x, y) * (1 - line)) +
-                           Vec3{0.098f, 0.110f, 0.142f} * line;
-            image.at(x, y).colour = {clamp01(c.x), clamp01(c.y), clamp01(c.z)};
+            const size_t i = size_t(y * kSize + x);
+            const float e = light[i];
+            const float glow = 1 - std::exp(-0.85f * (0.4f * e + 0.6f * bloom[i]));
+            const float core = smoothstep(1.0f, 2.2f, e);
+            const float c = mix(0.90f * glow, 1.0f, core);
+            image.at(x, y).colour = mix(between, line, c);
         }
     return image;
 }
@@ -163,9 +159,9 @@ int main(int argc, char** argv) {
     const std::vector<Wave> waves = chooseWaves(static_cast<uint32_t>(std::atoi(argv[3])));
     const int columns = kSize / std::atoi(argv[4]), rows = kSize / std::atoi(argv[5]);
     parallelFor(kFrames, [&](int frame) {
-        Grid light = gather(surface(waves, frame));
+        const Grid light = gather(surface(waves, frame));
         char name[24];
         std::snprintf(name, sizeof name, "caust%.2d.nlt", frame);
-        saveBmp24(shrunk(develop(light), columns, rows), folder + name);
+        saveBmp24(sharpened(shrunk(develop(light), columns, rows), 0.35f, 0.5f), folder + name);
     });
 }

@@ -79,8 +79,11 @@ Pixel surface(const std::vector<Wave>& waves, float x, float z) {
     const Vec3 reflected = view - normal * (2 * dot(view, normal));
 
     const float depth = smoothstep(4, 46, distance);
-    const float body = mix(0.10f, 0.64f, std::pow(depth, 1.3f));
-    const Vec3 turquoise{0.20f, 0.77f, 0.85f}, deep{0.075f, 0.585f, 0.715f};
+    // Through its nearest strip the sand is seen.
+    const float strip = 1 - smoothstep(0, 6, z);
+    const float body = mix(0.10f - 0.04f * strip, 0.64f, std::pow(depth, 1.3f));
+    const Vec3 turquoise = mix({0.20f, 0.77f, 0.85f}, {0.42f, 0.84f, 0.80f}, strip);
+    const Vec3 deep{0.075f, 0.585f, 0.715f};
     // Faces turned to the viewer gather light.
     const float gathered = 1 + 1.1f * std::max(-0.12f, std::min(0.16f, -slope.y * 0.30f));
     const float hue = clamp01(smoothstep(0.1f, 0.95f, depth) - 0.22f * gust);
