@@ -1,7 +1,8 @@
 // Turns a ray-traced picture into a card of the scene: half the size, its reflection and the blue
 // below the waterline, foam along it, an empty rim and colour under the transparency.
 //
-// cutout DATA_DIR FILE PICTURE.png WATERLINE DEPTH HAZE FOAM NARROWER
+// cutout DATA_DIR FILE PICTURE.png HOUR WATERLINE DEPTH HAZE FOAM NARROWER
+//   HOUR       0 noon, 1 evening, 2 night
 //   WATERLINE  as a share of the height, from the top
 //   DEPTH      how far down the water lets things be seen, as a share of the height
 //   HAZE       how much of the air's colour lies over it, 0..1
@@ -11,6 +12,7 @@
 #include <string>
 #include <vector>
 
+#include "DayLight.h"
 #include "common/image.h"
 #include "common/noise.h"
 #include "sea/colours.h"
@@ -20,6 +22,21 @@ using namespace art;
 namespace {
 
 constexpr int kRim = 4;
+
+/// What the water has of the hour.
+struct Light {
+    Vec3 haze;
+    TINT sea, foam;
+};
+
+Light lightOf(int hour) {
+    if (hour == 0)
+        return {rgb(172, 212, 232), lightAt(NOON).sea, lightAt(NOON).above};
+    const DAY_LIGHT light = lightAt(hour == 1 ? EVENING_PICTURE : NIGHT_PICTURE);
+    return {hour == 1 ? rgb(214, 150, 124) : rgb(46, 68, 106), light.sea, light.above};
+}
+
+Vec3 tinted(Vec3 c, TINT t) { return {c.x * t.r, c.y * t.g, c.z * t.b}; }
 
 /// Puts top over bottom.
 Pixel over(Pixel top, Pixel bottom) {
@@ -31,16 +48,16 @@ Pixel over(Pixel top, Pixel bottom) {
 }
 
 /// What lies under water: the ground, fading into the blue, and above it a trembling reflection.
-void sink(Image& image, float waterline, float depth) {
-    const Vec3 shallow = rgb(112, 208, 208);
+void sink(Image& image, float waterline, float depth, TINT light) {
+    const Vec3 shallow = tinted(rgb(112, 208, 208), light);
+    const Vec3 deep = tinted(sea::kFarSea, light);
     const int first = static_cast<int>(std::ceil(waterline));
     for (int y = first; y < image.height(); ++y)
         for (int x = 0; x < image.width(); ++x) {
             const float down = static_cast<float>(y) + 0.5f - waterline;
             const float k = clamp01(down / depth), u = static_cast<float>(x) / 24;
             Pixel ground = image.at(x, y);
-            ground.colour =
-                mix(ground.colour, mix(shallow, sea::kFarSea, k), clamp01(0.45f + 0.75f * k));
+            ground.colour = mix(ground.colour, mix(shallow, deep, k), clamp01(0.45f + 0.75f * k));
             ground.alpha *= std::pow(1 - k, 1.5f) * 0.85f;
 
             const float tremble = 5 * fractalNoise({u * 0.3f, down * 0.35f, 0.5f}, 2, 9);
@@ -48,14 +65,14 @@ void sink(Image& image, float waterline, float depth) {
             const int aside =
                 std::min(image.width() - 1, std::max(0, x + static_cast<int>(tremble)));
             Pixel reflection = image.at(aside, mirrored);
-            reflection.colour = mix(reflection.colour, sea::kFarSea, 0.45f);
+            reflection.colour = mix(reflection.colour, deep, 0.45f);
             reflection.alpha *= 0.42f * std::pow(1 - k, 1.2f);
             image.at(x, y) = over(reflection, ground);
         }
 }
 
 /// A broken line of foam where something stands in the water, a little wider than it.
-void foam(Image& image, float waterline, float thickness) {
+void foam(Image& image, float waterline, float thickness, TINT light) {
     constexpr int kReach = 7;
     const int row = static_cast<int>(waterline) - 1;
     const std::vector<Pixel> foot = [&] {
@@ -77,7 +94,7 @@ void foam(Image& image, float waterline, float thickness) {
         for (int y = row - 6; y <= row + 8; ++y) {
             const float off = (static_cast<float>(y) + 0.5f - waterline - swell) / half;
             const float cover = near * mix(0.25f, 0.9f, broken) * std::exp(-off * off);
-            image.at(x, y) = over({{0.97f, 0.995f, 1}, cover}, image.at(x, y));
+            image.at(x, y) = over({tinted({0.97f, 0.995f, 1}, light), cover}, image.at(x, y));
         }
     }
 }
@@ -94,18 +111,19 @@ void clearSides(Image& image, float waterline) {
 }  // namespace
 
 int main(int argc, char** argv) {
-    if (argc != 9)
-        fail("usage: cutout DATA_DIR FILE PICTURE.png WATERLINE DEPTH HAZE FOAM NARROWER");
+    if (argc != 10)
+        fail("usage: cutout DATA_DIR FILE PICTURE.png HOUR WATERLINE DEPTH HAZE FOAM NARROWER");
     const auto number = [&](int i) { return static_cast<float>(std::atof(argv[i])); };
     Image image = shrunk(loadPng(argv[3]), 2, 2);
-    const float height = static_cast<float>(image.height()), waterline = number(4) * height;
+    const Light light = lightOf(std::atoi(argv[4]));
+    const float height = static_cast<float>(image.height()), waterline = number(5) * height;
     for (int y = 0; y < image.height(); ++y)
         for (int x = 0; x < image.width(); ++x)
-            image.at(x, y).colour = mix(image.at(x, y).colour, rgb(172, 212, 232), number(6));
-    sink(image, waterline, number(5) * height);
-    foam(image, waterline, number(7));
+            image.at(x, y).colour = mix(image.at(x, y).colour, light.haze, number(7));
+    sink(image, waterline, number(6) * height, light.sea);
+    foam(image, waterline, number(8), light.foam);
     clearSides(image, waterline);
-    image = shrunk(image, std::atoi(argv[8]), 1);
+    image = shrunk(image, std::atoi(argv[9]), 1);
     for (int y = 0; y < image.height(); ++y)
         for (int x = 0; x < image.width(); ++x)
             if (std::min(std::min(x, y), std::min(image.width() - 1 - x, image.height() - 1 - y)) <

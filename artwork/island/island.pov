@@ -6,8 +6,8 @@ global_settings { assumed_gamma srgb max_trace_level 30 }
 #include "island_geometry.inc"
 
 light_source { Sun*900 Sunlight parallel point_at 0 }
-light_source { <100, 500, -300> rgb <.31, .37, .37> shadowless parallel point_at 0 }
-light_source { <0, -300, -500> rgb <.17, .175, .14> shadowless parallel point_at 0 }
+light_source { <100, 500, -300> rgb <.31, .37, .37>*Sky shadowless parallel point_at 0 }
+light_source { <0, -300, -500> rgb <.17, .175, .14>*Sky shadowless parallel point_at 0 }
 
 // The eye stands a little above the sea, so that the beach has some depth.
 camera {
@@ -69,7 +69,7 @@ object {
                 [.7 granite .28 scale .5]
             }
         }
-        finish { ambient .26 diffuse .80 }
+        finish { ambient .26*Shade diffuse .80 }
     }
 }
 object {

@@ -5,7 +5,7 @@ global_settings { assumed_gamma srgb max_trace_level 20 }
 #include "island_shapes.inc"
 
 light_source { Sun*900 Sunlight*.93 parallel point_at 0 }
-light_source { <100, 500, -300> rgb <.15, .19, .235> shadowless parallel point_at 0 }
+light_source { <100, 500, -300> rgb <.15, .19, .235>*Sky shadowless parallel point_at 0 }
 
 camera { orthographic location <0, 4, -60> right 10*x up 12*y direction z }
 
@@ -31,7 +31,7 @@ union {
             translate -2*y
         }
         normal { granite .4 scale .9 }
-        finish { ambient .26 diffuse .85 }
+        finish { ambient .26*Shade diffuse .85 }
     }
 }
 

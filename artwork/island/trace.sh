@@ -1,11 +1,12 @@
 #!/bin/sh
-# trace.sh POVRAY SCENE.pov PICTURE.png SIZE INCLUDE_FOLDER...
-# Renders a square picture with alpha, unsmoothed: it is halved later. With more than one thread a
-# few pixels would differ from run to run. The ray tracer is chatty: it is heard only when it fails.
+# trace.sh POVRAY SCENE.pov PICTURE.png SIZE HOUR INCLUDE_FOLDER...
+# Renders a square picture with alpha in the light of noon (0), evening (1) or night (2),
+# unsmoothed: it is halved later. With more than one thread a few pixels would differ from run to
+# run. The ray tracer is chatty: it is heard only when it fails.
 # It takes no path with a blank or a letter outside ASCII, so it sees links in a folder of its own.
 set -eu
-povray=$1 scene=$2 picture=$3 size=$4
-shift 4
+povray=$1 scene=$2 picture=$3 size=$4 hour=$5
+shift 5
 folder=$(mktemp -d)
 trap 'rm -rf "$folder"' EXIT
 ln -s "$scene" "$folder/scene.pov"
@@ -17,7 +18,7 @@ for include; do
     count=$((count - 1))
 done
 if ! (cd "$folder" && "$povray" +Iscene.pov +Opicture.png "$@" "+W$size" "+H$size" \
-    +FN +UA +WT1 -A -D -V >log 2>&1); then
+    "Declare=Hour=$hour"     +FN +UA +WT1 -A -D -V >log 2>&1); then
     cat "$folder/log"
     exit 1
 fi

@@ -1,9 +1,11 @@
 // The sun's glitter on the water, 50 x 40 units from 2 behind to 42 before the eye: "blendmap.nlt"
 // says where it may glitter, 32 frames of small glints repeat 12 times over it. The saver
-// multiplies both, and takes the nearest texel of a frame.
+// multiplies both, and takes the nearest texel of a frame. "hours/path.nlt" is the map under a low
+// light.
 #include <string>
 #include <vector>
 
+#include "DayLight.h"
 #include "common/image.h"
 #include "common/noise.h"
 #include "common/parallel.h"
@@ -83,6 +85,31 @@ float glitter(float x, float away) {
     return near * far * mix(0.35f, 1.0f, path) * gusts * some * border;
 }
 
+/// The same under a low sun or moon: one path towards it, which ripples break up at its sides.
+float glitterPath(float x, float away) {
+    const float aside = std::atan2(x, away) * 180 / kPi - SKY_AHEAD::LIGHT;
+    const float near = smoothstep(6, 13, away);
+    const float width = mix(6.5f, 3.2f, smoothstep(8, 40, away));
+    const float path = std::exp(-std::pow(aside / width, 2.0f));
+    const float ripples = fractalNoise({x * 0.30f, away * 1.1f, 9.5f}, 3, 78);
+    const float broken = smoothstep(0.05f, 0.45f, path + 0.55f * ripples - 0.12f);
+    const float border = smoothstep(24.4f, 20, std::fabs(x)) * smoothstep(42, 40, away);
+    return near * border * path * broken;
+}
+
+using Glitter = float (*)(float x, float away);
+
+void saveMap(Glitter glitter, float strength, const std::string& file) {
+    Image map(256, 256, {kGlint, 0});
+    for (int y = 0; y < map.height(); ++y)
+        for (int x = 0; x < map.width(); ++x) {
+            const float u = (static_cast<float>(x) + 0.5f) / static_cast<float>(map.width());
+            const float v = (static_cast<float>(y) + 0.5f) / static_cast<float>(map.height());
+            map.at(x, y).alpha = strength * glitter(50 * u - 25, 42 - 40 * v);
+        }
+    saveBmp32(map, file);
+}
+
 }  // namespace
 
 int main(int argc, char** argv) {
@@ -90,14 +117,8 @@ int main(int argc, char** argv) {
         fail("usage: highlight DATA_DIR");
     const std::string folder = argv[1];
 
-    Image map(256, 256, {kGlint, 0});
-    for (int y = 0; y < map.height(); ++y)
-        for (int x = 0; x < map.width(); ++x) {
-            const float u = (static_cast<float>(x) + 0.5f) / static_cast<float>(map.width());
-            const float v = (static_cast<float>(y) + 0.5f) / static_cast<float>(map.height());
-            map.at(x, y).alpha = 0.9f * glitter(50 * u - 25, 42 - 40 * v);
-        }
-    saveBmp32(map, folder + "/blendmap.nlt");
+    saveMap(glitter, 0.9f, folder + "/blendmap.nlt");
+    saveMap(glitterPath, 1, folder + "/hours/path.nlt");
 
     const std::vector<Glint> glints = chooseGlints();
     parallelFor(kFrames, [&](int frame) {
