@@ -12,6 +12,7 @@
 
 #include "Globals.h"
 #include "Proportions.h"
+#include "system/Loudness.h"
 
 namespace {
 
@@ -313,6 +314,10 @@ bool CMarivistaScreensaver::initScene() {
     fishsteering.setTargetPoint(leader.x, leader.y, leader.z);
     fishsteering.init();
     soundtimer.reset();
+    if (extras.daytime) {
+        initHours();
+        followHours(true);
+    }
     return true;
 }
 
@@ -619,19 +624,93 @@ void CMarivistaScreensaver::initWaterAndQuads() {
 }
 
 // ---------------------------------------------------------------------------------------------
+// The hours of the day
+
+void CMarivistaScreensaver::initHours() {
+    hours.load(dataFile, wantedwssettings.skytype == 0);
+    hours.addAbove(gull);
+    for (RenderObject* object : std::initializer_list<RenderObject*>{
+             &terrain, &manta, &hunter1, &yellowbigfish, &redbigfish, &coral_a, &coral_b[0],
+             &coral_b[1], &coral_b[2], &coral_c, &coral_d[0], &coral_d[1], &coral_f, &coral_g,
+             &coral_h, &coral_i})
+        hours.addUnder(*object);
+    for (int i = 0; i < numFish; ++i)
+        hours.addUnder(fish[i]);
+    for (int i = 0; i < boidcount; ++i)
+        hours.addUnder(fishcrowd[i]);
+    // With the sea that is painted into the pictures of the sky.
+    for (RenderObject* object :
+         std::initializer_list<RenderObject*>{&water, &gwfader, &sky, &skyflat})
+        hours.addSea(*object);
+    hours.addScenery(island, dataFile("hours/island_evening.nlt"),
+                     dataFile("hours/island_night.nlt"));
+    hours.addScenery(rock2, dataFile("hours/rock2_evening.nlt"), dataFile("hours/rock2_night.nlt"));
+    hours.setGlints(highlight);
+    for (const PICTURE& picture : pictures())
+        if (picture.name.compare(0, 8, "caustics") == 0)
+            hours.addCaustics(picture.texture, dataFile(picture.name.c_str()));
+
+    cruises.push_back({&vmove1, vmove1.settings.height, vmove1.settings.normal_max_speed, true});
+    for (int i = 0; i < numFish; ++i)
+        cruises.push_back({&fishmove[i], fishmove[i].settings.height,
+                           fishmove[i].settings.normal_max_speed, false});
+}
+
+bool CMarivistaScreensaver::isGullSeen() const {
+    GLVector3 away = gull.vPos - camera.vEye;
+    GLVector3 ahead = camera.vAt - camera.vEye;
+    away.y = ahead.y = 0;
+    const float reach = vectorLength(&away) - 3;
+    return dot(&away, &ahead) > 0.7f * reach * vectorLength(&ahead);
+}
+
+void CMarivistaScreensaver::followHours(bool left_out) {
+    const LOCAL_TIME time = localTime();
+    if (hours.isOn()) {
+        const bool changed = hours.update(time, extras.latitude, lastframetime, left_out);
+        const DAY_LIGHT& light = hours.light();
+        if (changed)
+            for (const CRUISE& cruise : cruises) {
+                SingleMovementSettings& settings = cruise.mover->settings;
+                settings.normal_max_speed = cruise.speed * light.pace;
+                if (cruise.mover->state == 0)
+                    cruise.mover->wanted_speed = settings.normal_max_speed;
+                settings.height = cruise.height - (cruise.lower ? light.depth : 0);
+            }
+        // It comes and goes where nobody sees it.
+        const bool about = wantedwssettings.bird_gull && light.gull > 0.5f;
+        if (about != bird_gull && (left_out || !isGullSeen())) {
+            bird_gull = about;
+            gulltrack.time = timer;
+        }
+    }
+    if (!sound)
+        return;
+    const bool quiet = isWithinHours(time, extras.quiet_from, extras.quiet_to);
+    const float wanted =
+        quiet ? 0 : static_cast<float>(extras.volume) * (hours.isOn() ? hours.light().loudness : 1);
+    if (wanted == loudness)
+        return;
+    approximation(&loudness, wanted, static_cast<float>(lastframetime) * 0.05f);
+    setLoudness(loudness);
+}
+
+// ---------------------------------------------------------------------------------------------
 // One tick
 
 void CMarivistaScreensaver::updateScene() {
     const SceneClock::Running running(clock);
     camerascrolling = false;
     Uint32 now = sceneTicks();
-    if (unseen || (drawn && now - timer > LONGEST_FRAME)) {
+    const bool left_out = unseen || (drawn && now - timer > LONGEST_FRAME);
+    if (left_out) {
         clock.leaveOut(now - timer);
         now = timer;
     }
     unseen = drawn = false;
     lastframetime = now - timer;
     timer = now;
+    followHours(left_out);
 
     fpstimer += lastframetime;
     ++framecounter;
@@ -828,7 +907,7 @@ void CMarivistaScreensaver::renderBackOfIsland() {
     glPushMatrix();
     glTranslatef(13.4f, 0, -2);
     glScalef(1, 0.9f, 1);
-    island.render();
+    hours.renderScenery(island);
     glPopMatrix();
 }
 
@@ -844,10 +923,13 @@ void CMarivistaScreensaver::renderScene() {
 
     if (bird_gull)
         gull.render();
-    if (wantedwssettings.skytype == 0)
-        sky.render();
-    else
-        skyflat.render(), renderBeyond(skyflat, SKYFLAT_WIDTH);
+    if (hours.showsNoonSky()) {
+        if (wantedwssettings.skytype == 0)
+            sky.render();
+        else
+            skyflat.render(), renderBeyond(skyflat, SKYFLAT_WIDTH);
+    }
+    hours.renderSky(camera.vEye);
 
     glEnable(GL_FOG);
     terrain.setTexture(&tex_caustics[animationFrame()], 1);
@@ -855,7 +937,7 @@ void CMarivistaScreensaver::renderScene() {
     // On the right it is one sample of its map narrower.
     renderBeyond(terrain, FLOOR_WIDTH, terrain.mapsize_x ? FLOOR_WIDTH / terrain.mapsize_x : 0);
     glDisable(GL_FOG);
-    rock2.render();
+    hours.renderScenery(rock2);
     gwfader.render();
     renderBeyond(gwfader, FADER_WIDTH);
 
@@ -892,7 +974,7 @@ void CMarivistaScreensaver::renderScene() {
 
     if (wide)
         renderBackOfIsland();
-    island.render();
+    hours.renderScenery(island);
     if (manta.model)
         manta.render();
     water.render();
@@ -900,7 +982,7 @@ void CMarivistaScreensaver::renderScene() {
     // Loading the next sparkle is skipped in the one tick in which a camera travel starts.
     if (!camerascrolling)
         highlight.setTexture(&tex_highlight[animationFrame()], 1);
-    highlight.render();
+    hours.renderGlints(highlight, tex_highlight[(animationFrame() + 13) % ANIMATION_FRAMES]);
     renderBeyond(highlight, HIGHLIGHT_WIDTH);
     if (fpsOn)
         fpstext.render();
@@ -942,6 +1024,7 @@ bool CMarivistaScreensaver::cleanup() {
     fpstext.cleanup();
     for (const PICTURE& picture : pictures())
         picture.texture.cleanup();
+    hours.cleanup();
 
     delete sound;
     sound = nullptr;

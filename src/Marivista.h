@@ -1,12 +1,15 @@
 // The scene: builds the island-and-reef world, advances it and draws it.
 #pragma once
 
+#include <functional>
 #include <string>
 #include <vector>
 
 #include "BigFishMovement.h"
 #include "ExtraSettings.h"
 #include "FishSteering.h"
+#include "HoursOfDay.h"
+#include "LocalTime.h"
 #include "MVSettingsDlg.h"
 #include "SingleFishMovement.h"
 #include "SkyDome.h"
@@ -144,6 +147,9 @@ public:
     ModelCore hunter1;
     QModel hunter1_model;
     SingleFishMovement huntmove1;
+    HoursOfDay hours;  ///< at work only with extras.daytime
+    /// The clock that the hours follow.
+    std::function<LOCAL_TIME()> localTime = readLocalTime;
 
 private:
     /// A texture and the file that it shows.
@@ -177,10 +183,22 @@ private:
     /// away, comes out behind it.
     void renderBackOfIsland();
 
+    void initHours();
+    void followHours(bool left_out);
+    bool isGullSeen() const;
+
     SceneClock clock;
-    bool wide = false;    ///< the picture shows more to the sides than the design's
-    bool unseen = false;  ///< the time until the next tick is seen by nobody
-    bool drawn = false;   ///< the last tick has become a picture
+    bool wide = false;     ///< the picture shows more to the sides than the design's
+    bool unseen = false;   ///< the time until the next tick is seen by nobody
+    bool drawn = false;    ///< the last tick has become a picture
+    float loudness = 100;  ///< percent, as the sound has it
+    /// Swimming as it was set up for noon.
+    struct CRUISE {
+        SingleFishMovement* mover;
+        float height, speed;
+        bool lower;
+    };
+    std::vector<CRUISE> cruises;
 
     /// Frame of the 20 pictures-a-second animations that is due now.
     static int animationFrame();

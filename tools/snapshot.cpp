@@ -52,6 +52,7 @@ struct Options {
     bool show_fps = false;
     bool where = false;
     bool proportions = false;
+    int daytime = -1;  // Minutes after midnight; negative: always noon.
 };
 
 bool parseView(const std::string& name, int* camerapos) {
@@ -103,6 +104,13 @@ bool parse(int argc, char** argv, Options* options) {
             options->config = value;
         } else if (name == "--frames") {
             options->frames = std::atoi(value);
+        } else if (name == "--daytime") {
+            int hour = 0, minute = 0;
+            char more = 0;
+            if (std::sscanf(value, "%2d:%2d%c", &hour, &minute, &more) != 2 || hour < 0 ||
+                hour > 23 || minute < 0 || minute > 59)
+                return false;
+            options->daytime = hour * 60 + minute;
         } else if (name == "--fps") {
             options->fps = std::atof(value);
         } else {
@@ -193,6 +201,10 @@ int main(int argc, char** argv) {
     scene->extras.proportions = options.proportions;
     scene->wantedwssettings.camerapos = options.camerapos;
     scene->fpsOn = options.show_fps;
+    if (options.daytime >= 0) {
+        scene->extras.daytime = 1;
+        scene->localTime = [&] { return LOCAL_TIME{double(options.daytime), 0}; };
+    }
     srand(options.seed);
     scene->buildWorld();
 

@@ -18,7 +18,7 @@ for include; do
     count=$((count - 1))
 done
 if ! (cd "$folder" && "$povray" +Iscene.pov +Opicture.png "$@" "+W$size" "+H$size" \
-    "Declare=Hour=$hour"     +FN +UA +WT1 -A -D -V >log 2>&1); then
+    "Declare=Hour=$hour" +FN +UA +WT1 -A -D -V >log 2>&1); then
     cat "$folder/log"
     exit 1
 fi

@@ -1,0 +1,241 @@
+#include "HoursOfDay.h"
+
+#include <GL/gl.h>
+
+#include <algorithm>
+#include <cmath>
+#include <cstdint>
+
+#include "system/Bitmap.h"
+
+namespace {
+
+constexpr auto PICTURE = TEXTURE_FLAG(QUALITY_NORMAL | WRAP_REPEAT);
+constexpr TINT WHITE{1, 1, 1};
+constexpr TINT MIST{0.88f, 0.91f, 0.95f};
+constexpr TINT NOON_FOG{0.12109375f, 0.58984375f, 0.70703125f};
+
+/// Hours of the sun per millisecond that a jump of the clock is followed with.
+constexpr double HASTE = 0.002;
+/// Hours of the sun from one light to the next that is applied: a few seconds, far below what
+/// would show as a step.
+constexpr double GRAIN = 0.001;
+
+/// How much smaller than the others the second glints on the path are.
+constexpr float FINER = 1.6f;
+
+constexpr int FULL_CONTRAST = 32;  // steps
+
+/// The shortest way round the day from one hour to another.
+double way(double from, double to) { return std::remainder(to - from, 24); }
+
+/// Comes early, comes late: both from 0 to 1.
+float early(float share) { return 1 - (1 - share) * (1 - share); }
+float late(float share) { return share * share; }
+
+void setColour(RenderObject& object, TINT tint) {
+    object.setRenderColor(GLColor(tint.r, tint.g, tint.b, 1));
+}
+
+/// What a picture is drawn with whose sea was painted for the one light, so that it suits the
+/// other.
+TINT relative(TINT light, TINT painted) {
+    return {std::min(1.0f, light.r / painted.r), std::min(1.0f, light.g / painted.g),
+            std::min(1.0f, light.b / painted.b)};
+}
+
+/// Gives a texture its 24-bit picture anew, with so many steps of its contrast; its mean stays.
+void reload(const Texture& texture, const std::string& file, int contrast) {
+    SDL_Surface* image = readBitmap(SDL_RWFromFile(file.c_str(), "rb"));
+    if (!image)
+        return;
+    if (image->format->BytesPerPixel == 3) {
+        auto* const pixels = static_cast<std::uint8_t*>(image->pixels);
+        const int row = image->w * 3;
+        long sum[3] = {};
+        for (int y = 0; y < image->h; ++y)
+            for (int x = 0; x < row; ++x)
+                sum[x % 3] += pixels[y * image->pitch + x];
+        for (long& channel : sum)
+            channel /= long{image->w} * image->h;
+        for (int y = 0; y < image->h; ++y)
+            for (int x = 0; x < row; ++x) {
+                std::uint8_t& value = pixels[y * image->pitch + x];
+                const auto mean = static_cast<int>(sum[x % 3]);
+                value = static_cast<std::uint8_t>(mean + (value - mean) * contrast / FULL_CONTRAST);
+            }
+        glBindTexture(GL_TEXTURE_2D, texture.id);
+        glTexImage2D(GL_TEXTURE_2D, 0, GL_RGB, image->w, image->h, 0, GL_BGR, GL_UNSIGNED_BYTE,
+                     pixels);
+    }
+    SDL_FreeSurface(image);
+}
+
+}  // namespace
+
+void HoursOfDay::load(const std::function<std::string(const char*)>& file, bool cloudy) {
+    on = true;
+    sky_evening.loadBMP(
+        file(cloudy ? "hours/evening_cloudy.nlt" : "hours/evening_clear.nlt").c_str(), PICTURE);
+    sky_night.loadBMP(file(cloudy ? "hours/night_cloudy.nlt" : "hours/night_clear.nlt").c_str(),
+                      PICTURE);
+    path.loadBMP(file("hours/path.nlt").c_str(), PICTURE);
+    band.addTexture(&sky_evening);
+    band.enableAlphaBlending(true);
+    mist.enableAlphaBlending(true);
+}
+
+void HoursOfDay::addScenery(TexturedQuad& quad, const std::string& evening,
+                            const std::string& night) {
+    SCENERY& scenery = sceneries.emplace_back();
+    scenery.quad = &quad;
+    scenery.evening.loadBMP(evening.c_str(), PICTURE);
+    scenery.night.loadBMP(night.c_str(), PICTURE);
+}
+
+void HoursOfDay::addCaustics(Texture& frame, const std::string& file) {
+    frames.push_back({&frame, file, FULL_CONTRAST});
+}
+
+void HoursOfDay::setGlints(TexturedQuad& quad) {
+    glints = &quad;
+    glints_all_over = quad.textures[0];
+}
+
+void HoursOfDay::cleanup() {
+    for (Texture* texture : {&sky_evening, &sky_night, &path})
+        texture->cleanup();
+    for (SCENERY& scenery : sceneries) {
+        scenery.evening.cleanup();
+        scenery.night.cleanup();
+    }
+    // The scene's own textures go with the scene.
+    frames.clear();
+    on = false;
+}
+
+bool HoursOfDay::update(const LOCAL_TIME& clock, int latitude, unsigned elapsed, bool unseen) {
+    const double wanted = sunHour(clock.minute, latitude, clock.day);
+    if (hour < 0 || unseen) {
+        hour = wanted;
+    } else {
+        const double step = HASTE * elapsed;
+        hour = std::fmod(hour + std::clamp(way(hour, wanted), -step, step) + 24, 24);
+    }
+    const bool changed = applied < 0 || std::fabs(way(applied, hour)) >= GRAIN;
+    if (changed) {
+        now = lightAt(hour);
+        apply();
+    }
+    // All at once only where no picture waits for it.
+    setContrast(unseen || applied < 0);
+    if (changed)
+        applied = hour;
+    return changed;
+}
+
+void HoursOfDay::apply() {
+    for (RenderObject* object : above)
+        setColour(*object, now.above);
+    for (RenderObject* object : under)
+        setColour(*object, now.under);
+    for (RenderObject* object : sea)
+        setColour(*object, now.sea);
+    if (glints) {
+        // The maps change places while no glint is to be seen.
+        glints->setTexture(now.path < 0.5f ? glints_all_over : &path, 0);
+        setColour(*glints, now.sparkle);
+        glints->setAlpha(now.glints * std::fabs(1 - 2 * now.path));
+    }
+}
+
+void HoursOfDay::setContrast(bool all) {
+    const int wanted = static_cast<int>(std::lround(now.caustics * FULL_CONTRAST));
+    for (FRAME& frame : frames) {
+        if (frame.contrast == wanted)
+            continue;
+        frame.contrast = wanted;
+        if (frame.texture->loaded)
+            reload(*frame.texture, frame.file, wanted);
+        if (!all)
+            return;
+    }
+}
+
+void HoursOfDay::renderSky(const GLVector3& eye) {
+    if (!on)
+        return;
+    const GLfloat fog[] = {NOON_FOG.r * now.sea.r, NOON_FOG.g * now.sea.g, NOON_FOG.b * now.sea.b,
+                           1};
+    glFogfv(GL_FOG_COLOR, fog);
+    band.setPosition(eye.x, eye.y, -eye.z);
+    if (now.evening > 0 && now.night < 1) {
+        band.setTexture(&sky_evening, 0);
+        band.sky = now.glow;
+        band.sea = relative(now.sea, lightAt(EVENING_PICTURE).sea);
+        // The colours of the low sun spread from the horizon.
+        band.low = band.surface = now.evening;
+        band.high = late(now.evening);
+        band.render();
+    }
+    if (now.mist > 0) {
+        mist.setPosition(eye.x, eye.y, -eye.z);
+        mist.sky = MIST;
+        mist.low = now.mist;
+        mist.high = 0.8f * now.mist;
+        mist.surface = 0;
+        mist.render();
+    }
+    if (now.night > 0) {
+        band.setTexture(&sky_night, 0);
+        band.sky = WHITE;
+        band.sea = relative(now.sea, lightAt(NIGHT_PICTURE).sea);
+        // And stay there longest.
+        band.low = late(now.night);
+        band.high = early(now.night);
+        band.surface = now.night;
+        band.render();
+    }
+}
+
+void HoursOfDay::renderGlints(TexturedQuad& quad, Texture& other_frame) {
+    quad.render();
+    if (!on || now.path < 0.5f)
+        return;
+    Texture* const frame = quad.textures[1];
+    const float scale = quad.texturescales[1];
+    quad.setTexture(&other_frame, 1);
+    quad.scaleTextureInLayer(1, scale * FINER);
+    quad.render();
+    quad.setTexture(frame, 1);
+    quad.scaleTextureInLayer(1, scale);
+}
+
+void HoursOfDay::renderScenery(TexturedQuad& quad) {
+    const auto found = std::find_if(sceneries.begin(), sceneries.end(),
+                                    [&](const SCENERY& one) { return one.quad == &quad; });
+    if (!on || found == sceneries.end()) {
+        quad.render();
+        return;
+    }
+    const struct {
+        Texture* picture;
+        TINT tint;
+        float share;
+        float covered;  // by those that follow
+    } layers[] = {
+        {quad.textures[0], now.above, 1, std::max(now.evening, now.night)},
+        {&found->evening, now.glow, now.evening, now.night},
+        {&found->night, WHITE, now.night, 0},
+    };
+    for (const auto& layer : layers) {
+        if (layer.share <= 0 || layer.covered >= 1)
+            continue;
+        quad.setTexture(layer.picture, 0);
+        setColour(quad, layer.tint);
+        quad.setAlpha(layer.share);
+        quad.render();
+    }
+    quad.setTexture(layers[0].picture, 0);
+    quad.setAlpha(1);
+}
