@@ -4,6 +4,12 @@
 #   configure.sh NAME [CMAKE ARGUMENTS...]     with arguments, always done
 set -eu
 cd "$(dirname "$0")/.."
+case $PWD in
+*[\;\"\#\$\\\`]*)
+    echo "$PWD: CMake builds in no folder with one of ; \" # \$ \\ \` in its path" >&2
+    exit 1
+    ;;
+esac
 name=$1
 shift
 folder="build/$name"

@@ -57,6 +57,15 @@ untouched "$first"
 mv "$first" "$second/moved"
 is_in "$second/moved" "build/"
 
+for character in ';' '"' '#' '$' '\' '`'; do
+    mkdir "$tmp/odd$character"
+    cp -a "$second/copy/scripts" "$tmp/odd$character/scripts"
+    if said=$("$tmp/odd$character/scripts/configure.sh" preset 2>&1); then
+        fail "a folder with $character is taken"
+    fi
+    [ "$(printf '%s\n' "$said" | wc -l)" -eq 1 ] || fail "a folder with $character: $said"
+done
+
 touch "$second/moved/CMakePresets.json"
 touch -d @1000000000 "$second/moved/build/preset/build.ninja"
 "$second/moved/scripts/configure.sh" preset
