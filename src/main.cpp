@@ -1,19 +1,43 @@
 #include "main.h"
 
 #include <SDL.h>
+#include <unistd.h>
 
 #include <QCoreApplication>
 #include <QLocale>
 #include <cstdio>
+#include <cstdlib>
+#include <ctime>
 #include <optional>
+#include <vector>
 
 #include "Globals.h"
 #include "KMarivistaSetup.h"
 #include "Marivista.h"
+#include "host/Arguments.h"
 #include "host/KDEScreensaverFrame.h"
 #include "setup/SetupLanguage.h"
 
 #define EXPORTED __attribute__((visibility("default")))
+
+namespace {
+
+std::vector<EXTRA_VALUE> preset;
+
+/// The scene of a saver that kss_create has made.
+CMarivistaScreensaver& sceneOf(KScreenSaver& saver) {
+    return static_cast<CMarivistaScreensaver&>(*static_cast<KDEScreensaverFrame&>(saver).saver);
+}
+
+/// The second alone, with which the scene begins, makes twins of two monitors' savers.
+unsigned seed(WId window) {
+    constexpr unsigned SPREAD = 2654435769u;  // the golden ratio's share of 32 bits
+    const auto process = static_cast<unsigned>(getpid());
+    return static_cast<unsigned>(std::time(nullptr)) ^ process * SPREAD ^
+           static_cast<unsigned>(window) * (SPREAD >> 1);
+}
+
+}  // namespace
 
 extern "C" {
 
@@ -23,14 +47,21 @@ EXPORTED const char* kss_version = "0.1";
 
 EXPORTED KScreenSaver* kss_create(WId id) {
     static std::optional<CMarivistaScreensaver> scene;
+    // One that no saver has any more has released what it loaded.
+    if (scene && !scene->parentWidget())
+        scene.reset();
     if (!scene) {
         // The clock counts from the first part of SDL that starts. That would be the sound, after
         // everything in the scene has read a clock that counts from elsewhere.
         SDL_InitSubSystem(0);
         scene.emplace();
+        std::srand(seed(id));
         scene->readExtraSettings();
+        for (const EXTRA_VALUE& wanted : preset)
+            scene->extras.*wanted.field = wanted.value;
         // The end of the application is the last moment at which a widget can be destroyed.
-        qAddPostRoutine([] { scene.reset(); });
+        static const bool once = (qAddPostRoutine([] { scene.reset(); }), true);
+        (void)once;
     }
     auto* frame = new KDEScreensaverFrame(id);
     frame->init(&*scene);
@@ -53,8 +84,12 @@ QDialog* createSetup(const std::string& language) {
     return new KMarivistaSetup(texts, section, nullptr, Qt::WindowFlags());
 }
 
-void showFrameRate(KScreenSaver& saver) {
-    auto* frame = static_cast<KDEScreensaverFrame&>(saver).saver;
-    if (auto* scene = dynamic_cast<CMarivistaScreensaver*>(frame))
-        scene->fpsOn = true;
+void showFrameRate(KScreenSaver& saver) { sceneOf(saver).fpsOn = true; }
+
+void presetSetting(const EXTRA_VALUE& wanted) { preset.push_back(wanted); }
+
+void setViewSize(KScreenSaver& saver, int width, int height) {
+    sceneOf(saver).setViewSize(width, height);
 }
+
+void skipUnseenTime(KScreenSaver& saver) { sceneOf(saver).skipUnseenTime(); }

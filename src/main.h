@@ -3,6 +3,7 @@
 #include <QWidget>
 #include <string>
 
+struct EXTRA_VALUE;
 class KScreenSaver;
 class QDialog;
 
@@ -25,5 +26,15 @@ QDialog* kss_setup();
 /// the file does not have is told in one line, and the locale's stands in for it.
 QDialog* createSetup(const std::string& language);
 
-/// Switches the frame-rate line of the saver's scene on.
+/// Sets one of the settings beside the saver's own for the scenes that are built from now on,
+/// whatever the settings file says.
+void presetSetting(const EXTRA_VALUE& wanted);
+
+// What the program asks of the saver's scene beside what its frame asks.
+
+/// Switches the frame-rate line on.
 void showFrameRate(KScreenSaver& saver);
+/// Its window has another size, in pixels; its context must be current and the scene loaded.
+void setViewSize(KScreenSaver& saver, int width, int height);
+/// Nobody has seen the time since the last tick.
+void skipUnseenTime(KScreenSaver& saver);

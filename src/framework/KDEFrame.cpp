@@ -4,9 +4,10 @@
 #include <KConfigGroup>
 #include <QCloseEvent>
 #include <QPointer>
-#include <QStandardPaths>
 
 #include <SDL_events.h>
+
+#include "framework/SettingsFile.h"
 
 namespace {
 
@@ -87,8 +88,7 @@ bool KDEFrame::readSettings() { return true; }
 bool KDEFrame::writeSettings() { return true; }
 
 bool KDEFrame::openSettingsFile(const char*, const char* name) {
-    config = new KConfig(QString::fromLatin1(name), KConfig::NoGlobals,
-                         QStandardPaths::GenericConfigLocation);
+    config = openSettings(QString::fromLatin1(name)).release();
     return true;
 }
 

@@ -36,7 +36,7 @@ public:
     virtual bool doConfig();
     virtual bool readSettings();
     virtual bool writeSettings();
-    /// Opens the configuration file `name`, without the desktop's global settings. `regPath` is for
+    /// Opens the configuration file `name` as openSettings does. `regPath` is for
     /// frames of other platforms. A file that is still open is not closed.
     bool openSettingsFile(const char* regPath, const char* name) override;
     bool closeSettingsFile() override;

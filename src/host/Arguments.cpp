@@ -1,15 +1,21 @@
 #include "host/Arguments.h"
 
+#include <algorithm>
 #include <array>
 #include <cctype>
 #include <climits>
 #include <cstdlib>
+#include <iterator>
 #include <limits>
 
 namespace {
 
 /// Exit status for an option that nobody knows, outside the saver modes.
 constexpr int UNKNOWN_OPTION = 254;
+
+/// Larger windows than this no renderer draws, or only with gigabytes of memory. Pixels.
+constexpr int MAX_SIDE = 16384;
+constexpr int MAX_PIXELS = 64 * 1024 * 1024;
 
 constexpr std::array ignored_flags = {"install", "noinstall", "mono", "nocrashhandler"};
 constexpr std::array ignored_values = {"visual", "session", "style", "name",
@@ -64,7 +70,90 @@ struct REQUESTS {
     bool root = false;
     bool unknown = false;
     std::optional<std::string> window_id;
+    bool no_window_id = false;  ///< -window-id came last and without a value
 };
+
+struct REQUEST_FLAG {
+    const char* name;
+    bool REQUESTS::*asked;
+};
+constexpr REQUEST_FLAG request_flags[] = {
+    {"help", &REQUESTS::help}, {"version", &REQUESTS::version},   {"setup", &REQUESTS::setup},
+    {"demo", &REQUESTS::demo}, {"window", &REQUESTS::own_window}, {"root", &REQUESTS::root},
+};
+
+struct FLAG {
+    const char* name;
+    bool ARGUMENTS::*flag;
+    bool value;
+};
+constexpr FLAG flags[] = {
+    {"fps", &ARGUMENTS::fps, true},
+    {"no-fps", &ARGUMENTS::fps, false},
+    {"fullscreen", &ARGUMENTS::fullscreen, true},
+};
+
+/// An option with a value; one that cannot be read is told and left out.
+struct VALUE_OPTION {
+    const char* name;
+    const char* form;  ///< what the value has to be
+    bool (*read)(ARGUMENTS& arguments, const std::string& text);
+};
+
+/// Reads a number of the settings beside the saver's own, in the range that it is kept in.
+template <int EXTRA_SETTINGS::*FIELD>
+bool readExtra(ARGUMENTS& arguments, const std::string& text) {
+    for (const EXTRA_SETTING& setting : extra_settings)
+        if (setting.field == FIELD)
+            if (const auto number = parseNumber(text, setting.low, setting.high)) {
+                arguments.extras.push_back({FIELD, *number});
+                return true;
+            }
+    return false;
+}
+
+/// Reads `off` as 0 and `on` as 1 of such a setting.
+bool readChoice(ARGUMENTS& arguments, int EXTRA_SETTINGS::*field, const std::string& text,
+                const char* off, const char* on) {
+    if (text != off && text != on)
+        return false;
+    arguments.extras.push_back({field, text == on ? 1 : 0});
+    return true;
+}
+
+template <class VALUE>
+bool keep(VALUE& place, const std::optional<VALUE>& value) {
+    if (value)
+        place = *value;
+    return value.has_value();
+}
+
+const VALUE_OPTION value_options[] = {
+    {"display", "", [](ARGUMENTS& a, const std::string& text) { return a.display = text, true; }},
+    {"language", "", [](ARGUMENTS& a, const std::string& text) { return a.language = text, true; }},
+    {"geometry", "of the form WxH+X+Y, at most 16384 wide and high and 64 megapixels",
+     [](ARGUMENTS& a, const std::string& text) { return keep(a.geometry, parseGeometry(text)); }},
+    {"maxfps", "a number from 0 to 1000",
+     [](ARGUMENTS& a, const std::string& text) {
+         return keep(a.maxfps, parseNumber(text, 0, 1000));
+     }},
+    {"samples", "a number from 0 to 32",
+     [](ARGUMENTS& a, const std::string& text) {
+         a.samples = parseNumber(text, 0, 32);
+         return a.samples.has_value();
+     }},
+    {"proportions", "stretched or true",
+     [](ARGUMENTS& a, const std::string& text) {
+         return readChoice(a, &EXTRA_SETTINGS::proportions, text, "stretched", "true");
+     }},
+    {"volume", "a number from 0 to 100", readExtra<&EXTRA_SETTINGS::volume>},
+};
+
+template <class TABLE>
+auto find(const TABLE& table, const std::string& name) -> decltype(std::begin(table)) {
+    return std::find_if(std::begin(table), std::end(table),
+                        [&](const auto& entry) { return name == entry.name; });
+}
 
 void refuse(ARGUMENTS& arguments, int status) {
     arguments.mode = SAVER_MODE::REFUSED;
@@ -93,6 +182,8 @@ void chooseMode(ARGUMENTS& arguments, const REQUESTS& asked, const char* hostWin
         arguments.mode = SAVER_MODE::SETUP;
     else if (asked.demo)
         arguments.mode = SAVER_MODE::DEMO;
+    else if (asked.no_window_id)
+        refuse(arguments, 1);
     else if (asked.window_id)
         embed(arguments, *asked.window_id, "-window-id");
     else if (asked.own_window)
@@ -146,7 +237,8 @@ std::optional<GEOMETRY> parseGeometry(const std::string& text) {
             !readOffset(at, geometry.y, geometry.from_bottom))
             return {};
     }
-    if (*at || text.empty())
+    if (*at || text.empty() || geometry.width > MAX_SIDE || geometry.height > MAX_SIDE ||
+        geometry.width * geometry.height > MAX_PIXELS)
         return {};
     return geometry;
 }
@@ -175,52 +267,18 @@ ARGUMENTS parseArguments(const std::vector<std::string>& words, const char* host
             return {};
         };
 
-        if (name == "help")
-            asked.help = true;
-        else if (name == "version")
-            asked.version = true;
-        else if (name == "setup")
-            asked.setup = true;
-        else if (name == "demo")
-            asked.demo = true;
-        else if (name == "window")
-            asked.own_window = true;
-        else if (name == "root")
-            asked.root = true;
-        else if (name == "fps")
-            arguments.fps = true;
-        else if (name == "no-fps")
-            arguments.fps = false;
-        else if (name == "window-id")
-            asked.window_id = value().value_or("");
-        else if (name == "display")
-            arguments.display = value().value_or("");
-        else if (name == "language")
-            arguments.language = value().value_or("");
-        else if (name == "geometry") {
-            if (const auto text = value()) {
-                if (const auto geometry = parseGeometry(*text))
-                    arguments.geometry = *geometry;
-                else
-                    arguments.complaints.push_back("-geometry: \"" + *text +
-                                                   "\" is not of the form WxH+X+Y");
-            }
-        } else if (name == "maxfps") {
-            if (const auto text = value()) {
-                if (const auto rate = parseNumber(*text, 1, 1000))
-                    arguments.maxfps = *rate;
-                else
-                    arguments.complaints.push_back("-maxfps: \"" + *text +
-                                                   "\" is not a number from 1 to 1000");
-            }
-        } else if (name == "samples") {
-            if (const auto text = value()) {
-                if (const auto samples = parseNumber(*text, 0, 32))
-                    arguments.samples = samples;
-                else
-                    arguments.complaints.push_back("-samples: \"" + *text +
-                                                   "\" is not a number from 0 to 32");
-            }
+        if (const auto request = find(request_flags, name); request != std::end(request_flags))
+            asked.*request->asked = true;
+        else if (const auto flag = find(flags, name); flag != std::end(flags))
+            arguments.*flag->flag = flag->value;
+        else if (const auto option = find(value_options, name); option != std::end(value_options)) {
+            const auto text = value();
+            if (text && !option->read(arguments, *text))
+                arguments.complaints.push_back("-" + name + ": \"" + *text + "\" is not " +
+                                               option->form);
+        } else if (name == "window-id") {
+            asked.window_id = value();
+            asked.no_window_id = !asked.window_id;
         } else if (contains(ignored_values, name))
             value();
         else if (!contains(ignored_flags, name)) {
@@ -243,10 +301,13 @@ std::string usage() {
            "  -setup                show the setup dialog\n"
            "  -language CODE        language of the setup dialog: GER, ENG, FRA, ESP or ITA\n"
            "  -geometry WxH+X+Y     size and place of the window of its own\n"
+           "  -fullscreen           the window of its own fills the screen (F11, double click)\n"
            "  -display NAME         the X display to use\n"
            "  -fps, -no-fps         show the frame rate or not\n"
-           "  -maxfps N             draw at most N frames per second\n"
+           "  -maxfps N             draw at most N frames per second, 0: as suggested\n"
            "  -samples N            smooth edges with N samples per pixel, 0 for none\n"
+           "  -proportions WHICH    stretched to the window, or true\n"
+           "  -volume N             loudness of the sounds, from 0 to 100\n"
            "  -help                 print this text\n"
            "  -version              print name and version\n"
            "\n"

@@ -5,6 +5,8 @@
 #include <string>
 #include <vector>
 
+#include "ExtraSettings.h"
+
 /// What the program is asked to do.
 enum class SAVER_MODE {
     EMBED,    ///< draw in the window of another client
@@ -28,6 +30,12 @@ struct GEOMETRY {
     bool from_bottom = false;
 };
 
+/// A setting beside the saver's own that counts more than the settings file.
+struct EXTRA_VALUE {
+    int EXTRA_SETTINGS::*field;
+    int value;
+};
+
 /// The command line, understood.
 struct ARGUMENTS {
     SAVER_MODE mode = SAVER_MODE::DEMO;
@@ -35,10 +43,12 @@ struct ARGUMENTS {
     std::string display;       ///< empty: as the environment says
     std::string language;      ///< of the setup dialog; empty: the locale's
     GEOMETRY geometry;
+    bool fullscreen = false;     ///< DEMO: fill the screen
     bool fps = false;            ///< show the frame-rate line
     int maxfps = 0;              ///< frames drawn per second at most; 0: as the renderer suggests
     std::optional<int> samples;  ///< per pixel, for smooth edges; empty: as the renderer suggests
-    int status = 0;              ///< REFUSED: exit status
+    std::vector<EXTRA_VALUE> extras;      ///< in their order
+    int status = 0;                       ///< REFUSED: exit status
     std::vector<std::string> complaints;  ///< one line each, without the program's name
 };
 
@@ -46,7 +56,8 @@ struct ARGUMENTS {
 /// Empty for anything else and for 0.
 std::optional<std::uint32_t> parseWindowId(const std::string& text);
 
-/// WxH, +X+Y or both, offsets also with a minus sign. Empty for anything else.
+/// WxH, +X+Y or both, offsets also with a minus sign. Empty for anything else and for sizes that
+/// nobody can draw.
 std::optional<GEOMETRY> parseGeometry(const std::string& text);
 
 /// Reads the words after the program's name. `hostWindow` is the environment's

@@ -14,7 +14,8 @@
 namespace {
 
 constexpr int ending_signals[] = {SIGTERM, SIGINT, SIGHUP};
-constexpr long PATIENCE = 50'000'000;  // nanoseconds; the kernel needs its own time afterwards
+// The sounds fade for 60 milliseconds; the kernel needs its own time afterwards.
+constexpr long PATIENCE = 85'000'000;  // nanoseconds
 
 int wakeup[2] = {-1, -1};
 timer_t backstop;
@@ -52,6 +53,14 @@ void handle(int number, void (*handler)(int)) {
     sigaction(number, &action, nullptr);
 }
 
+/// Whoever started us may want us to outlive terminals and their keys. The end that hosts ask for
+/// is no such thing.
+bool isIgnored(int number) {
+    struct sigaction action = {};
+    sigaction(number, nullptr, &action);
+    return number != SIGTERM && action.sa_handler == SIG_IGN;
+}
+
 int onLostConnection(Display*) { _exit(0); }
 
 void onMessage(QtMsgType type, const QMessageLogContext& context, const QString& message) {
@@ -87,13 +96,15 @@ Ending::Ending(std::function<void()> stop) : stop_drawing(std::move(stop)) {
     });
     handle(SIGALRM, onBackstop);
     for (const int number : ending_signals)
-        handle(number, onSignal);
+        if (!isIgnored(number))
+            handle(number, onSignal);
 }
 
 Ending::~Ending() {
     // From here on the process is ending anyway.
     for (const int number : ending_signals)
-        std::signal(number, SIG_DFL);
+        if (!isIgnored(number))
+            std::signal(number, SIG_DFL);
 }
 
 void prepareEnding() {

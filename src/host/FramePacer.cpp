@@ -8,12 +8,14 @@
 #include <QEvent>
 #include <QResizeEvent>
 #include <QScreen>
+#include <QWindow>
 #include <QX11Info>
 #include <algorithm>
 #include <chrono>
 #include <cstdlib>
 #include <memory>
 #include <thread>
+#include <utility>
 
 #include "framework/KDEFrame.h"
 #include "host/Renderer.h"
@@ -68,8 +70,15 @@ double frameLimit(int wanted, double refreshRate, bool softwareRenderer) {
     return softwareRenderer ? std::min<double>(30, refresh) : refresh;
 }
 
-FramePacer::FramePacer(KDEFrame& frame, int wanted)
-    : paced(frame), wanted_rate(wanted), started(false), limit(1), next_question(0) {
+FramePacer::FramePacer(KDEFrame& frame, int wanted, SCENE_CALLS calls)
+    : paced(frame),
+      scene(std::move(calls)),
+      wanted_rate(wanted),
+      started(false),
+      software(false),
+      held(false),
+      limit(1),
+      next_question(0) {
     paced.installEventFilter(this);
     qApp->installNativeEventFilter(this);
 }
@@ -85,38 +94,64 @@ bool FramePacer::eventFilter(QObject* watched, QEvent* event) {
 }
 
 bool FramePacer::readyToPaint() {
-    if (!paced.initdone && isViewable(QX11Info::connection(), paced.internalWinId())) {
+    if (!isViewable(QX11Info::connection(), paced.internalWinId()))
+        return false;
+    if (!paced.initdone) {
         // Left to itself the toolkit paints right after the loading, in which the window may go.
         QResizeEvent loading(paced.size(), QSize());
         QCoreApplication::sendEvent(&paced, &loading);
+        if (!paced.initdone || !isViewable(QX11Info::connection(), paced.internalWinId()))
+            return false;
     }
-    return isViewable(QX11Info::connection(), paced.internalWinId());
+    if (!paced.windowHandle()->isExposed())
+        return false;  // the toolkit has not heard yet that it is on the screen
+    if (!std::exchange(started, true))
+        start();
+    followSize();
+    if (std::exchange(held, false)) {
+        scene.skip_unseen_time();
+        scene.drawing(true);
+    }
+    return true;
+}
+
+void FramePacer::start() {
+    paced.makeCurrent();
+    software = isSoftwareRenderer(reinterpret_cast<const char*>(glGetString(GL_RENDERER)));
+    limit = FrameLimit(frameLimit(wanted_rate, paced.screen()->refreshRate(), software));
+    // Buffers are as large as the window was when its context was made, and are made anew when they
+    // are swapped: without this the first picture would be a piece of one.
+    glClear(GL_COLOR_BUFFER_BIT);
+    paced.swapBuffers();
+}
+
+void FramePacer::followSize() {
+    if (paced.width() == paced.resolution_x && paced.height() == paced.resolution_y)
+        return;
+    paced.makeCurrent();
+    // Software renderers find the new size out only when they swap. What is shown meanwhile is the
+    // last picture, in its place.
+    if (software)
+        paced.swapBuffers();
+    scene.set_view_size(paced.width(), paced.height());
 }
 
 bool FramePacer::mayDraw() {
     const std::int64_t time = now();
-    if (!started) {
-        // Before the first frame there may be no context to ask for its renderer.
-        if (!readyToPaint() || !paced.initdone)
-            return false;
-        started = true;
-        paced.makeCurrent();
-        const auto* renderer = reinterpret_cast<const char*>(glGetString(GL_RENDERER));
-        limit = FrameLimit(
-            frameLimit(wanted_rate, paced.screen()->refreshRate(), isSoftwareRenderer(renderer)));
-    }
     if (time >= next_question)
         askServer();
     if (!state.seen()) {
+        if (!std::exchange(held, true))
+            scene.drawing(false);
         // A hundred ticks a second cost more than all else that an unseen saver does. Short enough
         // for a signal to end us in time.
         std::this_thread::sleep_for(UNSEEN_PAUSE);
         return false;
     }
-    if (!limit.due(time))
+    if (started && !limit.due(time))
         return false;
     // News of a destroyed window comes late, and Mesa's software renderer crashes drawing into one.
-    state.viewable = isViewable(QX11Info::connection(), paced.internalWinId());
+    state.viewable = readyToPaint();
     return state.viewable;
 }
 

@@ -4,6 +4,7 @@
 
 #include <QCoreApplication>
 #include <QKeyEvent>
+#include <QScreen>
 #include <QTimer>
 #include <QWindow>
 #include <QX11Info>
@@ -62,11 +63,11 @@ KScreenSaver::KScreenSaver(WId id)
       foreign(nullptr),
       embedded(nullptr) {
     setAutoFillBackground(true);
+    qApp->installNativeEventFilter(this);
     if (!host)
         return;
     setFocusPolicy(Qt::NoFocus);
     setAttribute(Qt::WA_ShowWithoutActivating);
-    qApp->installNativeEventFilter(this);
     if (const auto screen = screenWithRoot(host))
         coverRoot(*screen);
     else
@@ -74,8 +75,7 @@ KScreenSaver::KScreenSaver(WId id)
 }
 
 KScreenSaver::~KScreenSaver() {
-    if (host)
-        qApp->removeNativeEventFilter(this);
+    qApp->removeNativeEventFilter(this);
     // Our window has to leave the foreign one before that object goes, else it would go with it.
     if (foreign && windowHandle())
         windowHandle()->setParent(nullptr);
@@ -83,6 +83,7 @@ KScreenSaver::~KScreenSaver() {
 }
 
 void KScreenSaver::coverRoot(const QRect& screen) {
+    addEvents(host, XCB_EVENT_MASK_STRUCTURE_NOTIFY);  // the screen may change its size
     setGeometry(screen);
     show();
     lower();
@@ -129,24 +130,47 @@ void KScreenSaver::resizeEvent(QResizeEvent* event) {
 void KScreenSaver::keyPressEvent(QKeyEvent* event) {
     if (!host && (event->key() == Qt::Key_Q || event->key() == Qt::Key_Escape))
         close();
+    else if (!host && event->key() == Qt::Key_F11)
+        setFullScreen(!fillsScreen());
     else
         QWidget::keyPressEvent(event);
 }
 
+void KScreenSaver::mouseDoubleClickEvent(QMouseEvent* event) {
+    if (!host && event->button() == Qt::LeftButton)
+        setFullScreen(!fillsScreen());
+    else
+        QWidget::mouseDoubleClickEvent(event);
+}
+
+bool KScreenSaver::fillsScreen() const {
+    return isFullScreen() || geometry() == screen()->geometry();
+}
+
+void KScreenSaver::setFullScreen(bool full) {
+    if (full)
+        normal = geometry();
+    setCursor(full ? Qt::BlankCursor : Qt::ArrowCursor);
+    setWindowState(full ? Qt::WindowFullScreen : Qt::WindowNoState);
+    // Where there is no window manager nobody else does it.
+    setGeometry(full ? screen()->geometry() : normal);
+}
+
 bool KScreenSaver::nativeEventFilter(const QByteArray& type, void* message, long*) {
-    if (type != "xcb_generic_event_t" || !host)
+    if (type != "xcb_generic_event_t")
         return false;
     const auto* event = static_cast<const xcb_generic_event_t*>(message);
     switch (event->response_type & 0x7f) {
         case XCB_CONFIGURE_NOTIFY: {
             const auto* configured = reinterpret_cast<const xcb_configure_notify_event_t*>(event);
-            if (configured->window == host)
+            if (host && configured->window == host)
                 setGeometry(0, 0, configured->width, configured->height);
             break;
         }
         case XCB_DESTROY_NOTIFY: {
             const auto* destroyed = reinterpret_cast<const xcb_destroy_notify_event_t*>(event);
-            if (destroyed->window == host || destroyed->window == internalWinId())
+            if (destroyed->window &&
+                (destroyed->window == host || destroyed->window == internalWinId()))
                 hostGone();
             break;
         }

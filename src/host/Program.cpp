@@ -1,4 +1,7 @@
+#include <GL/gl.h>
+#include <fcntl.h>
 #include <malloc.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <QApplication>
@@ -20,11 +23,15 @@
 #include "host/FramePacer.h"
 #include "host/KDEScreensaverFrame.h"
 #include "host/Renderer.h"
+#include "host/SoundGate.h"
 #include "main.h"
 
 namespace {
 
-constexpr QSize demo_size(600, 420);
+/// How long to wait for the sounds to fade. A host that sends a signal may wait with the screen
+/// locked; what is mixed next may be heard much later. Milliseconds.
+constexpr int FADE_AT_A_SIGNAL = 60;
+constexpr int FADE_AT_AN_END = 250;
 
 int fail(const std::string& reason) {
     std::fprintf(stderr, "atollia.kss: %s\n", reason.c_str());
@@ -92,6 +99,19 @@ bool canShowDialog() {
     return DisplayProbe().connected() || cannotOpen(std::getenv("DISPLAY"));
 }
 
+/// Messages that nobody takes out of a pipe must not stop the drawing. The pipe is opened anew, for
+/// others who write to it may want to wait.
+void neverWaitForReaders() {
+    struct stat output;
+    if (fstat(STDOUT_FILENO, &output) != 0 || !S_ISFIFO(output.st_mode))
+        return;
+    const int pipe = open("/proc/self/fd/1", O_WRONLY | O_NONBLOCK | O_CLOEXEC);
+    if (pipe < 0)
+        return;
+    dup2(pipe, STDOUT_FILENO);
+    close(pipe);
+}
+
 /// Finds the window to draw into and makes sure that drawing is possible. Returns false after
 /// telling why not.
 bool findWindow(ARGUMENTS& arguments) {
@@ -120,8 +140,9 @@ bool findWindow(ARGUMENTS& arguments) {
     return true;
 }
 
-void showDemo(KScreenSaver& window, const GEOMETRY& wanted) {
-    QSize size = demo_size;
+void showDemo(KScreenSaver& window, const ARGUMENTS& arguments) {
+    const GEOMETRY& wanted = arguments.geometry;
+    QSize size = window.screen()->size() * 2 / 3;
     if (wanted.width)
         size = QSize(wanted.width, wanted.height);
     window.setWindowTitle(QString::fromLatin1(kss_description));
@@ -131,7 +152,44 @@ void showDemo(KScreenSaver& window, const GEOMETRY& wanted) {
         window.move(wanted.from_right ? screen.width() - size.width() - wanted.x : wanted.x,
                     wanted.from_bottom ? screen.height() - size.height() - wanted.y : wanted.y);
     }
+    if (arguments.fullscreen)
+        window.setFullScreen(true);
     window.show();
+}
+
+/// While it lives, nothing is written to standard error by this process: a GL library without a
+/// driver says there what we say in one line. Whoever looks for the fault sets LIBGL_DEBUG and sees
+/// it all.
+class Hush {
+public:
+    Hush() : errors(std::getenv("LIBGL_DEBUG") ? -1 : fcntl(STDERR_FILENO, F_DUPFD_CLOEXEC, 0)) {
+        const int nowhere = open("/dev/null", O_WRONLY | O_CLOEXEC);
+        if (errors >= 0 && nowhere >= 0)
+            dup2(nowhere, STDERR_FILENO);
+        close(nowhere);
+    }
+    ~Hush() {
+        if (errors < 0)
+            return;
+        dup2(errors, STDERR_FILENO);
+        close(errors);
+    }
+    Hush(const Hush&) = delete;
+    Hush& operator=(const Hush&) = delete;
+
+private:
+    int errors;  ///< the real one; negative when there is none
+};
+
+/// Whether graphics hardware draws; loads the driver.
+bool findDriver() {
+    const Hush hush;
+    return isAccelerated();
+}
+
+bool canDraw(KDEFrame& frame) {
+    frame.makeCurrent();
+    return frame.isValid() && glGetString(GL_RENDERER);
 }
 
 int runSetup(const ARGUMENTS& arguments) {
@@ -145,24 +203,35 @@ int runSaver(QApplication& application, const ARGUMENTS& arguments) {
     application.setQuitOnLastWindowClosed(demo);
     QGLFormat format;
     format.setSwapInterval(1);
-    if (const int samples = samplesPerPixel(arguments.samples, isAccelerated())) {
+    if (const int samples = samplesPerPixel(arguments.samples, findDriver())) {
         format.setSampleBuffers(true);
         format.setSamples(samples);
     }
     QGLFormat::setDefaultFormat(format);
 
+    for (const EXTRA_VALUE& wanted : arguments.extras)
+        presetSetting(wanted);
+    SoundGate sounds;
     const std::unique_ptr<KScreenSaver> saver(kss_create(demo ? 0 : arguments.window));
+    KDEFrame& frame = *static_cast<KDEScreensaverFrame&>(*saver).saver;
+    if (!canDraw(frame))
+        return fail("the display's GL driver gives no context, nothing can be drawn");
     if (arguments.fps)
         showFrameRate(*saver);
-    KDEFrame& frame = *static_cast<KDEScreensaverFrame&>(*saver).saver;
-    const FramePacer pacer(frame, arguments.maxfps);
+    const FramePacer pacer(
+        frame, arguments.maxfps,
+        {[&](int width, int height) { setViewSize(*saver, width, height); },
+         [&] { skipUnseenTime(*saver); }, [&](bool drawing) { sounds.setDrawing(drawing); }});
     const Ending ending([&] {
         saver->setUpdatesEnabled(false);
+        sounds.end(FADE_AT_A_SIGNAL);
         frame.releaseScene();
     });
     if (demo)
-        showDemo(*saver, arguments.geometry);
-    return application.exec();
+        showDemo(*saver, arguments);
+    const int status = application.exec();
+    sounds.end(FADE_AT_AN_END);
+    return status;
 }
 
 }  // namespace
@@ -170,6 +239,7 @@ int runSaver(QApplication& application, const ARGUMENTS& arguments) {
 int main(int argc, char* argv[]) {
     // A signal that ends us would take with it what waits to be written to a log.
     std::setvbuf(stdout, nullptr, _IOLBF, 0);
+    neverWaitForReaders();
     // The driver's vertex buffers, half a mebibyte and more, come and go with every frame. Among
     // smaller things they would leave holes, and memory would grow for hours.
     mallopt(M_MMAP_THRESHOLD, 256 * 1024);
@@ -195,6 +265,7 @@ int main(int argc, char* argv[]) {
     const bool setup = arguments.mode == SAVER_MODE::SETUP;
     if (!setup) {
         prepareEnding();
+        quietSoundLibrary();
         settleEnvironment();
     }
     if (setup ? !canShowDialog() : !findWindow(arguments))

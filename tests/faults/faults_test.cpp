@@ -44,10 +44,7 @@ protected:
     /// A black window of the host's.
     xcb_window_t hostWindow() {
         const xcb_window_t host = client.window(0, 0, WIDTH, HEIGHT);
-        const uint32_t black = 0;
-        xcb_change_window_attributes(client.connection(), host, XCB_CW_BACK_PIXEL, &black);
-        xcb_clear_area(client.connection(), 0, host, 0, 0, 0, 0);
-        xcb_flush(client.connection());
+        client.blacken(host);
         return host;
     }
 

@@ -1,11 +1,15 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
+#include <sys/stat.h>
+#include <unistd.h>
 
 #include <KConfig>
 #include <KConfigGroup>
 #include <QDir>
 #include <QFile>
 #include <QStandardPaths>
+#include <QTemporaryDir>
+#include <cstdio>
 #include <type_traits>
 
 #include "MVSettingsDlg.h"
@@ -183,6 +187,95 @@ TEST_F(Store, GarbageYieldsTheDefaults) {
     ASSERT_TRUE(frame.openSettingsFile("", "Orvo Atollia"));
     EXPECT_EQ(frame.readInt("BoidCount", 10), 10);
     frame.closeSettingsFile();
+}
+
+// ---- What an administrator says for everyone ----------------------------------------------------
+
+class ForEveryone : public Store {
+protected:
+    void SetUp() override {
+        Store::SetUp();
+        before = qgetenv("XDG_CONFIG_DIRS");
+        qputenv("XDG_CONFIG_DIRS", QFile::encodeName(place.path()));
+    }
+    void TearDown() override { qputenv("XDG_CONFIG_DIRS", before); }
+
+    void writeForEveryone(const QByteArray& text) const {
+        QFile file(place.filePath("Orvo Atollia"));
+        ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+        file.write(text);
+    }
+    QTemporaryDir place;
+    QByteArray before;
+};
+
+TEST_F(ForEveryone, CountsWhereThePersonSaysNothing) {
+    writeForEveryone("BoidCount=7\nSkyType=1\n");
+    writeFile("Orvo Atollia", "SkyType=0\n");
+    CMarivistaScreensaver scene;
+    EXPECT_TRUE(scene.readSettings());
+    EXPECT_EQ(scene.wantedwssettings.boidcount, 7);
+    EXPECT_EQ(scene.wantedwssettings.skytype, 0);
+}
+
+TEST_F(ForEveryone, MayNotBeOverruledWhereItSaysSo) {
+    writeForEveryone("BoidCount[$i]=7\nSkyType=1\n");
+    writeFile("Orvo Atollia", "BoidCount=3\nSkyType=0\n");
+    CMarivistaScreensaver scene;
+    EXPECT_TRUE(scene.readSettings());
+    EXPECT_EQ(scene.wantedwssettings.boidcount, 7);
+    EXPECT_EQ(scene.wantedwssettings.skytype, 0);
+
+    writeForEveryone("[$i]\nBoidCount=8\n");
+    EXPECT_TRUE(scene.readSettings());
+    EXPECT_NE(scene.wantedwssettings.boidcount, 3) << "a whole file that may not be overruled";
+}
+
+// ---- Files that are none ------------------------------------------------------------------------
+
+class Refused : public Store {
+protected:
+    void SetUp() override {
+        Store::SetUp();
+        ASSERT_TRUE(QDir().mkpath(folder()));
+        path = QFile::encodeName(folder() + "/" + name());
+    }
+    /// Of its own for each test: one line is printed for each file.
+    static QString name() {
+        return QString("Refused ") + testing::UnitTest::GetInstance()->current_test_info()->name();
+    }
+    void expectDefaultsAndOneLine(const std::string& reason) {
+        testing::internal::CaptureStdout();
+        for (int i = 0; i < 2; ++i) {
+            EXPECT_TRUE(frame.openSettingsFile("", qPrintable(name())));
+            EXPECT_EQ(frame.readInt("BoidCount", 10), 10);
+            EXPECT_TRUE(frame.closeSettingsFile());
+        }
+        std::fflush(stdout);
+        EXPECT_EQ(testing::internal::GetCapturedStdout(),
+                  path.toStdString() + " " + reason + ", running with the default settings\n");
+    }
+    QByteArray path;
+};
+
+TEST_F(Refused, APipe) {
+    ASSERT_EQ(mkfifo(path.constData(), 0600), 0);
+    expectDefaultsAndOneLine("is no plain file");
+}
+
+TEST_F(Refused, ADevice) {
+    ASSERT_EQ(symlink("/dev/zero", path.constData()), 0);
+    expectDefaultsAndOneLine("is no plain file");
+}
+
+TEST_F(Refused, AnythingLargerThanAMebibyte) {
+    QByteArray text("BoidCount=5\n");
+    writeFile(name(), text + QByteArray(1024 * 1024 - text.size(), '#'));
+    frame.openSettingsFile("", qPrintable(name()));
+    EXPECT_EQ(frame.readInt("BoidCount", 10), 5);
+    frame.closeSettingsFile();
+    writeFile(name(), text + QByteArray(1024 * 1024 - text.size() + 1, '#'));
+    expectDefaultsAndOneLine("is larger than 1 MiB");
 }
 
 // ---- A frame without a store --------------------------------------------------------------------

@@ -109,6 +109,8 @@ TEST(Arguments, QuietWhenAllIsWell) {
 
 TEST(Arguments, OneLineForEachThingWrong) {
     EXPECT_THAT(parseArguments(split("-root -sparkle -glitter"), nullptr).complaints, SizeIs(2));
+    EXPECT_THAT(parseArguments({"-window-id"}, nullptr).complaints,
+                testing::ElementsAre("-window-id needs a value"));
     EXPECT_THAT(parseArguments({"-window-id", "12 "}, nullptr).complaints,
                 testing::ElementsAre("-window-id: \"12 \" is not a window id"));
     EXPECT_THAT(parseArguments({}, "wayland-0").complaints,
@@ -130,7 +132,9 @@ TEST(Arguments, DisplayLanguageAndFrameLimit) {
     EXPECT_EQ(parseArguments({"-setup", "-language", "ITA"}, nullptr).mode, SAVER_MODE::SETUP);
     EXPECT_EQ(parseArguments({}, nullptr).maxfps, 0);
     EXPECT_EQ(parseArguments({"-maxfps", "25"}, nullptr).maxfps, 25);
-    for (const char* bad : {"0", "-1", "x", "1001", "25x", "", " 5", "99999999999999999999"}) {
+    EXPECT_EQ(parseArguments({"-maxfps", "30", "-maxfps", "0"}, nullptr).maxfps, 0);
+    EXPECT_THAT(parseArguments({"-maxfps", "0"}, nullptr).complaints, IsEmpty());
+    for (const char* bad : {"-1", "x", "1001", "25x", "", " 5", "99999999999999999999"}) {
         const ARGUMENTS arguments = parseArguments({"-root", "-maxfps", bad}, nullptr);
         EXPECT_EQ(arguments.maxfps, 0) << bad;
         EXPECT_THAT(arguments.complaints, SizeIs(1)) << bad;
@@ -148,6 +152,32 @@ TEST(Arguments, SamplesPerPixel) {
         EXPECT_THAT(arguments.complaints, SizeIs(1)) << bad;
         EXPECT_EQ(arguments.mode, SAVER_MODE::ROOT) << bad;
     }
+}
+
+TEST(Arguments, SettingsBesideTheSavers) {
+    const ARGUMENTS good = parseArguments(
+        split("-proportions true -volume 0 --volume=100 -proportions stretched"), nullptr);
+    EXPECT_THAT(good.complaints, IsEmpty());
+    ASSERT_THAT(good.extras, SizeIs(4));
+    EXTRA_SETTINGS settings;
+    const int proportions[] = {1, 1, 1, 0}, volumes[] = {100, 0, 100, 100};
+    for (int i = 0; i < 4; ++i) {
+        settings.*good.extras[i].field = good.extras[i].value;
+        EXPECT_EQ(settings.proportions, proportions[i]) << i;
+        EXPECT_EQ(settings.volume, volumes[i]) << i;
+    }
+    for (const char* bad : {"-proportions wide", "-proportions 1", "-volume 101", "-volume -1",
+                            "-volume loud", "-volume="}) {
+        const ARGUMENTS arguments = parseArguments(split(bad), nullptr);
+        EXPECT_THAT(arguments.extras, IsEmpty()) << bad;
+        EXPECT_THAT(arguments.complaints, SizeIs(1)) << bad;
+        EXPECT_EQ(arguments.mode, SAVER_MODE::DEMO) << bad;
+    }
+}
+
+TEST(Arguments, FullScreenOnRequest) {
+    EXPECT_FALSE(parseArguments({"-demo"}, nullptr).fullscreen);
+    EXPECT_TRUE(parseArguments({"-fullscreen"}, nullptr).fullscreen);
 }
 
 TEST(Arguments, UsageNamesEveryOptionThatDoesSomething) {
@@ -193,6 +223,9 @@ INSTANTIATE_TEST_SUITE_P(
                     GEOMETRY_CASE{"0x480", false, {}}, GEOMETRY_CASE{"640x480+1", false, {}},
                     GEOMETRY_CASE{"640x480+1+2z", false, {}},
                     GEOMETRY_CASE{"640x480 +1+2", false, {}}, GEOMETRY_CASE{"99999x480", false, {}},
+                    GEOMETRY_CASE{"32767x32767", false, {}}, GEOMETRY_CASE{"16385x1", false, {}},
+                    GEOMETRY_CASE{"16384x16384", false, {}},
+                    GEOMETRY_CASE{"16384x4096", true, {16384, 4096}},
                     GEOMETRY_CASE{"640x480+99999999999999999999+0", false, {}}));
 
 TEST(Arguments, BadGeometryIsToldAndLeftOut) {

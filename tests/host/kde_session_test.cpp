@@ -124,6 +124,11 @@ TEST_F(KdeSession, Preview) {
         Process saver = run("InWindow", preview);
         EXPECT_TRUE(waitForSky(110, 104)) << saver.errors();
         EXPECT_TRUE(waitForMotion(100, 160, 151, 55));
+        // The control module's window is enlarged.
+        client->resize(preview, 440, 330);
+        EXPECT_TRUE(waitForSky(530, 104));
+        EXPECT_TRUE(waitForMotion(300, 320, 240, 110));
+        client->resize(preview, 151, 115);
         saver.signal(SIGTERM);
         EXPECT_EQ(saver.wait().signal, SIGTERM);
     }

@@ -1,13 +1,20 @@
 // The program in its hosts' windows, on X servers of its own. The scene is a stand-in that paints
 // one colour and says what happens to it; everything else is what people run.
+#include <fcntl.h>
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <unistd.h>
 #include <xcb/xtest.h>
 
+#include <algorithm>
 #include <csignal>
+#include <cstdint>
 #include <cstdio>
+#include <cstdlib>
+#include <cstring>
+#include <filesystem>
 #include <fstream>
+#include <iterator>
 #include <optional>
 
 #include "host/virtual_display.h"
@@ -87,6 +94,77 @@ TEST_F(Program, FillsFollowsAndLeavesTheWindowOfAnotherClient) {
     EXPECT_TRUE(client->waitForPixel(149, 119, scene_colour));
     EXPECT_EQ(count(saver.output(), "initScene"), 1);
 
+    client->destroy(host);
+    expectCleanEnd(saver, saver.wait());
+}
+
+// ---- The whole window
+// -----------------------------------------------------------------------------
+
+/// The corners, the middles of the edges and points between, of a picture of the whole window.
+bool everywhere(const test::PICTURE& picture, PIXEL colour) {
+    for (int i = 0; i < 9; ++i)
+        for (int j = 0; j < 9; ++j)
+            if (!(picture.at((picture.width - 1) * i / 8, (picture.height - 1) * j / 8) == colour))
+                return false;
+    return !picture.pixels.empty();
+}
+
+struct WINDOW_CASE {
+    const char* mode;
+    int width;
+    int height;
+};
+
+void PrintTo(const WINDOW_CASE& c, std::ostream* out) {
+    *out << c.mode << " " << c.width << " x " << c.height;
+}
+
+class FirstPicture : public Program, public testing::WithParamInterface<WINDOW_CASE> {};
+
+TEST_P(FirstPicture, IsWhole) {
+    const WINDOW_CASE& c = GetParam();
+    const std::string size = std::to_string(c.width) + "x" + std::to_string(c.height);
+    begin({"-screen", "0", size + "x24"});
+    std::vector<std::string> words = {c.mode, "-geometry", size + "+0+0", "-maxfps", "1"};
+    if (words[0] == "-window-id") {
+        const xcb_window_t host = client->window(0, 0, c.width, c.height);
+        client->blacken(host);
+        words.insert(words.begin() + 1, hex(host));
+    }
+    Process saver = start(words);
+    test::PICTURE picture;
+    for (int i = 0; i < 3000; ++i) {
+        picture = client->picture(0, 0, c.width, c.height);
+        ASSERT_FALSE(picture.pixels.empty());
+        if (!everywhere(picture, {0, 0, 0}))
+            break;
+        saver.wait(10);
+    }
+    EXPECT_TRUE(everywhere(picture, scene_colour)) << saver.output() << saver.errors();
+}
+
+INSTANTIATE_TEST_SUITE_P(
+    Windows, FirstPicture,
+    testing::Values(WINDOW_CASE{"-demo", 1280, 720}, WINDOW_CASE{"-root", 1280, 720},
+                    WINDOW_CASE{"-window-id", 1280, 720}, WINDOW_CASE{"-demo", 1920, 1080},
+                    WINDOW_CASE{"-root", 1920, 1080}, WINDOW_CASE{"-window-id", 1920, 1080},
+                    WINDOW_CASE{"-demo", 3840, 2160}, WINDOW_CASE{"-root", 3840, 2160},
+                    WINDOW_CASE{"-window-id", 3840, 2160}));
+
+TEST_F(Program, EveryPictureAfterAResizeIsWhole) {
+    const xcb_window_t host = client->window(0, 0, 300, 200);
+    Process saver = start({"-window-id", hex(host)});
+    ASSERT_TRUE(saver.waitForLine("drawing")) << saver.errors();
+    ASSERT_TRUE(client->waitForPixel(299, 199, scene_colour));
+    client->resize(host, 780, 560);
+    ASSERT_TRUE(saver.waitForLine("setViewSize 780 x 560")) << saver.output();
+    ASSERT_TRUE(client->waitForPixel(779, 559, scene_colour));
+    EXPECT_TRUE(everywhere(client->picture(0, 0, 780, 560), scene_colour));
+    client->resize(host, 100, 500);
+    ASSERT_TRUE(saver.waitForLine("setViewSize 100 x 500")) << saver.output();
+    ASSERT_TRUE(client->waitForPixel(99, 499, scene_colour));
+    EXPECT_EQ(count(saver.output(), "initScene"), 1) << "nothing is loaded again";
     client->destroy(host);
     expectCleanEnd(saver, saver.wait());
 }
@@ -202,6 +280,22 @@ TEST_F(Program, RealRootWindowLiesBelowEverything) {
     EXPECT_TRUE(client->exists(window));
 }
 
+// What a server says when its screen's size is changed; the virtual one cannot do that.
+TEST_F(Program, RealRootWindowFollowsTheScreensSize) {
+    Process saver = start({"-root"});
+    ASSERT_TRUE(saver.waitForLine("drawing")) << saver.errors();
+    xcb_configure_notify_event_t event = {};
+    event.response_type = XCB_CONFIGURE_NOTIFY;
+    event.event = event.window = client->root();
+    event.width = 640;
+    event.height = 480;
+    xcb_send_event(client->connection(), 0, client->root(), XCB_EVENT_MASK_STRUCTURE_NOTIFY,
+                   reinterpret_cast<const char*>(&event));
+    xcb_flush(client->connection());
+    EXPECT_TRUE(saver.waitForLine("setViewSize 640 x 480")) << saver.output();
+    EXPECT_TRUE(client->waitForPixel(639, 479, scene_colour));
+}
+
 TEST_F(Program, WindowOnAnotherScreen) {
     begin({"-screen", "0", "640x480x24", "-screen", "1", "400x300x24"});
     const xcb_window_t host = client->window(0, 0, 200, 100, 0, 1);
@@ -249,6 +343,11 @@ protected:
         }
         return false;
     }
+    /// The scene was told of one time that nobody saw, before the first frame after it.
+    static void expectTold(const Process& saver, int times = 1) {
+        EXPECT_EQ(count(saver.output(), "unseen time\n"), times);
+        EXPECT_EQ(count(saver.output(), "unseen time\nframe\n"), times);
+    }
 };
 
 TEST_F(Unseen, NothingIsDrawnWhileTheHostIsUnmapped) {
@@ -257,8 +356,15 @@ TEST_F(Unseen, NothingIsDrawnWhileTheHostIsUnmapped) {
     ASSERT_TRUE(saver.waitForLine("drawing")) << saver.errors();
     client->unmap(host);
     EXPECT_TRUE(fallsSilent(saver));
+    expectTold(saver, 0);
     client->map(host);
     EXPECT_TRUE(drawsAgain(saver));
+    expectTold(saver);
+    client->unmap(host);
+    EXPECT_TRUE(fallsSilent(saver));
+    client->map(host);
+    EXPECT_TRUE(drawsAgain(saver));
+    expectTold(saver, 2);
     client->destroy(host);
     expectCleanEnd(saver, saver.wait());
 }
@@ -271,6 +377,7 @@ TEST_F(Unseen, NothingIsDrawnWhileTheHostIsCovered) {
     EXPECT_TRUE(fallsSilent(saver));
     client->destroy(cover);
     EXPECT_TRUE(drawsAgain(saver));
+    expectTold(saver);
 }
 
 TEST_F(Unseen, NothingIsDrawnInAWindowThatWasCoveredFromTheStart) {
@@ -282,6 +389,7 @@ TEST_F(Unseen, NothingIsDrawnInAWindowThatWasCoveredFromTheStart) {
     EXPECT_TRUE(fallsSilent(saver));
     client->destroy(cover);
     EXPECT_TRUE(drawsAgain(saver));
+    expectTold(saver);
 }
 
 TEST_F(Unseen, NothingIsDrawnWhileTheMonitorSleeps) {
@@ -296,6 +404,90 @@ TEST_F(Unseen, NothingIsDrawnWhileTheMonitorSleeps) {
     EXPECT_TRUE(fallsSilent(saver));
     std::remove(file.c_str());
     EXPECT_TRUE(drawsAgain(saver));
+    expectTold(saver);
+}
+
+// ---- Sounds -------------------------------------------------------------------------------------
+
+/// Savers that sound without end, each into a file.
+class Sounds : public Program {
+protected:
+    Sounds() {
+        char name[] = "/tmp/atollia-sounds-XXXXXX";
+        folder = mkdtemp(name);
+    }
+    ~Sounds() override { std::filesystem::remove_all(folder); }
+
+    Process startSounding(const std::string& file, const std::vector<std::string>& words) const {
+        return start(words, {"STANDIN_SOUNDS=1", "STANDIN_COUNTS=1", "SDL_AUDIODRIVER=disk",
+                             "SDL_DISKAUDIODELAY=10", "SDL_DISKAUDIOFILE=" + folder + "/" + file});
+    }
+    /// What was played so far, left and right in turn.
+    std::vector<std::int16_t> heard(const std::string& file) const {
+        std::ifstream in(folder + "/" + file, std::ios::binary);
+        const std::string bytes((std::istreambuf_iterator<char>(in)), {});
+        std::vector<std::int16_t> samples(bytes.size() / 2);
+        std::memcpy(samples.data(), bytes.data(), samples.size() * 2);
+        return samples;
+    }
+    /// Waits until the last tenth of a second was loud all through, or silent.
+    bool becomes(const std::string& file, bool loud) const {
+        for (int i = 0; i < 6000; ++i) {
+            const auto samples = heard(file);
+            if (samples.size() > 4410 &&
+                std::all_of(samples.end() - 4410, samples.end(),
+                            [&](int s) { return loud ? s > 31000 : s == 0; }))
+                return true;
+            usleep(10000);
+        }
+        return false;
+    }
+    /// The largest difference between two samples of the same side.
+    static int largestStep(const std::vector<std::int16_t>& samples) {
+        int largest = 0;
+        for (std::size_t i = 2; i < samples.size(); ++i)
+            largest = std::max(largest, std::abs(samples[i] - samples[i - 2]));
+        return largest;
+    }
+
+    static constexpr int NO_CLICK = 2500;  ///< a cut would be a step of 32000
+    std::string folder;
+};
+
+TEST_F(Sounds, AreHeardOnlyWhileSomethingIsDrawn) {
+    const xcb_window_t host = client->window(0, 0, 300, 200);
+    Process saver = startSounding("one", {"-window-id", hex(host)});
+    ASSERT_TRUE(becomes("one", true)) << saver.output() << saver.errors();
+    client->unmap(host);
+    EXPECT_TRUE(becomes("one", false));
+    client->map(host);
+    EXPECT_TRUE(becomes("one", true));
+    client->destroy(host);
+    EXPECT_EQ(saver.wait().status, 0);
+    const auto samples = heard("one");
+    EXPECT_LT(largestStep(samples), NO_CLICK);
+    EXPECT_EQ(samples.back(), 0) << "not faded at the end";
+}
+
+TEST_F(Sounds, OfOneSaverAtATime) {
+    const xcb_window_t left = client->window(0, 0, 300, 200);
+    const xcb_window_t right = client->window(400, 0, 300, 200);
+    Process one = startSounding("one", {"-window-id", hex(left)});
+    ASSERT_TRUE(becomes("one", true)) << one.errors();
+    Process two = startSounding("two", {"-window-id", hex(right)});
+    ASSERT_TRUE(becomes("two", false)) << two.errors();
+    ASSERT_TRUE(becomes("one", true));
+    EXPECT_EQ(largestStep(heard("two")), 0) << "never heard so far";
+
+    // A saver that nobody sees leaves it to another one, and does not take it back.
+    client->unmap(left);
+    EXPECT_TRUE(becomes("one", false));
+    EXPECT_TRUE(becomes("two", true));
+    client->map(left);
+    EXPECT_TRUE(becomes("one", false));
+    two.signal(SIGTERM);
+    EXPECT_EQ(two.wait().signal, SIGTERM);
+    EXPECT_TRUE(becomes("one", true)) << "not taken over";
 }
 
 class Signals : public Program, public testing::WithParamInterface<int> {};
@@ -334,6 +526,20 @@ TEST_P(Signals, EvenWhenTheSceneHangs) {
 
 INSTANTIATE_TEST_SUITE_P(Each, Signals, testing::Values(SIGTERM, SIGINT, SIGHUP));
 
+TEST_F(Program, SignalsThatWereIgnoredAtTheStartStayIgnored) {
+    const xcb_window_t host = client->window(0, 0, 300, 200);
+    Process saver(
+        {"sh", "-c", "trap '' HUP INT; exec \"$@\"", "sh", STANDIN_SAVER, "-window-id", hex(host)},
+        environment());
+    ASSERT_TRUE(saver.waitForLine("drawing")) << saver.errors();
+    saver.signal(SIGHUP);
+    saver.signal(SIGINT);
+    client->resize(host, 310, 210);
+    EXPECT_TRUE(client->waitForPixel(309, 209, scene_colour));
+    saver.signal(SIGTERM);
+    EXPECT_EQ(saver.wait().signal, SIGTERM);
+}
+
 TEST_F(Program, MessagesFromLockersDoNotKill) {
     const xcb_window_t host = client->window(0, 0, 300, 200);
     Process saver = start({"-window-id", hex(host)});
@@ -357,13 +563,70 @@ TEST_F(Program, LostConnectionEndsItQuietly) {
 
 TEST_F(Program, DemoWindowHasItsSizeAndEndsWhenClosed) {
     Process saver = start({"-demo"});
-    ASSERT_TRUE(saver.waitForLine("initScene 600 x 420")) << saver.errors();
+    ASSERT_TRUE(saver.waitForLine("initScene 533 x 400")) << saver.errors();
     ASSERT_TRUE(saver.waitForLine("drawing"));
-    const xcb_window_t window = client->find(600, 420);
+    const xcb_window_t window = client->find(533, 400);
     ASSERT_NE(window, 0U);
 
     client->askToClose(window);
     expectCleanEnd(saver, saver.wait());
+}
+
+TEST_F(Program, DemoWindowThatAnotherClientDestroysEndsIt) {
+    Process saver = start({"-demo"});
+    ASSERT_TRUE(saver.waitForLine("drawing")) << saver.errors();
+    client->destroy(client->find(533, 400));
+    expectCleanEnd(saver, saver.wait());
+}
+
+class FullScreen : public Program {
+protected:
+    void press(int key) {
+        xcb_connection_t* x = client->connection();
+        xcb_test_fake_input(x, XCB_KEY_PRESS, key, 0, client->root(), 0, 0, 0);
+        xcb_test_fake_input(x, XCB_KEY_RELEASE, key, 0, client->root(), 0, 0, 0);
+        xcb_flush(x);
+    }
+    void focus(xcb_window_t window) {
+        xcb_set_input_focus(client->connection(), XCB_INPUT_FOCUS_PARENT, window, XCB_CURRENT_TIME);
+    }
+    void doubleClick() {
+        xcb_connection_t* x = client->connection();
+        for (int i = 0; i < 2; ++i) {
+            xcb_test_fake_input(x, XCB_BUTTON_PRESS, 1, 0, client->root(), 0, 0, 0);
+            xcb_test_fake_input(x, XCB_BUTTON_RELEASE, 1, 0, client->root(), 0, 0, 0);
+        }
+        xcb_flush(x);
+    }
+    bool isWhole(int width, int height) {
+        return client->waitForPixel(width - 1, height - 1, scene_colour) &&
+               everywhere(client->picture(0, 0, width, height), scene_colour);
+    }
+};
+
+TEST_F(FullScreen, FromTheStart) {
+    Process saver = start({"-demo", "-fullscreen"});
+    ASSERT_TRUE(saver.waitForLine("drawing")) << saver.errors();
+    EXPECT_TRUE(isWhole(800, 600));
+}
+
+TEST_F(FullScreen, ByKeyAndDoubleClickAndBack) {
+    constexpr int F11 = 95;  // key code on every PC keyboard
+    Process saver = start({"-demo", "-geometry", "300x200+0+0"});
+    ASSERT_TRUE(saver.waitForLine("drawing")) << saver.errors();
+    const xcb_window_t window = client->find(300, 200);
+    ASSERT_NE(window, 0U);
+    focus(window);
+    press(F11);
+    ASSERT_TRUE(saver.waitForLine("setViewSize 800 x 600")) << saver.output();
+    EXPECT_TRUE(isWhole(800, 600));
+    press(F11);
+    ASSERT_TRUE(saver.waitForLine("setViewSize 300 x 200")) << saver.output();
+    ASSERT_TRUE(client->waitForPixel(400, 300, {0, 0, 0}));
+    xcb_test_fake_input(client->connection(), XCB_MOTION_NOTIFY, 0, 0, client->root(), 100, 100, 0);
+    doubleClick();
+    EXPECT_TRUE(isWhole(800, 600));
+    EXPECT_EQ(count(saver.output(), "initScene"), 1);
 }
 
 class DemoKeys : public Program, public testing::WithParamInterface<int> {};
@@ -371,7 +634,7 @@ class DemoKeys : public Program, public testing::WithParamInterface<int> {};
 TEST_P(DemoKeys, EndIt) {
     Process saver = start({});
     ASSERT_TRUE(saver.waitForLine("drawing")) << saver.errors();
-    const xcb_window_t window = client->find(600, 420);
+    const xcb_window_t window = client->find(533, 400);
     ASSERT_NE(window, 0U);
     xcb_connection_t* x = client->connection();
     xcb_set_input_focus(x, XCB_INPUT_FOCUS_PARENT, window, XCB_CURRENT_TIME);
@@ -393,6 +656,33 @@ TEST_F(Program, GeometryOfTheDemoWindow) {
     EXPECT_THAT(saver.output(), testing::HasSubstr("frame rate\n"));
 }
 
+TEST_F(Program, SettingsOfTheCommandLineReachTheScene) {
+    Process saver = start({"-demo", "-proportions", "true", "-volume", "30", "-maxfps", "0"});
+    ASSERT_TRUE(saver.waitForLine("drawing")) << saver.errors();
+    EXPECT_THAT(saver.output(), testing::HasSubstr("setting Proportions 1\nsetting Volume 30\n"));
+    EXPECT_EQ(saver.errors(), "");
+}
+
+TEST_F(Program, AFullPipeDoesNotStopTheDrawing) {
+    int ends[2];
+    ASSERT_EQ(pipe(ends), 0);
+    fcntl(ends[1], F_SETFL, O_NONBLOCK);
+    const std::string page(4096, '.');
+    while (write(ends[1], page.data(), page.size()) > 0)
+        ;
+    fcntl(ends[1], F_SETFL, 0);
+    const std::string command = "exec \"$@\" >&" + std::to_string(ends[1]);
+    const xcb_window_t host = client->window(0, 0, 300, 200);
+    Process saver({"sh", "-c", command, "sh", STANDIN_SAVER, "-window-id", hex(host)},
+                  environment({"STANDIN_COUNTS=1"}));
+    EXPECT_TRUE(client->waitForPixel(299, 199, scene_colour));
+    EXPECT_EQ(fcntl(ends[1], F_GETFL) & O_NONBLOCK, 0) << "others may want to wait";
+    client->destroy(host);
+    EXPECT_EQ(saver.wait().status, 0);
+    close(ends[0]);
+    close(ends[1]);
+}
+
 TEST_F(Program, SmoothsEdgesAsItIsTold) {
     struct {
         std::vector<std::string> options;
@@ -406,7 +696,7 @@ TEST_F(Program, SmoothsEdgesAsItIsTold) {
         Process saver = start(c.options);
         ASSERT_TRUE(saver.waitForLine(c.line)) << saver.output() << saver.errors();
         ASSERT_TRUE(saver.waitForLine("drawing")) << c.line;
-        const xcb_window_t window = client->find(600, 420);
+        const xcb_window_t window = client->find(533, 400);
         ASSERT_NE(window, 0U) << c.line;
         client->askToClose(window);
         expectCleanEnd(saver, saver.wait());
@@ -436,6 +726,17 @@ TEST_F(Program, NoGlx) {
     begin({"-screen", "0", "640x480x24", "-extension", "GLX"});
     Process saver = start({"-demo"});
     expectRefusal(saver, 1, "atollia.kss: the display has no GLX, nothing can be drawn");
+}
+
+TEST_F(Program, NoContext) {
+    for (const char* trouble : {"LIBGL_DRIVERS_PATH=/nix", "LIBGL_ALWAYS_INDIRECT=1"}) {
+        Process saver = start({"-demo"}, {trouble});
+        const END end = saver.wait();
+        EXPECT_EQ(end.status, 1) << trouble;
+        EXPECT_EQ(saver.errors(),
+                  "atollia.kss: the display's GL driver gives no context, nothing can be drawn\n");
+        EXPECT_EQ(count(saver.output(), "initScene"), 0) << trouble;
+    }
 }
 
 TEST(WithoutADisplay, OneLine) {

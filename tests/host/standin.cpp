@@ -1,14 +1,18 @@
 // A scene that is one colour and says what happens to it, in the place of the real one.
 #include <GL/gl.h>
+#include <SDL_mixer.h>
 #include <unistd.h>
 
 #include <QCoreApplication>
 #include <QDialog>
+#include <algorithm>
 #include <cstdio>
 #include <cstdlib>
+#include <iterator>
 #include <optional>
 
 #include "framework/KDEFrame.h"
+#include "host/Arguments.h"
 #include "host/KDEScreensaverFrame.h"
 #include "main.h"
 
@@ -26,12 +30,22 @@ public:
     ~Standin() override { say("destroyed"); }
 
     bool initGL() override {
-        glClearColor(0.0F, 0.5F, 1.0F, 1.0F);
+        glViewport(0, 0, resolution_x, resolution_y);
         return true;
+    }
+    /// What the real scene does when its window has another size.
+    void setViewSize(int width, int height) {
+        const bool current = QGLContext::currentContext() == context();
+        std::printf("setViewSize %d x %d%s\n", width, height, current ? "" : " without context");
+        std::fflush(stdout);
+        resolution_x = width;
+        resolution_y = height;
+        initGL();
     }
     bool initScene() override {
         std::printf("initScene %d x %d\n", resolution_x, resolution_y);
         std::fflush(stdout);
+        makeSound();
         glGenTextures(1, &texture);
         GLint samples = 0;
         glGetIntegerv(GL_SAMPLES, &samples);
@@ -41,7 +55,10 @@ public:
     }
     void updateScene() override { ++frames; }
     void renderScene() override {
+        // Only the viewport has the colour.
         glClear(GL_COLOR_BUFFER_BIT);
+        glColor3f(0.0F, 0.5F, 1.0F);
+        glRectf(-1, -1, 1, 1);
         if (frames == 3)
             say("drawing");
         if (std::getenv("STANDIN_COUNTS"))
@@ -53,6 +70,7 @@ public:
         return true;
     }
     bool cleanup() override {
+        Mix_CloseAudio();
         glDeleteTextures(1, &texture);
         say("cleanup");
         if (std::getenv("STANDIN_HANGS"))
@@ -62,9 +80,26 @@ public:
     bool resetEvents() override { return true; }
 
 private:
+    /// As loud as can be, for ever, where STANDIN_SOUNDS is in the environment.
+    void makeSound() {
+        static std::int16_t wave[4096];
+        std::fill(std::begin(wave), std::end(wave), 32000);
+        if (!std::getenv("STANDIN_SOUNDS") || Mix_OpenAudio(22050, AUDIO_S16LSB, 2, 256) != 0)
+            return;
+        static Mix_Chunk chunk = {};
+        chunk.abuf = reinterpret_cast<Uint8*>(wave);
+        chunk.alen = sizeof wave;
+        chunk.volume = MIX_MAX_VOLUME;
+        Mix_PlayChannel(-1, &chunk, -1);
+    }
+
     int frames = 0;
     GLuint texture = 0;
 };
+
+Standin& standin(KScreenSaver& saver) {
+    return static_cast<Standin&>(*static_cast<KDEScreensaverFrame&>(saver).saver);
+}
 
 }  // namespace
 
@@ -91,3 +126,16 @@ QDialog* kss_setup() { return nullptr; }
 QDialog* createSetup(const std::string&) { return nullptr; }
 
 void showFrameRate(KScreenSaver&) { say("frame rate"); }
+
+void presetSetting(const EXTRA_VALUE& wanted) {
+    for (const EXTRA_SETTING& setting : extra_settings)
+        if (setting.field == wanted.field)
+            std::printf("setting %s %d\n", setting.key, wanted.value);
+    std::fflush(stdout);
+}
+
+void setViewSize(KScreenSaver& saver, int width, int height) {
+    standin(saver).setViewSize(width, height);
+}
+
+void skipUnseenTime(KScreenSaver&) { say("unseen time"); }

@@ -296,14 +296,33 @@ bool Client::exists(xcb_window_t window) {
     return area != nullptr;
 }
 
-PIXEL Client::pixel(int x, int y, int screen) {
-    const Owned<xcb_get_image_reply_t> image(xcb_get_image_reply(
-        xcb, xcb_get_image(xcb, XCB_IMAGE_FORMAT_Z_PIXMAP, screenAt(screen)->root, x, y, 1, 1, ~0U),
-        nullptr));
-    if (!image || xcb_get_image_data_length(image.get()) < 3)
-        return {-1, -1, -1};
+void Client::blacken(xcb_window_t window) {
+    const std::uint32_t black = 0;
+    xcb_change_window_attributes(xcb, window, XCB_CW_BACK_PIXEL, &black);
+    xcb_clear_area(xcb, 0, window, 0, 0, 0, 0);
+    xcb_flush(xcb);
+}
+
+PICTURE Client::picture(int x, int y, int width, int height, int screen) {
+    const Owned<xcb_get_image_reply_t> image(
+        xcb_get_image_reply(xcb,
+                            xcb_get_image(xcb, XCB_IMAGE_FORMAT_Z_PIXMAP, screenAt(screen)->root, x,
+                                          y, width, height, ~0U),
+                            nullptr));
+    const std::size_t count = std::size_t(width) * height;
+    if (!image || std::size_t(xcb_get_image_data_length(image.get())) < 4 * count)
+        return {};
+    PICTURE picture{width, height, {}};
+    picture.pixels.reserve(count);
     const std::uint8_t* bytes = xcb_get_image_data(image.get());
-    return {bytes[2], bytes[1], bytes[0]};
+    for (std::size_t i = 0; i < count; ++i, bytes += 4)
+        picture.pixels.push_back({bytes[2], bytes[1], bytes[0]});
+    return picture;
+}
+
+PIXEL Client::pixel(int x, int y, int screen) {
+    const PICTURE one = picture(x, y, 1, 1, screen);
+    return one.pixels.empty() ? PIXEL{-1, -1, -1} : one.pixels[0];
 }
 
 bool Client::waitForPixel(int x, int y, PIXEL colour, int screen) {

@@ -78,6 +78,15 @@ struct PIXEL {
     }
 };
 
+/// A piece of the screen, as it was at one moment.
+struct PICTURE {
+    int width = 0;
+    int height = 0;
+    std::vector<PIXEL> pixels;  ///< row by row from the top; empty when there was nothing to see
+
+    const PIXEL& at(int x, int y) const { return pixels[std::size_t(y) * width + x]; }
+};
+
 /// What another program does that owns windows: a host, seen from the X server.
 class Client {
 public:
@@ -106,6 +115,10 @@ public:
     xcb_window_t find(int width, int height);
     bool exists(xcb_window_t window);
 
+    /// Paints a window black, now and whenever it is uncovered.
+    void blacken(xcb_window_t window);
+    /// What this part of the screen shows.
+    PICTURE picture(int x, int y, int width, int height, int screen = 0);
     /// Colour on the screen at this place.
     PIXEL pixel(int x, int y, int screen = 0);
     /// Waits until the place shows this colour; false when patience (60 seconds) runs out.

@@ -1,0 +1,158 @@
+#include "host/SoundGate.h"
+
+#include <SDL_mixer.h>
+#include <dlfcn.h>
+#include <unistd.h>
+
+#include <QCoreApplication>
+#include <QX11Info>
+#include <algorithm>
+#include <chrono>
+#include <cstdlib>
+#include <cstring>
+#include <memory>
+#include <string>
+#include <thread>
+#include <vector>
+
+namespace {
+
+constexpr int FADE_MS = 60;
+constexpr int SLICE = 64;  // sample frames of the same loudness
+
+template <class REPLY>
+using Owned = std::unique_ptr<REPLY, void (*)(void*)>;
+
+xcb_window_t ownerOf(xcb_connection_t* connection, xcb_atom_t selection) {
+    const Owned<xcb_get_selection_owner_reply_t> reply(
+        xcb_get_selection_owner_reply(connection, xcb_get_selection_owner(connection, selection),
+                                      nullptr),
+        std::free);
+    return reply ? reply->owner : XCB_NONE;
+}
+
+/// Takes a message of the sound library: file, line, function, error, text.
+void ignoreMessage(const char*, int, const char*, int, const char*, ...) {}
+
+}  // namespace
+
+void Fade::apply(std::uint8_t* stream, int bytes) {
+    int rate = 0, channels = 0;
+    Uint16 format = 0;
+    if (!Mix_QuerySpec(&rate, &format, &channels))
+        return;
+    const int frame = channels * (format & 0xff) / 8;  // bytes
+    const int length = rate * FADE_MS / 1000;          // of the fade, frames
+    const bool opening = target;
+    if (opening && level >= length)
+        return;
+    const std::vector<std::uint8_t> loud(stream, stream + bytes);
+    const bool is_signed = format & 0x8000;
+    std::memset(stream, is_signed ? 0 : 0x80, static_cast<std::size_t>(bytes));
+    for (int at = 0; at < bytes; at += SLICE * frame) {
+        level = std::clamp(level + (opening ? SLICE : -SLICE), 0, length);
+        SDL_MixAudio(stream + at, loud.data() + at,
+                     static_cast<Uint32>(std::min(SLICE * frame, bytes - at)),
+                     SDL_MIX_MAXVOLUME * level / length);
+    }
+}
+
+SoundGate::SoundGate()
+    : connection(QX11Info::connection()),
+      selection(XCB_NONE),
+      own(XCB_NONE),
+      watched(XCB_NONE),
+      drawing(false) {
+    const std::string name = "_ATOLLIA_SOUND_" + std::to_string(getuid());
+    const Owned<xcb_intern_atom_reply_t> atom(
+        xcb_intern_atom_reply(
+            connection,
+            xcb_intern_atom(connection, 0, static_cast<std::uint16_t>(name.size()), name.c_str()),
+            nullptr),
+        std::free);
+    if (atom)
+        selection = atom->atom;
+    qApp->installNativeEventFilter(this);
+    Mix_SetPostMix([](void* passage, Uint8* stream,
+                      int bytes) { static_cast<Fade*>(passage)->apply(stream, bytes); },
+                   &fade);
+    setDrawing(true);
+}
+
+SoundGate::~SoundGate() {
+    Mix_SetPostMix(nullptr, nullptr);
+    qApp->removeNativeEventFilter(this);
+    release();
+}
+
+void SoundGate::setDrawing(bool now) {
+    if (now == drawing)
+        return;
+    drawing = now;
+    if (drawing)
+        claim();
+    else
+        release();
+}
+
+void SoundGate::end(int milliseconds) {
+    using namespace std::chrono;
+    fade.open(false);
+    const auto until = steady_clock::now() + std::chrono::milliseconds(milliseconds);
+    while (!fade.closed() && Mix_QuerySpec(nullptr, nullptr, nullptr) &&
+           steady_clock::now() < until)
+        std::this_thread::sleep_for(std::chrono::milliseconds(2));
+}
+
+void SoundGate::claim() {
+    if (!own) {
+        own = xcb_generate_id(connection);
+        const xcb_window_t root = QX11Info::appRootWindow();
+        xcb_create_window(connection, 0, own, root, -1, -1, 1, 1, 0, XCB_WINDOW_CLASS_INPUT_ONLY,
+                          XCB_COPY_FROM_PARENT, 0, nullptr);
+    }
+    // Nobody comes between the question and what follows from the answer.
+    xcb_grab_server(connection);
+    watched = ownerOf(connection, selection);
+    if (watched) {
+        const std::uint32_t mask = XCB_EVENT_MASK_STRUCTURE_NOTIFY;
+        xcb_change_window_attributes(connection, watched, XCB_CW_EVENT_MASK, &mask);
+    } else {
+        xcb_set_selection_owner(connection, own, selection, XCB_CURRENT_TIME);
+    }
+    xcb_ungrab_server(connection);
+    xcb_flush(connection);
+    fade.open(watched == XCB_NONE);
+}
+
+void SoundGate::release() {
+    fade.open(false);
+    if (own)
+        xcb_destroy_window(connection, own);  // the others hear of it
+    xcb_flush(connection);
+    own = watched = XCB_NONE;
+}
+
+bool SoundGate::nativeEventFilter(const QByteArray& type, void* message, long*) {
+    if (type != "xcb_generic_event_t")
+        return false;
+    const auto* event = static_cast<const xcb_generic_event_t*>(message);
+    if ((event->response_type & 0x7f) != XCB_DESTROY_NOTIFY)
+        return false;
+    const auto* destroyed = reinterpret_cast<const xcb_destroy_notify_event_t*>(event);
+    if (watched && destroyed->window == watched)
+        claim();
+    return false;
+}
+
+void quietSoundLibrary() {
+    using HANDLER = decltype(&ignoreMessage);
+    void* library = dlopen("libasound.so.2", RTLD_LAZY | RTLD_NOLOAD);
+    if (!library)
+        return;
+    const auto set =
+        reinterpret_cast<int (*)(HANDLER)>(dlsym(library, "snd_lib_error_set_handler"));
+    if (set)
+        set(ignoreMessage);
+    dlclose(library);
+}

@@ -1,0 +1,54 @@
+#pragma once
+
+#include <xcb/xcb.h>
+
+#include <QAbstractNativeEventFilter>
+#include <atomic>
+#include <cstdint>
+
+/// Fades a stream of samples in and out, over 60 milliseconds.
+class Fade {
+public:
+    /// May be called on any thread.
+    void open(bool wanted) { target = wanted; }
+    /// Nothing is let through any more.
+    bool closed() const { return !target && level == 0; }
+    /// Lets through what the mixer has mixed, on the mixer's thread.
+    void apply(std::uint8_t* stream, int bytes);
+
+private:
+    std::atomic<bool> target{false};
+    std::atomic<int> level{0};  ///< in sample frames of the fade that have passed
+};
+
+/// Decides when this process is heard: while it draws, and while no other saver of this person on
+/// this display is. That one owns a selection of the X server; the next one takes it over when it
+/// ends or stops drawing. Whatever the mixer plays passes here; one object per process, made before
+/// the sounds start, on the toolkit's thread.
+class SoundGate : private QAbstractNativeEventFilter {
+public:
+    SoundGate();
+    ~SoundGate() override;
+    SoundGate(const SoundGate&) = delete;
+    SoundGate& operator=(const SoundGate&) = delete;
+
+    /// Drawing goes on or stops.
+    void setDrawing(bool drawing);
+    /// Silence for the rest. Waits until it has been mixed, but no longer than this.
+    void end(int milliseconds);
+
+private:
+    bool nativeEventFilter(const QByteArray& type, void* message, long* result) override;
+    void claim();
+    void release();
+
+    xcb_connection_t* connection;
+    xcb_atom_t selection;
+    xcb_window_t own;      ///< owns the selection; 0 while we do not ask for it
+    xcb_window_t watched;  ///< another saver's that does; 0 when we do
+    bool drawing;
+    Fade fade;
+};
+
+/// The sound library's own messages about machines without a sound card are not printed any more.
+void quietSoundLibrary();
