@@ -34,13 +34,14 @@ namespace bench {
 double cpuTime() { return milliseconds(CLOCK_PROCESS_CPUTIME_ID); }
 double wallTime() { return milliseconds(CLOCK_MONOTONIC); }
 
-World::World(int school, bool sound, int camerapos) : context(WIDTH, HEIGHT) {
+World::World(int school, bool sound, int camerapos, int width, int height)
+    : context(width, height) {
     ticks = 0;
     random_state = 1;
     if (!context.ok())
         return;
     scene = std::make_unique<CMarivistaScreensaver>();
-    scene->loadSettings(WIDTH, HEIGHT);
+    scene->loadSettings(width, height);
     scene->wantedwssettings.boidcount = school;
     scene->wantedwssettings.soundOn = sound;
     scene->wantedwssettings.camerapos = camerapos;

@@ -30,7 +30,8 @@ class World {
 public:
     /// The camera as the setting CameraPos has it; LEVEL is none of its values: the lower end of
     /// the automatic camera's way, at rest.
-    explicit World(int school = 10, bool sound = false, int camerapos = 0);
+    explicit World(int school = 10, bool sound = false, int camerapos = 0, int width = WIDTH,
+                   int height = HEIGHT);
     static constexpr int LEVEL = 4;
     ~World();
     World(const World&) = delete;
