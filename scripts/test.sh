@@ -42,7 +42,7 @@ left_out=$(awk '
     ' "$results")
 if [ -n "$left_out" ]; then
     if [ -z "$hosts" ]; then
-        echo "Left out, until scripts/test.sh --hosts installs what they need: $left_out."
+        echo "Left out: $left_out. See scripts/test.sh --hosts."
     else
         echo "Left out: $left_out."
         [ $status -ne 0 ] || status=1
