@@ -25,8 +25,9 @@ public:
     /// Opens the device; false, without a message, when there is none to be had. The audio_*
     /// members then say what it really gave.
     bool initialize();
-    /// Loads the background loop, a WAV file in plain 8- or 16-bit samples. Prints a line when that
-    /// fails, and is true all the same: a saver without its waves is no failure.
+    /// Loads the background loop, a file of any kind that the mixer reads: WAV, AIFF, Ogg, FLAC,
+    /// VOC. Prints a line when that fails, and is true all the same: a saver without its waves is
+    /// no failure.
     bool loadMusic(const char* path);
     /// Plays the background loop for ever on a free channel.
     void playMusic();

@@ -51,6 +51,10 @@ int __wrap_Mix_PlayChannelTimed(int channel, Mix_Chunk* chunk, int loops, int ti
                     std::to_string(loops) + ", ticks " + std::to_string(ticks));
     return -1;
 }
+int __wrap_Mix_AllocateChannels(int count) {
+    calls.push_back("allocate " + std::to_string(count));
+    return count;
+}
 int __wrap_Mix_HaltMusic() {
     calls.push_back("halt music");
     return 0;
@@ -70,9 +74,10 @@ using testing::ElementsAre;
 class MixerTest : public testing::Test {
 protected:
     MixerTest() {
+        device_there = true;
+        EXPECT_TRUE(opened.initialize());
         calls.clear();
         loaded = 0;
-        device_there = true;
         path = testing::TempDir() + "mixer" + std::to_string(getpid()) + ".wav";
         const unsigned char bytes[] = {'R', 'I', 'F', 'F', 40,   0,    0, 0, 'W', 'A', 'V', 'E',
                                        'f', 'm', 't', ' ', 16,   0,    0, 0, 1,   0,   1,   0,
@@ -84,6 +89,7 @@ protected:
     ~MixerTest() override { std::remove(path.c_str()); }
 
     std::string path;
+    Sound opened;  ///< each test begins with a device that nobody has closed
 };
 
 TEST_F(MixerTest, TheSceneDoesAllOfIt) {

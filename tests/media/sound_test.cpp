@@ -428,6 +428,126 @@ TEST_F(SoundTest, TakesThePlainKindsOfWav) {
     EXPECT_EQ(sound.sounds.size(), 7u) << "a single frame";
 }
 
+void append(Bytes& bytes, const char* text) {
+    bytes.insert(bytes.end(), text, text + strlen(text));
+}
+void append(Bytes& bytes, Uint64 value, int width, bool big_endian = false) {
+    for (int i = 0; i < width; ++i)
+        bytes.push_back(Uint8(value >> (8 * (big_endian ? width - 1 - i : i))));
+}
+
+/// Four blocks of compressed samples, coding 2 (MS) or 17 (IMA), mono.
+Bytes adpcmBytes(Uint16 coding, Uint32 rate = 22050) {
+    const bool ms = coding == 2;
+    constexpr Uint32 block = 256;
+    Bytes bytes;
+    append(bytes, "RIFF"), append(bytes, (ms ? 70 : 40) + 4 * block, 4), append(bytes, "WAVEfmt ");
+    append(bytes, ms ? 50 : 20, 4), append(bytes, coding, 2), append(bytes, 1, 2);
+    append(bytes, rate, 4), append(bytes, rate / 2, 4), append(bytes, block, 2);
+    append(bytes, 4, 2), append(bytes, ms ? 32 : 2, 2);
+    append(bytes, ms ? (block - 7) * 2 + 2 : (block - 4) * 2 + 1, 2);
+    if (ms) {
+        append(bytes, 7, 2);
+        for (int c : {256, 0, 512, -256, 0, 0, 192, 64, 240, 0, 460, -208, 392, -232})
+            append(bytes, Uint16(c), 2);
+    }
+    append(bytes, "data"), append(bytes, 4 * block, 4);
+    for (Uint32 i = 0; i < 4 * block; ++i)
+        bytes.push_back(i % block < 4 ? 0 : Uint8(i * 37));
+    return bytes;
+}
+
+/// 500 frames of 16 bits, the rate as 1.mantissa times 2^exponent.
+Bytes aiffBytes(int exponent, Uint64 mantissa, int channels = 2) {
+    const Uint32 size = Uint32(500 * 2 * channels);
+    Bytes bytes;
+    append(bytes, "FORM"), append(bytes, 46 + size, 4, true), append(bytes, "AIFFCOMM");
+    append(bytes, 18, 4, true), append(bytes, Uint64(channels), 2, true);
+    append(bytes, 500, 4, true), append(bytes, 16, 2, true);
+    append(bytes, Uint64(16383 + exponent), 2, true), append(bytes, mantissa, 8, true);
+    append(bytes, "SSND"), append(bytes, 8 + size, 4, true), append(bytes, 0, 8);
+    bytes.resize(bytes.size() + size, 55);
+    return bytes;
+}
+
+/// A block of kind 9, 16 bits.
+Bytes vocBytes(Uint32 rate, int channels = 1) {
+    Bytes bytes;
+    append(bytes, "Creative Voice File\x1a"), append(bytes, 26, 2), append(bytes, 0x010a, 2);
+    append(bytes, 0x1129, 2), append(bytes, 9, 1), append(bytes, 12 + 1000, 3);
+    append(bytes, rate, 4), append(bytes, 16, 1), append(bytes, Uint64(channels), 1);
+    append(bytes, 4, 2), append(bytes, 0, 4);
+    bytes.resize(bytes.size() + 1000, 55);
+    bytes.push_back(0);
+    return bytes;
+}
+
+/// The beginning of an Ogg file that says so much of itself.
+Bytes oggBytes(Uint32 rate, int channels) {
+    Bytes bytes;
+    append(bytes, "OggS"), append(bytes, 0x0200, 2), append(bytes, 0, 20), append(bytes, 0x1e01, 2);
+    append(bytes, "\1vorbis"), append(bytes, 0, 4), append(bytes, Uint64(channels), 1);
+    append(bytes, rate, 4), append(bytes, 0, 12), append(bytes, 0x01b8, 2);
+    return bytes;
+}
+
+TEST_F(SoundTest, TakesWhateverTheMixerReads) {
+    const std::vector<FRAME> frames = pattern(500, 9000, 1);
+    WAV slow, fast, six;
+    slow.rate = 400;
+    fast.rate = 384000;
+    six.channels = 6;
+    const std::vector<std::pair<const char*, Bytes>> cases = {
+        {"MS ADPCM", adpcmBytes(2)},
+        {"IMA ADPCM", adpcmBytes(17)},
+        {"AIFF of 44100 Hz", aiffBytes(15, Uint64(44100) << 48)},
+        {"AIFF of 8000 Hz, mono", aiffBytes(12, Uint64(8000) << 51, 1)},
+        {"VOC of 11025 Hz", vocBytes(11025)},
+        {"WAV of 400 Hz", wavBytes(frames, slow)},
+        {"WAV of 384 kHz", wavBytes(frames, fast)},
+        {"WAV of six channels", wavBytes(frames, six)},
+    };
+    Sound sound;
+    ASSERT_TRUE(sound.initialize());
+    for (const auto& [name, bytes] : cases) {
+        const size_t before = sound.sounds.size();
+        sound.loadSound(fileWith(bytes).c_str(), 0);
+        ASSERT_EQ(sound.sounds.size(), before + 1) << name;
+        EXPECT_GT(sound.sounds.back().chunk->alen, 0u) << name;
+    }
+}
+
+TEST_F(SoundTest, LeavesOutWhatTheMixerWouldNotSurvive) {
+    const std::vector<FRAME> frames = pattern(500, 9000, 1);
+    std::vector<std::pair<std::string, Bytes>> cases;
+    for (Uint32 rate : {0u, 1u, 20u, 49u, 100000000u, 0x7fffffffu, 0x80000000u, 0xffffffffu}) {
+        const std::string name = " of " + std::to_string(rate) + " Hz";
+        WAV wav;
+        wav.rate = rate;
+        wav.bits = 8;
+        wav.channels = 1;
+        cases.push_back({"WAV" + name, wavBytes(frames, wav)});
+        cases.push_back({"VOC" + name, vocBytes(rate)});
+        cases.push_back({"ADPCM" + name, adpcmBytes(17, rate)});
+        cases.push_back({"Ogg" + name, oggBytes(rate, 2)});
+    }
+    WAV wide;
+    wide.channels = 256;
+    cases.push_back({"WAV of 256 channels", wavBytes(frames, wide)});
+    cases.push_back({"AIFF of 256 channels", aiffBytes(14, Uint64(22050) << 49, 256)});
+    cases.push_back({"AIFF of 2 Hz", aiffBytes(1, Uint64(1) << 63)});
+    cases.push_back({"AIFF of 2^28 Hz", aiffBytes(28, Uint64(1) << 63)});
+    cases.push_back({"VOC without channels", vocBytes(22050, 0)});
+    Sound sound;
+    ASSERT_TRUE(sound.initialize());
+    for (const auto& [name, bytes] : cases) {
+        testing::internal::CaptureStdout();
+        sound.loadSound(fileWith(bytes).c_str(), 0);
+        EXPECT_EQ(testing::internal::GetCapturedStdout(), "sc.chunk == NULL\n") << name;
+    }
+    EXPECT_TRUE(sound.sounds.empty());
+}
+
 TEST_F(SoundTest, BrokenFilesAreToldAndLeftOut) {
     const std::vector<FRAME> frames = pattern(500, 9000, 1);
     const auto broken = [&](auto change) {
