@@ -8,7 +8,8 @@
 #define DEFAULT_LANGUAGE "GER"
 #endif
 
-/// Most school fish and most single fish that the saver runs with, whatever the settings ask for.
+/// Most school fish and most single fish that the saver runs with, whatever the settings ask for: a
+/// number from a damaged file would otherwise ask for more memory than there is, or hang.
 constexpr int MAX_FISH = 1000;
 
 /// Path of a file of the installed data, from its name below the data directory LOADDIR.

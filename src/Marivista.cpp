@@ -70,7 +70,8 @@ void limitFish(int* count, const char* key) {
     }
 }
 
-/// Seconds of rest as milliseconds, kept within the range of an int.
+/// Seconds of rest as milliseconds, kept within the range of an int: a product that overflows would
+/// end a long rest at once.
 int saturatedSeconds(int seconds) {
     constexpr int limit = 2000000;
     return (seconds > limit ? limit : seconds < -limit ? -limit : seconds) * 1000;

@@ -88,6 +88,7 @@ void GLText::cleanup() {
 }
 
 bool GLText::createFont(const char* file) {
+    GLText::cleanup();
     FILE* stream = fopen(file, "rb");
     if (!stream)
         return false;
@@ -100,13 +101,13 @@ bool GLText::createFont(const char* file) {
 }
 
 bool GLText::createFont(const unsigned char* data, size_t size, const char* name) {
+    GLText::cleanup();
     GLFONT decoded;
     const unsigned char* texels = nullptr;
     if (const char* fault = decode(data, size, decoded, texels)) {
         printf("GLText::createFont %s %s\n", name, fault);
         return false;
     }
-    GLText::cleanup();
     font = decoded;
     numcharacters = static_cast<int>(int64_t(font.intEnd) - font.intStart + 1);
     if (numcharacters > 0)

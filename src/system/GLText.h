@@ -34,8 +34,8 @@ public:
     GLText(const GLText&) = delete;
     GLText& operator=(const GLText&) = delete;
 
-    /// Reads a font file into a texture; the GL context must be current. False, with everything as
-    /// it was, when there is no such file, which is silent, or when it is broken, which prints a
+    /// Reads a font file into a texture; the GL context must be current. False, without a
+    /// font, when there is no such file, which is silent, or when it is broken, which prints a
     /// line. Whether text is drawn is for the caller to say, in `initialized`.
     bool createFont(const char* file);
     /// The same for the bytes of a font file; the name is for the message.

@@ -6,15 +6,14 @@
 #include <cstddef>
 #include <cstdint>
 #include <memory>
+#include <optional>
 #include <string>
 #include <vector>
 
 #include "system/GLHelpers.h"
 
 class RenderObject;
-
-/// Vertex index of a triangle corner.
-typedef uint16_t GLIndex;
+struct MODEL_MESH;
 
 /// One named frame range.
 struct SAnimation {
@@ -39,7 +38,8 @@ public:
     QModel();
 
     /// Loads a ".nlm" file, which has the MD3 layout. False, after one line on standard output,
-    /// when the file cannot be opened or is broken; the model is then as it was before.
+    /// when the file cannot be opened or is broken; the model is then empty,
+    /// but for its animations.
     bool loadMD3(const char* path);
     /// Loads a file of the MD2 layout and appends the animations that its frame names tell.
     /// Failures as with loadMD3.
@@ -99,8 +99,8 @@ public:
     RenderObject* renderobj = nullptr;           ///< not owned
 
 private:
-    struct MESH;
-    void adopt(MESH& mesh);
+    /// Makes the mesh this model's; nothing empties it. Tells which.
+    bool adopt(std::optional<MODEL_MESH> mesh);
     MDX_FRAMEDATA* keyframe(int frame);
     void blend();
     template <class Positioned>

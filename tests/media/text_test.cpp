@@ -180,14 +180,16 @@ TEST_F(TextTest, CreateFontLeavesItToTheCallerWhetherTextIsDrawn) {
     EXPECT_TRUE(text.initialized);
     EXPECT_EQ(text.font.characters[0].dx, 25);
 
-    // Without a font that could take its place the old one stays.
-    testing::internal::CaptureStdout();
+    // A font that cannot be had or is broken leaves none.
     EXPECT_FALSE(text.createFont("no such font.nlf"));
+    EXPECT_EQ(text.font.characters, nullptr);
+    EXPECT_TRUE(text.createFont(bytes.data(), bytes.size(), "other.nlf"));
+    testing::internal::CaptureStdout();
     EXPECT_FALSE(text.createFont(bytes.data(), bytes.size() - 1, "cut.nlf"));
     EXPECT_EQ(testing::internal::GetCapturedStdout(),
               "GLText::createFont cut.nlf is shorter than its header says\n");
-    EXPECT_TRUE(text.initialized);
-    EXPECT_EQ(text.font.characters[0].dx, 25);
+    EXPECT_EQ(text.font.characters, nullptr);
+    EXPECT_EQ(text.numcharacters, 0);
     EXPECT_EQ(text.getLineheight(), 16);
 }
 

@@ -210,11 +210,17 @@ TEST(Md3, NamesAFileItCannotHave) {
     expectEmpty(model);
 }
 
-TEST(Md3, KeepsTheOldMeshWhenANewOneFails) {
-    QModel model;
-    ASSERT_TRUE(decode(model, MD3, Md3File::tetrahedron().bytes()));
-    EXPECT_NE(printed([&] { EXPECT_FALSE(decode(model, MD3, Bytes(50))); }), "");
-    expectSound(model);
+TEST(Md3, IsEmptyAfterANewFileFailed) {
+    for (const bool missing : {false, true}) {
+        QModel model;
+        ASSERT_TRUE(decode(model, MD3, Md3File::tetrahedron().bytes()));
+        EXPECT_NE(printed([&] {
+                      EXPECT_FALSE(missing ? model.loadMD3("no such file")
+                                           : decode(model, MD3, Bytes(50)));
+                  }),
+                  "");
+        expectEmpty(model);
+    }
 }
 
 TEST(Md3, SaysWhatIsWrong) {
