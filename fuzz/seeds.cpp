@@ -7,7 +7,7 @@
 
 #include "media/font_bytes.h"
 #include "models/model_bytes.h"
-#include "system/Support.h"
+#include "system/support.h"
 
 namespace {
 

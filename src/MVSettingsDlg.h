@@ -1,6 +1,7 @@
 #pragma once
 
 #include <array>
+#include <cstddef>
 
 /// The saver's options, shared by the scene and the setup dialog. A new record holds the defaults;
 /// nothing here or in the readers keeps a value in its range, only the dialog does.
@@ -60,7 +61,11 @@ inline constexpr std::array<SETTING, 18> settings_read = {{
 /// The same keys in the order in which they are written: "FishCount" before "BirdGull".
 inline constexpr std::array<SETTING, 18> settings_written = [] {
     std::array<SETTING, 18> order = settings_read;
-    order[10] = settings_read[11];
-    order[11] = settings_read[10];
+    for (std::size_t i = 1; i < order.size(); ++i) {
+        if (settings_read[i].number == &SaverSettings::fishcount) {
+            order[i - 1] = settings_read[i];
+            order[i] = settings_read[i - 1];
+        }
+    }
     return order;
 }();

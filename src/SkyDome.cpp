@@ -5,12 +5,6 @@
 
 #include "system/SceneClock.h"
 
-namespace {
-
-constexpr double RADIANS_PER_DEGREE = 0.017453292;
-
-}  // namespace
-
 SkyDome::SkyDome() : timer(sceneTicks()) {}
 
 void SkyDome::init(SKYDOME_MODE mode) {
@@ -33,30 +27,29 @@ void SkyDome::setColorBottom(float r, float g, float b) {
     colormode = true;
 }
 
-void SkyDome::freeVertices() {
+void SkyDome::cleanup() {
     delete[] vertices;
     vertices = nullptr;
     NumVertices = 0;
-}
-
-void SkyDome::freeIndices() {
     delete[] indices;
     indices = nullptr;
     NumIndices = 0;
 }
 
-void SkyDome::cleanup() {
-    freeVertices();
-    freeIndices();
-}
-
 void SkyDome::generateDome() {
-    freeVertices();
+    delete[] vertices;
+    vertices = nullptr;
+    NumVertices = 0;
     // The loops step by whole degrees.
     if (!(dtheta >= 1 && dphi >= 1))
         return;
     NumVertices = static_cast<int>(360 / dtheta * (90 / dphi) * 4);
     vertices = new SKYVERTEX[NumVertices]();
+
+    // The indices of an earlier plane stay, as far as they name a vertex that is there.
+    NumIndices = static_cast<int>(std::remove_if(indices, indices + NumIndices,
+                                                 [this](GLIndex i) { return i >= NumVertices; }) -
+                                  indices);
 
     SKYCOLOR color = topcolor;
     SKYCOLOR step{0, 0, 0};
@@ -186,10 +179,7 @@ void SkyDome::renderDome() {
 
 void SkyDome::renderPlane() {
     glBegin(GL_TRIANGLES);
-    for (int i = 0; i < NumIndices; ++i) {
-        // A plane's indices outlive it when a dome takes over.
-        if (indices[i] >= NumVertices)
-            continue;
+    for (int i = 0; vertices && i < NumIndices; ++i) {
         const SKYVERTEX& v = vertices[indices[i]];
         textureCoord(v.tex.x, v.tex.y);
         glVertex3f(v.vec.x, v.vec.y, v.vec.z);

@@ -21,8 +21,6 @@ struct SKYVERTEX {
     SKYCOLOR color;
 };
 
-using GLIndex = unsigned short;
-
 /// Give it a texture, build the mesh with init(), render each frame. Turns with the clock, from its
 /// construction on. Owns its arrays, which only cleanup() frees.
 class SkyDome : public RenderObject {
@@ -68,7 +66,5 @@ public:
     GLboolean lightenabled = GL_FALSE;  ///< lighting before this object's drawing
 
 private:
-    void freeVertices();
-    void freeIndices();
     void repairSeam(int i, float GLVector2::*coordinate, float threshold);
 };

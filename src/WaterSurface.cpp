@@ -3,20 +3,14 @@
 #include <GL/gl.h>
 
 #include <cmath>
+#include <vector>
 
 #include "system/SceneClock.h"
 
 namespace {
 
-constexpr float FULL_TURN = 6.2831855f;
 constexpr double RADIANS_PER_MS = 0.005;
 constexpr double AMPLITUDE = 0.035;
-
-void advance(float& phase, Uint32 elapsed) {
-    phase = static_cast<float>(phase + elapsed * RADIANS_PER_MS);
-    if (phase >= FULL_TURN)
-        phase -= FULL_TURN;
-}
 
 void issue(WaterSurface& surface, const WATERPOINT& point) {
     surface.textureCoord(point.tex.x, point.tex.y);
@@ -57,21 +51,20 @@ void WaterSurface::update() {
     const Uint32 now = sceneTicks();
     const Uint32 elapsed = now - timer;
     timer = now;
-    advance(curoffset1, elapsed);
-    advance(curoffset2, elapsed);
+    advancePhase(curoffset1, elapsed, RADIANS_PER_MS);
+    advancePhase(curoffset2, elapsed, RADIANS_PER_MS);
     if (!points_x)
         return;
 
-    // The wave along y is the same in every column. Its sines wait in the first column, which
-    // therefore is the last to get its heights.
-    WATERPOINT* rows = points_x[0].points_y;
+    // The wave along y is the same in every column.
+    std::vector<float> rows(numPoints_y);
     for (int j = 0; j < numPoints_y; ++j)
-        rows[j].pos.z = static_cast<float>(std::sin(j * 3.1415927 * 0.15 + curoffset2));
-    for (int i = numPoints_x - 1; i >= 0; --i) {
+        rows[j] = static_cast<float>(std::sin(j * 3.1415927 * 0.15 + curoffset2));
+    for (int i = 0; i < numPoints_x; ++i) {
         const float a = static_cast<float>(std::sin(i * 3.1415927 * 0.18 + curoffset1));
         WATERPOINT* points = points_x[i].points_y;
         for (int j = 0; j < numPoints_y; ++j)
-            points[j].pos.z = static_cast<float>(rows[j].pos.z * AMPLITUDE + a * AMPLITUDE);
+            points[j].pos.z = static_cast<float>(rows[j] * AMPLITUDE + a * AMPLITUDE);
     }
 }
 

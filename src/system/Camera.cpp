@@ -6,15 +6,6 @@
 
 namespace {
 
-GLMatrix rotation(const GLVector3& axis, float deg) {
-    Quaternion q;
-    q.createFromAngle(axis.x, axis.y, axis.z, deg);
-    q.normalize();
-    GLMatrix m;
-    q.createMatrix(&m);
-    return m;
-}
-
 GLVector3 sideways(const GLVector3& direction, const GLVector3& up) {
     GLVector3 side = cross(&direction, &up);
     side.normalize();
@@ -50,14 +41,14 @@ void Camera::pitch(float deg) {
         rotationX = r;
     }
     GLVector3 d = vAt - vEye;
-    const GLMatrix turn = rotation(sideways(d, vUp), deg);
+    const GLMatrix turn = rotationAbout(sideways(d, vUp), deg);
     d.transform(&turn);
     vAt = vEye + d;
 }
 
 void Camera::yaw(float deg) {
     GLVector3 d = vAt - vEye;
-    const GLMatrix turn = rotation(vUp, deg);
+    const GLMatrix turn = rotationAbout(vUp, deg);
     d.transform(&turn);
     vAt = vEye + d;
 }
@@ -65,7 +56,7 @@ void Camera::yaw(float deg) {
 void Camera::roll(float deg) {
     GLVector3 d = vAt - vEye;
     d.normalize();
-    const GLMatrix turn = rotation(d, deg);
+    const GLMatrix turn = rotationAbout(d, deg);
     vUp.transform(&turn);
     vUp.normalize();
 }
@@ -85,7 +76,7 @@ void Camera::strafe(float x, float y) {
 }
 
 void Camera::pitchAroundOrigin(float deg) {
-    const GLMatrix turn = rotation(sideways(vAt - vEye, vUp), -deg);
+    const GLMatrix turn = rotationAbout(sideways(vAt - vEye, vUp), -deg);
     GLVector3 e = vEye - vAt;
     e.transform(&turn);
     vUp.transform(&turn);
@@ -94,7 +85,7 @@ void Camera::pitchAroundOrigin(float deg) {
 
 void Camera::yawAroundOrigin(float deg) {
     vUp.normalize();
-    const GLMatrix turn = rotation(vUp, -deg);
+    const GLMatrix turn = rotationAbout(vUp, -deg);
     GLVector3 e = vEye - vAt;
     e.transform(&turn);
     vEye = vAt + e;

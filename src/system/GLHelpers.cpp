@@ -11,8 +11,6 @@
 
 namespace {
 
-constexpr double RADIANS_PER_DEGREE = 0.017453292;
-
 double halfAngle(float deg) { return deg / 180.0 * 3.1415927 / 2; }
 
 template <typename Vector>
@@ -146,6 +144,15 @@ void Quaternion::normalize() {
     w /= length;
 }
 
+GLMatrix rotationAbout(const GLVector3& axis, float deg) {
+    Quaternion q;
+    q.createFromAngle(axis.x, axis.y, axis.z, deg);
+    q.normalize();
+    GLMatrix m;
+    q.createMatrix(&m);
+    return m;
+}
+
 GLVector3 vectorFromPoints(const GLVector3* a, const GLVector3* b) { return *a - *b; }
 
 GLVector3 addVector(const GLVector3* a, const GLVector3* b) { return *a + *b; }
@@ -261,7 +268,7 @@ float modulo(float v, int n) {
 float randomf(float min, float max, int precision) {
     const float d = max - min;
     float m = 10;
-    for (int i = 1; i < precision && m < 1e9f; ++i)
+    for (int i = 1; i < precision && std::isfinite(m * 10); ++i)
         m *= 10;
     const int r = std::rand();
     const float steps = m * d;

@@ -8,10 +8,15 @@
 #include <cstdint>
 
 constexpr float PI = 3.1415926535897f;
+constexpr float FULL_TURN = 6.2831855f;
+constexpr double RADIANS_PER_DEGREE = 0.017453292;
 #define DTOR(x) ((x) * (PI / 180))
 #define RTOD(x) ((x) * (180 / PI))
 // The argument stands bare on purpose: pass a single name only.
 #define SQR(x) (x * x)
+
+/// Index of a vertex in a mesh.
+using GLIndex = uint16_t;
 
 struct GLMatrix;
 
@@ -111,6 +116,9 @@ struct Quaternion {
     float x = 0, y = 0, z = 0, w = 1;
 };
 
+/// The rotation about an axis of unit length, in degrees; see GLVector3::transform for which way.
+GLMatrix rotationAbout(const GLVector3& axis, float deg);
+
 /// a - b: the vector that leads from b to a.
 GLVector3 vectorFromPoints(const GLVector3* a, const GLVector3* b);
 GLVector3 addVector(const GLVector3* a, const GLVector3* b);
@@ -157,9 +165,17 @@ bool isPointInsidePolygon(const GLVector2* polygon, int n, const GLVector2* p);
 /// Whether `name` is a word of the OpenGL extension string; needs a current context.
 bool searchForExtension(const char* name);
 
-/// The program's directory with a final slash, as far as it fits into `size` bytes; nothing is
-/// written when size is below 2.
+/// Copies "./", for what lies beside the program lies in the working directory, as far as it fits
+/// into `size` bytes; nothing is written when size is below 2.
 void getModulePath(char* dst, int size);
+
+/// Lets a wave's phase, in [0, FULL_TURN), move on by so many milliseconds; a full turn is taken
+/// off once.
+inline void advancePhase(float& phase, uint32_t elapsed, double radiansPerMs) {
+    phase = static_cast<float>(phase + elapsed * radiansPerMs);
+    if (phase >= FULL_TURN)
+        phase -= FULL_TURN;
+}
 
 /// What a timer of a few seconds counts of so many milliseconds: so few that the sum fits an int,
 /// enough to end any such timer.

@@ -38,8 +38,7 @@ bool HeightMap::loadRAW(const char* file, int width, int height, int /*depth*/) 
     freeSamples();
     const bool loaded = allocateSamples(width, height);
     // A short file leaves the rest at 0.
-    if (loaded && std::fread(mapdata, 1, numMapPixels, source) == 0)
-        std::fill_n(mapdata, numMapPixels, 0);
+    [[maybe_unused]] const size_t count = loaded ? std::fread(mapdata, 1, numMapPixels, source) : 0;
     std::fclose(source);
     return loaded;
 }

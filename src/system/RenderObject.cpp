@@ -6,14 +6,9 @@
 
 namespace {
 
-// Turns v about the axis, in the direction of GLVector3::transform.
 void turn(GLVector3& v, const GLVector3& axis, float deg) {
-    Quaternion q;
-    q.createFromAngle(axis.x, axis.y, axis.z, deg);
-    q.normalize();
-    GLMatrix m;
-    q.createMatrix(&m);
-    v.transform(&m);
+    const GLMatrix rotation = rotationAbout(axis, deg);
+    v.transform(&rotation);
 }
 
 bool areApart(float a, float half_a, float b, float half_b) {

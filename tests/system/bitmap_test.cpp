@@ -5,7 +5,7 @@
 #include <climits>
 #include <memory>
 
-#include "Support.h"
+#include "support.h"
 
 namespace {
 

@@ -4,7 +4,7 @@
 
 #include <cmath>
 
-#include "Support.h"
+#include "support.h"
 #include "support/clock.h"
 #include "support/gl_recorder.h"
 

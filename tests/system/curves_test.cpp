@@ -5,7 +5,7 @@
 #include <limits>
 #include <set>
 
-#include "Support.h"
+#include "support.h"
 #include "support/chance.h"
 #include "support/gl_recorder.h"
 #include "system/GLHelpers.h"
@@ -104,6 +104,15 @@ TEST(Randomf, shiftsByTheLowerEnd) {
     EXPECT_FLOAT_EQ(randomf(-4, 3, 2), 2.99f);
     EXPECT_EQ(randomf(-4, 3, 2), -4);
     EXPECT_FLOAT_EQ(randomf(-4, -1, 3), -3.75f);
+}
+
+TEST(Randomf, takesAnyNumberOfDecimals) {
+    test::setRandom({2000000000, 2000000000, 123, 123});
+    EXPECT_FLOAT_EQ(randomf(0, 1, 10), 0.2f);
+    EXPECT_FLOAT_EQ(randomf(0, 0.1f, 11), 0.02f);
+    // Every power of ten that a float holds counts, those above do not.
+    EXPECT_FLOAT_EQ(randomf(0, 1, 38), 1.23e-36f);
+    EXPECT_FLOAT_EQ(randomf(0, 1, 39), 1.23e-36f);
 }
 
 TEST(Randomf, neverExceedsTheUpperEnd) {

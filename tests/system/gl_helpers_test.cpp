@@ -6,7 +6,7 @@
 #include <cmath>
 #include <limits>
 
-#include "Support.h"
+#include "support.h"
 
 namespace {
 

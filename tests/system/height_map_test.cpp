@@ -6,7 +6,7 @@
 
 #include <climits>
 
-#include "Support.h"
+#include "support.h"
 #include "support/gl_recorder.h"
 
 namespace {

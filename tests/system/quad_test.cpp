@@ -2,7 +2,7 @@
 
 #include <gtest/gtest.h>
 
-#include "Support.h"
+#include "support.h"
 #include "support/gl_recorder.h"
 
 namespace {

@@ -10,10 +10,10 @@
 #include <vector>
 
 #include "SkyDome.h"
-#include "Support.h"
 #include "WaterGround.h"
 #include "WaterSurface.h"
 #include "offscreen.h"
+#include "support.h"
 #include "support/clock.h"
 #include "system/TexturedQuad.h"
 

@@ -5,7 +5,7 @@
 
 #include <SDL_rwops.h>
 
-#include "Support.h"
+#include "support.h"
 #include "support/gl_recorder.h"
 
 namespace {

@@ -5,7 +5,7 @@
 
 #include <cmath>
 
-#include "Support.h"
+#include "support.h"
 #include "support/clock.h"
 #include "support/gl_recorder.h"
 
