@@ -42,6 +42,7 @@ is_version() { # WHERE WHAT
 }
 is_version CMakeLists.txt "$(sed -n 's/^project(atollia VERSION \([0-9.]*\) .*/\1/p' "$top/CMakeLists.txt")"
 is_version changelog "$(dpkg-parsechangelog -l "$top/packaging/changelog" -S Version)"
+is_version CHANGELOG.md "$(sed -n 's/^## \([0-9.]*\)$/\1/p' "$top/CHANGELOG.md" | head -n 1)"
 is_version metainfo.xml "$(sed -n 's/.*<release version="\([^"]*\)".*/\1/p' \
     "$root/usr/share/metainfo/atollia.metainfo.xml" | head -n 1)"
 for page in man6/atollia.kss.6.gz man1/atollia-xscreensaver.1.gz; do
