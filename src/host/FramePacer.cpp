@@ -151,8 +151,10 @@ bool FramePacer::mayDraw() {
     if (started && !limit.due(time))
         return false;
     // News of a destroyed window comes late, and Mesa's software renderer crashes drawing into one.
-    state.viewable = readyToPaint();
-    return state.viewable;
+    if (readyToPaint())
+        return true;
+    next_question = 0;  // the next tick finds out whether that lasts
+    return false;
 }
 
 void FramePacer::askServer() {

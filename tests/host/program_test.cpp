@@ -343,10 +343,11 @@ protected:
         }
         return false;
     }
-    /// The scene was told of one time that nobody saw, before the first frame after it.
-    static void expectTold(const Process& saver, int times = 1) {
-        EXPECT_EQ(count(saver.output(), "unseen time\n"), times);
+    /// How often the scene was told of time that nobody saw, each time before a frame.
+    static int told(const Process& saver) {
+        const int times = count(saver.output(), "unseen time\n");
         EXPECT_EQ(count(saver.output(), "unseen time\nframe\n"), times);
+        return times;
     }
 };
 
@@ -354,17 +355,18 @@ TEST_F(Unseen, NothingIsDrawnWhileTheHostIsUnmapped) {
     const xcb_window_t host = client->window(0, 0, 300, 200);
     Process saver = start({"-window-id", hex(host)}, {"STANDIN_COUNTS=1"});
     ASSERT_TRUE(saver.waitForLine("drawing")) << saver.errors();
+    const int before = told(saver);  // also while it waited for its window
     client->unmap(host);
     EXPECT_TRUE(fallsSilent(saver));
-    expectTold(saver, 0);
+    EXPECT_EQ(told(saver), before);
     client->map(host);
     EXPECT_TRUE(drawsAgain(saver));
-    expectTold(saver);
+    EXPECT_EQ(told(saver), before + 1);
     client->unmap(host);
     EXPECT_TRUE(fallsSilent(saver));
     client->map(host);
     EXPECT_TRUE(drawsAgain(saver));
-    expectTold(saver, 2);
+    EXPECT_EQ(told(saver), before + 2);
     client->destroy(host);
     expectCleanEnd(saver, saver.wait());
 }
@@ -373,11 +375,12 @@ TEST_F(Unseen, NothingIsDrawnWhileTheHostIsCovered) {
     const xcb_window_t host = client->window(50, 50, 300, 200);
     Process saver = start({"-window-id", hex(host)}, {"STANDIN_COUNTS=1"});
     ASSERT_TRUE(saver.waitForLine("drawing")) << saver.errors();
+    const int before = told(saver);
     const xcb_window_t cover = client->window(0, 0, 400, 300);
     EXPECT_TRUE(fallsSilent(saver));
     client->destroy(cover);
     EXPECT_TRUE(drawsAgain(saver));
-    expectTold(saver);
+    EXPECT_EQ(told(saver), before + 1);
 }
 
 TEST_F(Unseen, NothingIsDrawnInAWindowThatWasCoveredFromTheStart) {
@@ -389,7 +392,7 @@ TEST_F(Unseen, NothingIsDrawnInAWindowThatWasCoveredFromTheStart) {
     EXPECT_TRUE(fallsSilent(saver));
     client->destroy(cover);
     EXPECT_TRUE(drawsAgain(saver));
-    expectTold(saver);
+    EXPECT_GE(told(saver), 1);
 }
 
 TEST_F(Unseen, NothingIsDrawnWhileTheMonitorSleeps) {
@@ -400,11 +403,12 @@ TEST_F(Unseen, NothingIsDrawnWhileTheMonitorSleeps) {
     Process saver =
         start({"-window-id", hex(host)}, {"STANDIN_COUNTS=1", "STANDIN_ASLEEP=" + file});
     ASSERT_TRUE(saver.waitForLine("drawing")) << saver.errors();
+    const int before = told(saver);
     std::ofstream{file};
     EXPECT_TRUE(fallsSilent(saver));
     std::remove(file.c_str());
     EXPECT_TRUE(drawsAgain(saver));
-    expectTold(saver);
+    EXPECT_EQ(told(saver), before + 1);
 }
 
 // ---- Sounds -------------------------------------------------------------------------------------
