@@ -14,8 +14,8 @@
 namespace {
 
 constexpr int ending_signals[] = {SIGTERM, SIGINT, SIGHUP};
-// The sounds fade for 60 milliseconds; the kernel needs its own time afterwards.
-constexpr long PATIENCE = 85'000'000;  // nanoseconds
+// The sounds get most of it for fading; the kernel needs its own time afterwards.
+constexpr long PATIENCE = 65'000'000;  // nanoseconds
 
 int wakeup[2] = {-1, -1};
 timer_t backstop;

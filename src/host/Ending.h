@@ -9,7 +9,7 @@
 /// Signals that ask it to end (TERM, and INT and HUP unless they were ignored at the start) run
 /// `stop` from the event loop; then the process dies by that same signal, because hosts read the
 /// cause of death. A host may wait for it with the screen locked, so a timer ends the process when
-/// that takes longer than 85 milliseconds. A lost X connection ends it at once, quietly, with
+/// that takes longer than 65 milliseconds. A lost X connection ends it at once, quietly, with
 /// status 0.
 class Ending : public QObject {
 public:

@@ -30,7 +30,7 @@ namespace {
 
 /// How long to wait for the sounds to fade. A host that sends a signal may wait with the screen
 /// locked; what is mixed next may be heard much later. Milliseconds.
-constexpr int FADE_AT_A_SIGNAL = 60;
+constexpr int FADE_AT_A_SIGNAL = 45;
 constexpr int FADE_AT_AN_END = 250;
 
 int fail(const std::string& reason) {

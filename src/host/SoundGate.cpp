@@ -31,6 +31,16 @@ xcb_window_t ownerOf(xcb_connection_t* connection, xcb_atom_t selection) {
     return reply ? reply->owner : XCB_NONE;
 }
 
+/// Asks for news of the window's end; false when there is no such window.
+bool watchEnd(xcb_connection_t* connection, xcb_window_t window) {
+    const std::uint32_t mask = XCB_EVENT_MASK_STRUCTURE_NOTIFY;
+    const Owned<xcb_generic_error_t> error(
+        xcb_request_check(connection, xcb_change_window_attributes_checked(
+                                          connection, window, XCB_CW_EVENT_MASK, &mask)),
+        std::free);
+    return !error;
+}
+
 /// Takes a message of the sound library: file, line, function, error, text.
 void ignoreMessage(const char*, int, const char*, int, const char*, ...) {}
 
@@ -111,17 +121,18 @@ void SoundGate::claim() {
         xcb_create_window(connection, 0, own, root, -1, -1, 1, 1, 0, XCB_WINDOW_CLASS_INPUT_ONLY,
                           XCB_COPY_FROM_PARENT, 0, nullptr);
     }
-    // Nobody comes between the question and what follows from the answer.
-    xcb_grab_server(connection);
-    watched = ownerOf(connection, selection);
-    if (watched) {
-        const std::uint32_t mask = XCB_EVENT_MASK_STRUCTURE_NOTIFY;
-        xcb_change_window_attributes(connection, watched, XCB_CW_EVENT_MASK, &mask);
-    } else {
-        xcb_set_selection_owner(connection, own, selection, XCB_CURRENT_TIME);
+    // Not with the server grabbed: hosts stop savers at any moment.
+    for (bool settled = false; !settled;) {
+        watched = ownerOf(connection, selection);
+        if (!watched) {
+            xcb_set_selection_owner(connection, own, selection, XCB_CURRENT_TIME);
+            watched = ownerOf(connection, selection);
+        }
+        // Without the window there is no owner either, and the question is asked again.
+        settled = watched == own || !watched || watchEnd(connection, watched);
     }
-    xcb_ungrab_server(connection);
-    xcb_flush(connection);
+    if (watched == own)
+        watched = XCB_NONE;
     fade.open(watched == XCB_NONE);
 }
 
@@ -137,11 +148,23 @@ bool SoundGate::nativeEventFilter(const QByteArray& type, void* message, long*) 
     if (type != "xcb_generic_event_t")
         return false;
     const auto* event = static_cast<const xcb_generic_event_t*>(message);
-    if ((event->response_type & 0x7f) != XCB_DESTROY_NOTIFY)
-        return false;
-    const auto* destroyed = reinterpret_cast<const xcb_destroy_notify_event_t*>(event);
-    if (watched && destroyed->window == watched)
-        claim();
+    switch (event->response_type & 0x7f) {
+        case XCB_DESTROY_NOTIFY: {
+            const auto* destroyed = reinterpret_cast<const xcb_destroy_notify_event_t*>(event);
+            if (watched && destroyed->window == watched)
+                claim();
+            break;
+        }
+        case XCB_SELECTION_CLEAR: {
+            // Two savers have asked at the same moment; the other one was later.
+            const auto* lost = reinterpret_cast<const xcb_selection_clear_event_t*>(event);
+            if (own && lost->owner == own)
+                claim();
+            break;
+        }
+        default:
+            break;
+    }
     return false;
 }
 

@@ -492,6 +492,19 @@ TEST_F(Sounds, OfOneSaverAtATime) {
     two.signal(SIGTERM);
     EXPECT_EQ(two.wait().signal, SIGTERM);
     EXPECT_TRUE(becomes("one", true)) << "not taken over";
+
+    // Another one asked at the same moment, and later: it is left alone, and watched.
+    xcb_connection_t* x = client->connection();
+    const std::string name = "_ATOLLIA_SOUND_" + std::to_string(getuid());
+    xcb_intern_atom_reply_t* atom = xcb_intern_atom_reply(
+        x, xcb_intern_atom(x, 0, static_cast<std::uint16_t>(name.size()), name.c_str()), nullptr);
+    ASSERT_NE(atom, nullptr);
+    xcb_set_selection_owner(x, right, atom->atom, XCB_CURRENT_TIME);
+    std::free(atom);
+    xcb_flush(x);
+    EXPECT_TRUE(becomes("one", false));
+    client->destroy(right);
+    EXPECT_TRUE(becomes("one", true));
 }
 
 class Signals : public Program, public testing::WithParamInterface<int> {};
