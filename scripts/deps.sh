@@ -19,7 +19,7 @@ packages_of() { # GROUP|PACKAGE
         echo libkf5config-dev libkf5widgetsaddons-dev
         echo libsdl1.2-dev libsdl-mixer1.2-dev
         echo libgl-dev libegl-dev libglu1-mesa-dev libgl1-mesa-dri
-        echo libxcb1-dev libxcb-dpms0-dev libx11-dev libpng-dev
+        echo libxcb1-dev libxcb-dpms0-dev libxcb-randr0-dev libx11-dev libpng-dev
         echo povray libfreetype-dev fonts-dejavu-core
         ;;
     display) echo xvfb imagemagick ;;

@@ -9,6 +9,7 @@
 #include <cstdlib>
 #include <ctime>
 #include <optional>
+#include <utility>
 #include <vector>
 
 #include "Globals.h"
@@ -16,6 +17,7 @@
 #include "Marivista.h"
 #include "host/Arguments.h"
 #include "host/KDEScreensaverFrame.h"
+#include "host/ScreenPainter.h"
 #include "setup/SetupLanguage.h"
 
 #define EXPORTED __attribute__((visibility("default")))
@@ -82,6 +84,21 @@ QDialog* createSetup(const std::string& language) {
     if (section.empty())
         section = setupLanguage(QLocale::system().uiLanguages(), texts.c_str());
     return new KMarivistaSetup(texts, section, nullptr, Qt::WindowFlags());
+}
+
+SCENE_PICTURE pictureOf(KScreenSaver& saver) {
+    CMarivistaScreensaver& scene = sceneOf(saver);
+    return {[&scene] {
+                const bool text = std::exchange(scene.fpsOn, false);
+                scene.renderScene();
+                scene.fpsOn = text;
+            },
+            [&scene] {
+                if (scene.fpsOn)
+                    scene.fpstext.render();
+            },
+            [&scene] { return scene.autoCameraDirection != 0; },
+            [&scene](int width, int height) { scene.setViewSize(width, height); }};
 }
 
 void showFrameRate(KScreenSaver& saver) { sceneOf(saver).fpsOn = true; }

@@ -4,6 +4,7 @@
 #include <string>
 
 struct EXTRA_VALUE;
+struct SCENE_PICTURE;
 class KScreenSaver;
 class QDialog;
 
@@ -31,6 +32,9 @@ QDialog* createSetup(const std::string& language);
 void presetSetting(const EXTRA_VALUE& wanted);
 
 // What the program asks of the saver's scene beside what its frame asks.
+
+/// The scene as a ScreenPainter draws it.
+SCENE_PICTURE pictureOf(KScreenSaver& saver);
 
 /// Switches the frame-rate line on.
 void showFrameRate(KScreenSaver& saver);

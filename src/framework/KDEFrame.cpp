@@ -71,7 +71,10 @@ void KDEFrame::paintGL() {
         return;
     loopready = false;
     updateScene();
-    renderScene();
+    if (painter)
+        painter();
+    else
+        renderScene();
     loopready = true;
 }
 

@@ -2,6 +2,7 @@
 
 #include <QByteArray>
 #include <QGLWidget>
+#include <functional>
 
 #include "framework/BaseFramework.h"
 
@@ -52,6 +53,9 @@ public:
     bool initdone;    ///< the first resize has started the scene
     bool loopready;   ///< no frame is being produced: guards against a nested paint
     KConfig* config;  ///< the open settings file, owned; null when none is open
+
+    /// Draws every frame in the place of renderScene, when there is one.
+    std::function<void()> painter;
 
 protected:
     void timerEvent(QTimerEvent* event) override;

@@ -7,6 +7,8 @@
 #include <cstdlib>
 #include <iterator>
 #include <limits>
+#include <locale>
+#include <sstream>
 
 namespace {
 
@@ -121,6 +123,21 @@ bool readChoice(ARGUMENTS& arguments, int EXTRA_SETTINGS::*field, const std::str
     return true;
 }
 
+bool readScale(ARGUMENTS& arguments, const std::string& text) {
+    if (text == "auto") {
+        arguments.scale = {};
+        return true;
+    }
+    // Not strtod: it reads what the locale calls a number.
+    std::istringstream stream(text);
+    stream.imbue(std::locale::classic());
+    double number = 0;
+    if (!(stream >> number) || !stream.eof() || !(number >= 0.4 && number <= 1))
+        return false;
+    arguments.scale = number;
+    return true;
+}
+
 template <class VALUE>
 bool keep(VALUE& place, const std::optional<VALUE>& value) {
     if (value)
@@ -142,6 +159,7 @@ const VALUE_OPTION value_options[] = {
          a.samples = parseNumber(text, 0, 32);
          return a.samples.has_value();
      }},
+    {"scale", "auto or a number from 0.4 to 1", readScale},
     {"proportions", "stretched or true",
      [](ARGUMENTS& a, const std::string& text) {
          return readChoice(a, &EXTRA_SETTINGS::proportions, text, "stretched", "true");
@@ -306,6 +324,7 @@ std::string usage() {
            "  -fps, -no-fps         show the frame rate or not\n"
            "  -maxfps N             draw at most N frames per second, 0: as suggested\n"
            "  -samples N            smooth edges with N samples per pixel, 0 for none\n"
+           "  -scale F              draw at this fraction of the resolution, 0.4 to 1, or auto\n"
            "  -proportions WHICH    stretched to the window, or true\n"
            "  -volume N             loudness of the sounds, from 0 to 100\n"
            "  -help                 print this text\n"

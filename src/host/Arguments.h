@@ -43,10 +43,11 @@ struct ARGUMENTS {
     std::string display;       ///< empty: as the environment says
     std::string language;      ///< of the setup dialog; empty: the locale's
     GEOMETRY geometry;
-    bool fullscreen = false;     ///< DEMO: fill the screen
-    bool fps = false;            ///< show the frame-rate line
-    int maxfps = 0;              ///< frames drawn per second at most; 0: as the renderer suggests
-    std::optional<int> samples;  ///< per pixel, for smooth edges; empty: as the renderer suggests
+    bool fullscreen = false;      ///< DEMO: fill the screen
+    bool fps = false;             ///< show the frame-rate line
+    int maxfps = 0;               ///< frames drawn per second at most; 0: as the renderer suggests
+    std::optional<int> samples;   ///< per pixel, for smooth edges; empty: as the renderer suggests
+    std::optional<double> scale;  ///< fraction of the resolution; empty: as the renderer needs it
     std::vector<EXTRA_VALUE> extras;      ///< in their order
     int status = 0;                       ///< REFUSED: exit status
     std::vector<std::string> complaints;  ///< one line each, without the program's name

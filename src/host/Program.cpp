@@ -23,6 +23,7 @@
 #include "host/FramePacer.h"
 #include "host/KDEScreensaverFrame.h"
 #include "host/Renderer.h"
+#include "host/ScreenPainter.h"
 #include "host/SoundGate.h"
 #include "main.h"
 
@@ -203,7 +204,11 @@ int runSaver(QApplication& application, const ARGUMENTS& arguments) {
     application.setQuitOnLastWindowClosed(demo);
     QGLFormat format;
     format.setSwapInterval(1);
-    if (const int samples = samplesPerPixel(arguments.samples, findDriver())) {
+    const bool accelerated = findDriver();
+    // Nothing can be enlarged into a window that has samples: then the smaller picture has them.
+    const bool scaled = arguments.scale ? *arguments.scale < 1 : !accelerated;
+    const int samples = samplesPerPixel(arguments.samples, accelerated);
+    if (samples && !scaled) {
         format.setSampleBuffers(true);
         format.setSamples(samples);
     }
@@ -218,6 +223,9 @@ int runSaver(QApplication& application, const ARGUMENTS& arguments) {
         return fail("the display's GL driver gives no context, nothing can be drawn");
     if (arguments.fps)
         showFrameRate(*saver);
+    const ScreenPainter painter(frame, pictureOf(*saver),
+                                scaled ? arguments.scale : std::optional<double>(1),
+                                scaled ? samples : 0);
     const FramePacer pacer(
         frame, arguments.maxfps,
         {[&](int width, int height) { setViewSize(*saver, width, height); },

@@ -80,9 +80,15 @@ void ScaledDrawing::draw(double fraction, const std::function<void()>& picture) 
         picture();
         return;
     }
-    GLint area[4], target = 0;
+    GLint area[4], target = 0, target_samples = 0;
     glGetIntegerv(GL_VIEWPORT, area);
     glGetIntegerv(GL_DRAW_FRAMEBUFFER_BINDING, &target);
+    glGetIntegerv(GL_SAMPLES, &target_samples);
+    if (target_samples > 0) {
+        // Nothing can be enlarged into these.
+        picture();
+        return;
+    }
     const int width = std::max(1, static_cast<int>(std::lround(area[2] * fraction)));
     const int height = std::max(1, static_cast<int>(std::lround(area[3] * fraction)));
     if (!prepare(width, height)) {
@@ -92,6 +98,8 @@ void ScaledDrawing::draw(double fraction, const std::function<void()>& picture) 
         return;
     }
 
+    const GLboolean cut = glIsEnabled(GL_SCISSOR_TEST);
+    glDisable(GL_SCISSOR_TEST);
     glBindFramebuffer(GL_FRAMEBUFFER, drawn_.frame);
     glViewport(0, 0, width, height);
     picture();
@@ -102,6 +110,8 @@ void ScaledDrawing::draw(double fraction, const std::function<void()>& picture) 
                           GL_NEAREST);
         source = resolved_.frame;
     }
+    if (cut)
+        glEnable(GL_SCISSOR_TEST);
     glBindFramebuffer(GL_READ_FRAMEBUFFER, source);
     glBindFramebuffer(GL_DRAW_FRAMEBUFFER, static_cast<GLuint>(target));
     glBlitFramebuffer(0, 0, width, height, area[0], area[1], area[0] + area[2], area[1] + area[3],

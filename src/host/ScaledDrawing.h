@@ -15,8 +15,9 @@ public:
 
     /// Has `picture` drawn, which finds the viewport that was set before, smaller by `fraction`;
     /// what it clears and draws lands, enlarged, in that viewport of the frame buffer bound before.
-    /// At 1 and without samples nothing stands between. Viewport and binding are afterwards what
-    /// they were.
+    /// At 1 and without samples nothing stands between, nor where the frame buffer itself has
+    /// samples. Viewport, scissor test and binding are afterwards what they were; the picture finds
+    /// no scissor test.
     void draw(double fraction, const std::function<void()>& picture);
     /// Frees what it holds; the next draw makes it anew. Nothing is freed on destruction, when the
     /// context may be gone.

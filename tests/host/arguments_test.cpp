@@ -154,6 +154,19 @@ TEST(Arguments, SamplesPerPixel) {
     }
 }
 
+TEST(Arguments, ScaleIsAFractionOrLeftToTheRenderer) {
+    EXPECT_EQ(parseArguments({}, nullptr).scale, std::nullopt);
+    EXPECT_EQ(parseArguments({"-scale", "0.5"}, nullptr).scale, 0.5);
+    EXPECT_EQ(parseArguments({"--scale=1"}, nullptr).scale, 1.0);
+    EXPECT_EQ(parseArguments({"-scale", "0.4", "-scale", "auto"}, nullptr).scale, std::nullopt);
+    for (const char* bad : {"0.39", "1.01", "-1", "half", "0,5", "0.5x", "", "nan", "inf", "1e9"}) {
+        const ARGUMENTS arguments = parseArguments({"-root", "-scale", bad}, nullptr);
+        EXPECT_EQ(arguments.scale, std::nullopt) << bad;
+        EXPECT_EQ(arguments.complaints.size(), 1u) << bad;
+        EXPECT_EQ(arguments.mode, SAVER_MODE::ROOT) << bad;
+    }
+}
+
 TEST(Arguments, SettingsBesideTheSavers) {
     const ARGUMENTS good = parseArguments(
         split("-proportions true -volume 0 --volume=100 -proportions stretched"), nullptr);
@@ -183,7 +196,7 @@ TEST(Arguments, FullScreenOnRequest) {
 TEST(Arguments, UsageNamesEveryOptionThatDoesSomething) {
     for (const char* option :
          {"-demo", "-root", "-window-id", "-setup", "-language", "-geometry", "-display", "-fps",
-          "-no-fps", "-maxfps", "-samples", "-help", "-version"})
+          "-no-fps", "-maxfps", "-samples", "-scale", "-help", "-version"})
         EXPECT_THAT(usage(), HasSubstr(option));
 }
 
