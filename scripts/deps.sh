@@ -18,6 +18,8 @@ packages_of() { # GROUP|PACKAGE
         echo qtbase5-dev libqt5opengl5-dev libqt5x11extras5-dev
         echo libkf5config-dev libkf5widgetsaddons-dev
         echo libsdl1.2-dev libsdl-mixer1.2-dev
+        echo qtdeclarative5-dev liblayershellqtinterface-dev libwayland-dev qtwayland5
+        echo qml-module-qtquick2 qml-module-qtquick-window2
         echo libgl-dev libegl-dev libglu1-mesa-dev libgl1-mesa-dri
         echo libxcb1-dev libxcb-dpms0-dev libxcb-randr0-dev libx11-dev libpng-dev
         echo povray libfreetype-dev fonts-dejavu-core
@@ -26,9 +28,13 @@ packages_of() { # GROUP|PACKAGE
     package) echo dpkg-dev git lintian desktop-file-utils appstream groff ;;
     tests)
         echo libgtest-dev libgmock-dev libbenchmark-dev libxcb-xtest0-dev
-        echo clang-format git xdotool x11-utils dbus
+        echo clang-format git xdotool x11-utils dbus qml
         ;;
-    hosts) echo xscreensaver mate-screensaver xsecurelock ;;
+    hosts)
+        echo xscreensaver mate-screensaver xsecurelock
+        echo plasma-workspace plasma-desktop-data libkscreenlocker5
+        echo sway swayidle weston grim wtype
+        ;;
     *) echo "$1" ;;
     esac
 }

@@ -1,15 +1,22 @@
 #!/bin/sh
 # Builds the saver and shows it in a window; arguments go to the program. On a machine without a
 # display it runs on a virtual one and leaves a picture, lagoon.png.
+#   run.sh [--app] [ARGUMENTS...]
+# --app: the program atollia instead, which needs a display.
 set -eu
 top=$(cd "$(dirname "$0")/.." && pwd)
 cd "$top"
-if [ -n "${DISPLAY:-}" ]; then
+if [ -n "${DISPLAY:-}" ] || [ "${1:-}" = --app ]; then
     scripts/deps.sh build
 else
     scripts/deps.sh build display
 fi
 scripts/configure.sh release
+if [ "${1:-}" = --app ]; then
+    shift
+    cmake --build --preset release --target atollia data
+    exec build/release/atollia "$@"
+fi
 cmake --build --preset release --target atollia.kss data
 
 saver="$top/build/release/atollia.kss"

@@ -73,6 +73,10 @@ public:
     void skipUnseenTime();
 
     // The steps of initScene and updateScene that stand alone.
+    /// Opens the sound and starts the waves, if the settings want it.
+    void initSound();
+    /// Puts the camera where the settings want it.
+    void initCamera();
     void loadTextures();
     void loadModels();
     /// Four points there, or back if reverse is set.
@@ -157,8 +161,6 @@ private:
     /// Every texture of the scene.
     std::vector<PICTURE> pictures();
 
-    void initSound();
-    void initCamera();
     void initGull();
     void initSchoolLeader();
     void initManta();

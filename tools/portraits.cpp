@@ -2,6 +2,7 @@
 //
 //     portraits DATA OUT                               one card for every kind of animal
 //     portraits --cut IN.png OUT.png X,Y,W,H WxH       a part of a picture, scaled to a card
+//     portraits --jpeg IN.png OUT.jpg                  a picture, much smaller
 //
 // A model that cannot be loaded leaves its card with water or sky only.
 #include <GL/gl.h>
@@ -191,8 +192,16 @@ int main(int count, char** arguments) {
         std::fprintf(stderr, "portraits: cannot make %s\n", arguments[3]);
         return 1;
     }
+    if (count == 4 && std::strcmp(arguments[1], "--jpeg") == 0) {
+        if (QImage(QString::fromLocal8Bit(arguments[2])).save(arguments[3], "JPEG", 88))
+            return 0;
+        std::fprintf(stderr, "portraits: cannot make %s\n", arguments[3]);
+        return 1;
+    }
     if (count != 3) {
-        std::fprintf(stderr, "usage: portraits DATA OUT | --cut IN.png OUT.png X,Y,W,H WxH\n");
+        std::fprintf(stderr,
+                     "usage: portraits DATA OUT | --cut IN.png OUT.png X,Y,W,H WxH | "
+                     "--jpeg IN.png OUT.jpg\n");
         return 2;
     }
     for (const PORTRAIT& portrait : PORTRAITS)

@@ -63,13 +63,6 @@ bool FrameLimit::due(std::int64_t now) {
     return true;
 }
 
-double frameLimit(int wanted, double refreshRate, bool softwareRenderer) {
-    const double refresh = refreshRate > 0 ? refreshRate : 60;
-    if (wanted > 0)
-        return std::min<double>(wanted, refresh);
-    return softwareRenderer ? std::min<double>(30, refresh) : refresh;
-}
-
 FramePacer::FramePacer(KDEFrame& frame, int wanted, SCENE_CALLS calls)
     : paced(frame),
       scene(std::move(calls)),

@@ -5,6 +5,8 @@
 #include <cstdint>
 #include <functional>
 
+#include "framework/FrameRate.h"
+
 class KDEFrame;
 
 /// What a host asks of a scene beside what its frame asks.
@@ -36,11 +38,6 @@ struct SHOWN_STATE {
 
     bool seen() const { return viewable && !obscured && !asleep; }
 };
-
-/// Frames per second at most: the monitor's refresh rate, or less when asked for; 30 with a
-/// renderer that draws on the processor unless asked otherwise. `wanted` is 0 when nothing is asked
-/// for; a refresh rate that is not known, 0 or less, counts as 60.
-double frameLimit(int wanted, double refreshRate, bool softwareRenderer);
 
 /// Holds back ticks of a frame's timer, so that nothing is drawn that nobody sees: no more often
 /// than the limit above, and not at all while the window is unmapped or covered or the monitor

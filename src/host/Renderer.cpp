@@ -13,13 +13,6 @@ bool contains(const char* text, const char* part) { return text && std::strstr(t
 
 }  // namespace
 
-bool isSoftwareRenderer(const char* name) {
-    for (const char* part : {"llvmpipe", "softpipe", "swrast", "Software Rasterizer"})
-        if (contains(name, part))
-            return true;
-    return false;
-}
-
 bool isAccelerated() {
     Display* display = QX11Info::display();
     const int screen = DefaultScreen(display);

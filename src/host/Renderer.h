@@ -2,8 +2,7 @@
 
 #include <optional>
 
-/// Whether a GL_RENDERER text names one that draws on the processor. False for null.
-bool isSoftwareRenderer(const char* name);
+#include "framework/FrameRate.h"
 
 /// Whether GL on the toolkit's display and default screen is drawn by graphics hardware; asked
 /// before there is a context. False when it cannot be found out.

@@ -4,6 +4,7 @@
 #include <dlfcn.h>
 
 #include <cstdio>
+#include <mutex>
 
 #include "system/Bitmap.h"
 
@@ -76,6 +77,8 @@ void Texture::setFilterQuality(TEXTURE_FLAG flags) {
 }
 
 bool Texture::initMultiTexturing() {
+    static std::mutex one_at_a_time;
+    const std::lock_guard lock(one_at_a_time);
     if (multitexturing.probed)
         return multitexturing.available;
     multitexturing.probed = true;

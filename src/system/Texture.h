@@ -27,8 +27,9 @@ enum MULTITEXTURE_FLAG : int {
     SOURCE_ALPHA = 2,  ///< covers by its own alpha
 };
 
-/// Multitexturing of this process; Texture::initMultiTexturing fills it once. Here for the sake of
-/// setGLCoordinates, which runs for every vertex and layer.
+/// Multitexturing of this process; Texture::initMultiTexturing fills it once, and may be read on
+/// the threads that have called that. Here for the sake of setGLCoordinates, which runs for every
+/// vertex and layer.
 struct MULTITEXTURING {
     bool probed = false;
     bool available = false;
@@ -75,7 +76,8 @@ public:
     void setGLCoordinates(float u, float v, bool multitexture, int unit);
     void disableTextureUnit(int unit);
 
-    /// Looks for multitexturing once per process; whether it is there. Needs a current context.
+    /// Looks for multitexturing once per process; whether it is there. Needs a current context; on
+    /// any thread.
     static bool initMultiTexturing();
     /// The GL name of unit 0..31; unit 0 for any other number.
     static int getUnit(int unit);

@@ -90,16 +90,19 @@ expect_gone_since() {
     [ $took -lt 1000 ] || fail "stopping took $took ms"
 }
 
-# The lagoon: many colours, a blue sky above and a bluish green sea in the middle.
-lagoon_at() { # GEOMETRY
-    import -silent -window root -crop "$1" +repage -depth 8 "$tmp/picture.png" || return 1
-    [ "$(identify -format %k "$tmp/picture.png")" -gt 500 ] || return 1
+# A picture of the lagoon: many colours, a blue sky above and a bluish green sea in the middle.
+is_lagoon() { # FILE
+    [ "$(identify -format %k "$1")" -gt 500 ] || return 1
     # Mean red, green and blue, 0 to 255, of the upper tenth and of a band below the horizon.
-    set -- $(convert "$tmp/picture.png" -gravity North -crop 100%x10%+0+0 +repage -scale 1x1! \
+    set -- $(convert "$1" -gravity North -crop 100%x10%+0+0 +repage -scale 1x1! \
         -format '%[fx:int(255*r)] %[fx:int(255*g)] %[fx:int(255*b)]' info:) \
-        $(convert "$tmp/picture.png" -gravity North -crop 100%x8%+0+70% +repage -scale 1x1! \
+        $(convert "$1" -gravity North -crop 100%x8%+0+70% +repage -scale 1x1! \
             -format '%[fx:int(255*r)] %[fx:int(255*g)] %[fx:int(255*b)]' info:)
     [ "$3" -gt "$1" ] && [ "$3" -gt 100 ]
+}
+lagoon_at() { # GEOMETRY
+    import -silent -window root -crop "$1" +repage -depth 8 "$tmp/picture.png" || return 1
+    is_lagoon "$tmp/picture.png"
 }
 
 # A person's account for a host that refuses to work for root: the same rights on files, another

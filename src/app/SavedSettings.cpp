@@ -1,0 +1,39 @@
+#include "app/SavedSettings.h"
+
+#include <KConfig>
+#include <KConfigGroup>
+#include <QStandardPaths>
+
+#include "quick/Reef.h"
+
+namespace {
+
+/// The property with the name of a key: "BoidCount" is `boidCount`.
+QByteArray propertyOf(const char* key) {
+    QByteArray name(key);
+    name[0] = static_cast<char>(name[0] | 0x20);
+    return name;
+}
+
+}  // namespace
+
+void applySavedSettings(Reef& reef) {
+    const KConfig file(QStringLiteral("Orvo Atollia"), KConfig::SimpleConfig,
+                       QStandardPaths::GenericConfigLocation);
+    const KConfigGroup keys = file.group(QString());
+    const SaverSettings defaults;
+    for (const SETTING& setting : settings_read) {
+        if (setting.flag == &SaverSettings::soundOn)
+            reef.setMuted(!keys.readEntry(setting.key, defaults.soundOn));
+        else if (setting.flag)
+            reef.setProperty(propertyOf(setting.key),
+                             keys.readEntry(setting.key, defaults.*setting.flag));
+        else
+            reef.setProperty(propertyOf(setting.key),
+                             keys.readEntry(setting.key, defaults.*setting.number));
+    }
+    const EXTRA_SETTINGS today = REEF_WISHES::today();
+    for (const EXTRA_SETTING& setting : extra_settings)
+        reef.setProperty(propertyOf(setting.key),
+                         keys.readEntry(setting.key, today.*setting.field));
+}

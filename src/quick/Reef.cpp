@@ -1,0 +1,267 @@
+#include "quick/Reef.h"
+
+#include <QFileInfo>
+#include <QOpenGLContext>
+#include <QQuickWindow>
+#include <QSGImageNode>
+#include <QSGRendererInterface>
+#include <QScreen>
+#include <algorithm>
+#include <cmath>
+#include <cstdio>
+
+#include "Globals.h"
+#include "framework/FrameRate.h"
+#include "quick/ReefRenderer.h"
+
+// Outside every namespace, as the macro demands.
+static void loadStill() { Q_INIT_RESOURCE(still); }
+
+namespace {
+
+constexpr double SECOND = 1000;  // milliseconds
+
+/// A file that every scene needs; without it there is no data at all.
+constexpr char FIRST_FILE[] = "terrain.nlt";
+
+/// Decoded once per process.
+const QImage& stillImage() {
+    static const QImage image(QStringLiteral(":/org/atollia/reef/still.jpg"));
+    return image;
+}
+
+/// The part of an area of this size that has the item's proportions, around its middle.
+QRectF cut(const QSizeF& area, const QSizeF& item) {
+    QRectF part(QPointF(), item.scaled(area, Qt::KeepAspectRatio));
+    part.moveCenter(QRectF(QPointF(), area).center());
+    return part;
+}
+
+}  // namespace
+
+Reef::Reef(QQuickItem* parent) : QQuickFramebufferObject(parent) {
+    loadStill();
+    setMirrorVertically(true);
+    clock.start();
+    due.setSingleShot(true);
+    due.setTimerType(Qt::PreciseTimer);
+    connect(&due, &QTimer::timeout, this, &Reef::drawWhenDue);
+    stalled.setSingleShot(true);
+    stalled.setInterval(2 * static_cast<int>(SECOND));
+    connect(&stalled, &QTimer::timeout, this, [this] {
+        frame_rate = 0;
+        counted = 0;
+        emit frameRateChanged();
+    });
+    const std::string first = dataFile(FIRST_FILE);
+    if (!QFileInfo::exists(QFile::decodeName(first.c_str())))
+        tellProblem(QStringLiteral("the reef's data is missing: there is no %1")
+                        .arg(QFile::decodeName(first.c_str())));
+}
+
+Reef::~Reef() = default;
+
+QQuickFramebufferObject::Renderer* Reef::createRenderer() const { return new ReefRenderer; }
+
+void Reef::change(bool& field, bool value) {
+    if (field == value)
+        return;
+    field = value;
+    emit settingsChanged();
+    update();
+}
+
+void Reef::change(int& field, int value, int low, int high) {
+    const int kept = std::clamp(value, low, high);
+    if (field == kept)
+        return;
+    field = kept;
+    emit settingsChanged();
+    update();
+}
+
+void Reef::setRunning(bool running) {
+    if (running == wishes.running)
+        return;
+    wishes.running = running;
+    emit runningChanged();
+    movingChanged();
+    update();
+}
+
+void Reef::setMuted(bool muted) {
+    if (muted == wishes.muted)
+        return;
+    wishes.muted = muted;
+    emit mutedChanged();
+    update();
+}
+
+void Reef::setMaximumFrameRate(qreal rate) {
+    const double kept = std::isfinite(rate) ? std::clamp<double>(rate, 0, 1000) : 0;
+    if (kept == wishes.maximum_frame_rate)
+        return;
+    wishes.maximum_frame_rate = kept;
+    emit maximumFrameRateChanged();
+    next_frame = 0;
+    update();
+}
+
+void Reef::setSamples(int samples) {
+    const int kept = std::clamp(samples, -1, 16);
+    if (kept == wishes.samples)
+        return;
+    wishes.samples = kept;
+    emit samplesChanged();
+    update();
+}
+
+bool Reef::moving() const {
+    return wishes.running && problem_line.isEmpty() && isVisible() && window() &&
+           window()->isExposed();
+}
+
+void Reef::movingChanged() {
+    const bool moves = moving();
+    if (moves == was_moving)
+        return;
+    was_moving = moves;
+    if (moves)
+        update();
+    else
+        interrupted = true;
+}
+
+void Reef::itemChange(ItemChange change, const ItemChangeData& data) {
+    QQuickFramebufferObject::itemChange(change, data);
+    if (change == ItemSceneChange) {
+        // One window at a time has the filter, whichever it was before.
+        if (data.window) {
+            data.window->installEventFilter(this);
+            connect(
+                data.window, &QQuickWindow::sceneGraphInvalidated, this,
+                [this] { still_shown = false; }, Qt::DirectConnection);
+        }
+    }
+    if (change == ItemSceneChange || change == ItemVisibleHasChanged)
+        movingChanged();
+}
+
+bool Reef::eventFilter(QObject* watched, QEvent* event) {
+    if (watched == window() && event->type() == QEvent::Expose)
+        QMetaObject::invokeMethod(
+            this, [this] { movingChanged(); }, Qt::QueuedConnection);
+    return false;
+}
+
+// --- pictures follow each other ---
+
+void Reef::drawWhenDue() {
+    if (!moving() || due.isActive())
+        return;
+    const double refresh = window()->screen() ? window()->screen()->refreshRate() : 0;
+    const double period = SECOND / frameLimit(wishes.maximum_frame_rate, refresh, software);
+    const auto now = static_cast<double>(clock.nsecsElapsed()) / 1e6;
+    // The display's own refresh decides when; a clock that asks for the last millisecond as well
+    // would miss every other one.
+    if (now < next_frame - period / 4) {
+        due.start(std::max(1, static_cast<int>(next_frame - now)));
+        return;
+    }
+    next_frame = std::max(next_frame + period, now);
+    update();
+}
+
+void Reef::countFrame(bool drawn_on_the_processor) {
+    software = drawn_on_the_processor;
+    const auto now = static_cast<double>(clock.elapsed());
+    if (counted++ == 0) {
+        counting_since = now;
+    } else if (now - counting_since >= SECOND) {
+        frame_rate = (counted - 1) * SECOND / (now - counting_since);
+        counted = 0;
+        emit frameRateChanged();
+    }
+    stalled.start();
+    drawWhenDue();
+}
+
+// --- what shows ---
+
+void Reef::tellProblem(const QString& line) {
+    if (line == problem_line)
+        return;
+    problem_line = line;
+    std::printf("Reef: %s\n", qPrintable(line));
+    std::fflush(stdout);
+    emit problemChanged();
+    movingChanged();
+}
+
+QString Reef::whatIsWrongHere() const {
+    const QSGRendererInterface* graphics = window()->rendererInterface();
+    const auto api = graphics->graphicsApi();
+    bool opengl = api == QSGRendererInterface::OpenGL;
+#if QT_VERSION < QT_VERSION_CHECK(6, 0, 0)
+    opengl = opengl || api == QSGRendererInterface::OpenGLRhi;
+#endif
+    const QOpenGLContext* context = QOpenGLContext::currentContext();
+    if (!opengl || !context)
+        return QStringLiteral("Qt Quick draws without OpenGL here, the reef stands still");
+    if (context->isOpenGLES())
+        return QStringLiteral("Qt Quick draws with OpenGL ES here, the reef needs OpenGL");
+    if (context->format().version() < qMakePair(3, 3))
+        return QStringLiteral("the reef needs OpenGL 3.3, here is %1.%2")
+            .arg(context->format().majorVersion())
+            .arg(context->format().minorVersion());
+    if (context->format().profile() == QSurfaceFormat::CoreProfile)
+        return QStringLiteral(
+            "Qt Quick draws with OpenGL's core profile here, the reef needs the compatibility "
+            "profile");
+    return {};
+}
+
+QSGNode* Reef::stillPicture(QSGNode* old) {
+    auto* node = static_cast<QSGImageNode*>(old);
+    if (!node) {
+        node = window()->createImageNode();
+        node->setTexture(window()->createTextureFromImage(stillImage()));
+        node->setOwnsTexture(true);
+        node->setFiltering(QSGTexture::Linear);
+    }
+    node->setRect(boundingRect());
+    node->setSourceRect(cut(node->texture()->textureSize(), size()));
+    return node;
+}
+
+QSGNode* Reef::updatePaintNode(QSGNode* old, UpdatePaintNodeData* data) {
+    if (width() <= 0 || height() <= 0) {
+        delete old;
+        return nullptr;
+    }
+    const bool reef_shown = old && !still_shown;
+    if (!reef_shown && problem_line.isEmpty()) {
+        const QString wrong = whatIsWrongHere();
+        if (!wrong.isEmpty())
+            // Not in this thread: pages are told on their own.
+            QMetaObject::invokeMethod(
+                this, [this, wrong] { tellProblem(wrong); }, Qt::QueuedConnection);
+        else if (seen_still && wishes.running) {
+            if (still_shown)
+                delete old;
+            still_shown = false;
+            return QQuickFramebufferObject::updatePaintNode(nullptr, data);
+        }
+    }
+    if (reef_shown)
+        return QQuickFramebufferObject::updatePaintNode(old, data);
+    if (!old)
+        still_shown = false;
+    if (!seen_still)
+        QMetaObject::invokeMethod(
+            this, [this] { drawWhenDue(); }, Qt::QueuedConnection);
+    seen_still = true;
+    QSGNode* node = stillPicture(still_shown ? old : nullptr);
+    still_shown = true;
+    return node;
+}

@@ -1,0 +1,135 @@
+// The reef as an item of Qt Quick: `Reef` of the module org.atollia.reef.
+#pragma once
+
+#include <QElapsedTimer>
+#include <QImage>
+#include <QQuickFramebufferObject>
+#include <QTimer>
+
+#include "quick/ReefWishes.h"
+
+/// A setting as a property, kept in its range. One signal tells of them all: settings change
+/// rarely, and several at once.
+#define REEF_SETTING(NAME, RECORD, FIELD, LOW, HIGH)                       \
+    Q_PROPERTY(int NAME READ NAME WRITE set_##NAME NOTIFY settingsChanged) \
+public:                                                                    \
+    int NAME() const { return wishes.RECORD.FIELD; }                       \
+    void set_##NAME(int value) { change(wishes.RECORD.FIELD, value, LOW, HIGH); }
+#define REEF_FLAG(NAME, FIELD)                                              \
+    Q_PROPERTY(bool NAME READ NAME WRITE set_##NAME NOTIFY settingsChanged) \
+public:                                                                     \
+    bool NAME() const { return wishes.settings.FIELD; }                     \
+    void set_##NAME(bool value) { change(wishes.settings.FIELD, value); }
+
+/// Draws the living reef into the page, at most once per refresh of the monitor, at most 30 times a
+/// second with a software renderer. The picture stands still while `running` is false; nothing is
+/// drawn while the item or its window is not visible; time that nobody saw does not pass. Until the
+/// scene has been loaded, and where it cannot be drawn (`problem`), a still picture of it shows.
+///
+/// The scene lives on the thread that renders the window; the item tells it its wishes while that
+/// thread and its own meet.
+class Reef : public QQuickFramebufferObject {
+    Q_OBJECT
+    // What lives on the reef; see SaverSettings.
+    REEF_SETTING(boidModel, settings, boidmodel, 0, 1)
+    REEF_SETTING(boidCount, settings, boidcount, 0, 20)
+    REEF_FLAG(fishRed, fish_red)
+    REEF_FLAG(fishBlue, fish_blue)
+    REEF_FLAG(fishStripe, fish_stripe)
+    REEF_FLAG(fishYellBlu, fish_yell_blu)
+    REEF_FLAG(fishDot, fish_dot)
+    REEF_FLAG(fishBigGrey, fish_big_grey)
+    REEF_FLAG(fishBigRed, fish_big_red)
+    REEF_FLAG(fishManta, fish_manta)
+    REEF_FLAG(birdGull, bird_gull)
+    REEF_SETTING(fishCount, settings, fishcount, 0, 10)
+    REEF_SETTING(cameraPos, settings, camerapos, 0, 3)
+    REEF_SETTING(cameraSpeed, settings, cameraspeed, 1, 9)
+    REEF_SETTING(cameraFixTop, settings, camerafix_top, 1, 60)
+    REEF_SETTING(cameraFixBottom, settings, camerafix_bottom, 5, 60)
+    REEF_SETTING(skyType, settings, skytype, 0, 1)
+    // See EXTRA_SETTINGS.
+    REEF_SETTING(proportions, extras, proportions, 0, 1)
+    REEF_SETTING(dayTime, extras, daytime, 0, 1)
+    REEF_SETTING(latitude, extras, latitude, -90, 90)
+    REEF_SETTING(volume, extras, volume, 0, 100)
+    REEF_SETTING(quietFrom, extras, quiet_from, 0, 23)
+    REEF_SETTING(quietTo, extras, quiet_to, 0, 23)
+
+    /// Time passes and the picture moves.
+    Q_PROPERTY(bool running READ running WRITE setRunning NOTIFY runningChanged)
+    /// Without sound; of the reefs in a process that are not muted, one sounds.
+    Q_PROPERTY(bool muted READ muted WRITE setMuted NOTIFY mutedChanged)
+    /// Pictures a second at most, 0 for as many as suit the renderer.
+    Q_PROPERTY(qreal maximumFrameRate READ maximumFrameRate WRITE setMaximumFrameRate NOTIFY
+                   maximumFrameRateChanged)
+    /// Per pixel, for smooth edges: 0 to 16, -1 for as many as suit the renderer.
+    Q_PROPERTY(int samples READ samples WRITE setSamples NOTIFY samplesChanged)
+    /// Pictures drawn in the last second; 0 while none are.
+    Q_PROPERTY(qreal frameRate READ frameRate NOTIFY frameRateChanged)
+    /// Why the reef stands still, in one line; empty while nothing is wrong.
+    Q_PROPERTY(QString problem READ problem NOTIFY problemChanged)
+
+public:
+    explicit Reef(QQuickItem* parent = nullptr);
+    ~Reef() override;
+
+    Renderer* createRenderer() const override;
+
+    bool running() const { return wishes.running; }
+    void setRunning(bool running);
+    bool muted() const { return wishes.muted; }
+    void setMuted(bool muted);
+    qreal maximumFrameRate() const { return wishes.maximum_frame_rate; }
+    void setMaximumFrameRate(qreal rate);
+    int samples() const { return wishes.samples; }
+    void setSamples(int samples);
+    qreal frameRate() const { return frame_rate; }
+    QString problem() const { return problem_line; }
+
+signals:
+    void settingsChanged();
+    void runningChanged();
+    void mutedChanged();
+    void maximumFrameRateChanged();
+    void samplesChanged();
+    void frameRateChanged();
+    void problemChanged();
+
+protected:
+    QSGNode* updatePaintNode(QSGNode* old, UpdatePaintNodeData* data) override;
+    void itemChange(ItemChange change, const ItemChangeData& data) override;
+    bool eventFilter(QObject* watched, QEvent* event) override;
+
+private:
+    friend class ReefRenderer;
+
+    void change(bool& field, bool value);
+    void change(int& field, int value, int low, int high);
+    /// Whether pictures follow each other.
+    bool moving() const;
+    /// Called when something may have changed what moving() says.
+    void movingChanged();
+    /// Has the next picture drawn as soon as it is due.
+    void drawWhenDue();
+    void countFrame(bool software);
+    void tellProblem(const QString& line);
+    /// In the thread that renders, while the item's own waits: why its context does not do.
+    QString whatIsWrongHere() const;
+    QSGNode* stillPicture(QSGNode* old);
+
+    REEF_WISHES wishes;
+    QString problem_line;
+    bool still_shown = false;  ///< the paint node is that of the still picture
+    bool seen_still = false;   ///< a page has shown the still picture
+    bool interrupted = false;  ///< pictures did not follow each other since the last one
+    bool was_moving = false;
+    bool software = false;  ///< drawn on the processor
+    QElapsedTimer clock;
+    QTimer due;                 ///< until the next picture
+    QTimer stalled;             ///< until the frame rate counts as 0
+    double next_frame = 0;      ///< on the clock, milliseconds
+    double counting_since = 0;  ///< on the clock, milliseconds
+    int counted = 0;            ///< frames since then
+    qreal frame_rate = 0;
+};

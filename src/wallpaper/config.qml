@@ -1,0 +1,192 @@
+// The wallpaper's page in Plasma's settings: what the saver's own dialog has, and when it pauses.
+import QtQuick 2.15
+import QtQuick.Controls 2.15
+import QtQuick.Layouts 1.15
+import org.atollia.reef 1.0
+
+ColumnLayout {
+    id: page
+
+    // Plasma fills these in before it shows the page and saves them with Apply.
+    property int cfg_BoidModel
+    property int cfg_BoidCount
+    property bool cfg_FishRed
+    property bool cfg_FishBlue
+    property bool cfg_FishStripe
+    property bool cfg_FishYellBlu
+    property bool cfg_FishDot
+    property bool cfg_FishBigGrey
+    property bool cfg_FishBigRed
+    property bool cfg_FishManta
+    property int cfg_FishCount
+    property bool cfg_BirdGull
+    property int cfg_CameraPos
+    property int cfg_CameraSpeed
+    property int cfg_CameraFixTop
+    property int cfg_CameraFixBottom
+    property int cfg_SkyType
+    property bool cfg_SoundOn
+    property int cfg_Volume
+    property bool cfg_PauseCovered
+    property bool cfg_PauseBattery
+
+    function text(key) { return texts.text(key) }
+
+    spacing: 12
+
+    ReefTexts { id: texts }
+
+    component Picture: Image {
+        property string name
+        source: "qrc:/setup/" + name + ".png"
+        fillMode: Image.PreserveAspectFit
+        Layout.preferredWidth: 120
+        Layout.preferredHeight: 66
+    }
+
+    /// A flag with the picture of what it stands for.
+    component Switch: ColumnLayout {
+        property string picture
+        property string key
+        property alias title: box.text
+        property bool on: page["cfg_" + key]
+        Picture { name: parent.picture; Layout.alignment: Qt.AlignHCenter }
+        CheckBox {
+            id: box
+            checked: parent.on
+            onToggled: page["cfg_" + parent.key] = checked
+            Layout.alignment: Qt.AlignHCenter
+            Accessible.name: text
+        }
+    }
+
+    /// One of several values with the picture of what it stands for.
+    component Choice: ColumnLayout {
+        property string picture
+        property string key
+        property int value
+        property alias title: button.text
+        Picture { name: parent.picture; Layout.alignment: Qt.AlignHCenter }
+        RadioButton {
+            id: button
+            autoExclusive: false
+            checked: page["cfg_" + parent.key] === parent.value
+            onClicked: page["cfg_" + parent.key] = parent.value
+            Layout.alignment: Qt.AlignHCenter
+        }
+    }
+
+    /// A number with its title and its unit.
+    component Number: RowLayout {
+        property string key
+        property string title
+        property string unit
+        property alias from: slider.from
+        property alias to: slider.to
+        property alias step: slider.stepSize
+        Label { text: parent.title; Layout.preferredWidth: 180; wrapMode: Text.Wrap }
+        Slider {
+            id: slider
+            stepSize: 1
+            snapMode: Slider.SnapAlways
+            value: page["cfg_" + parent.key]
+            onMoved: page["cfg_" + parent.key] = Math.round(value)
+            Layout.fillWidth: true
+            Accessible.name: parent.title
+        }
+        Label { text: page["cfg_" + parent.key] + parent.unit; Layout.preferredWidth: 50 }
+    }
+
+    GroupBox {
+        title: page.text("boid")
+        Layout.fillWidth: true
+        ColumnLayout {
+            anchors.fill: parent
+            RowLayout {
+                Choice { picture: "boid1"; key: "BoidModel"; value: 0 }
+                Choice { picture: "boid2"; key: "BoidModel"; value: 1 }
+            }
+            Number { key: "BoidCount"; title: page.text("boidcount"); from: 0; to: 20; step: 5 }
+        }
+    }
+    GroupBox {
+        title: page.text("fishtype")
+        Layout.fillWidth: true
+        ColumnLayout {
+            anchors.fill: parent
+            GridLayout {
+                columns: 4
+                Switch { picture: "fish1"; key: "FishRed"; title: page.text("fish_red") }
+                Switch { picture: "fish2"; key: "FishBlue"; title: page.text("fish_blue") }
+                Switch { picture: "fish3"; key: "FishStripe"; title: page.text("fish_stripe") }
+                Switch { picture: "fish4"; key: "FishDot"; title: page.text("fish_dot") }
+                Switch { picture: "fish5"; key: "FishYellBlu"; title: page.text("fish_yell_blu") }
+                Switch { picture: "fish6"; key: "FishBigGrey"; title: page.text("fish_big_grey") }
+                Switch { picture: "fish7"; key: "FishBigRed"; title: page.text("fish_big_red") }
+                Switch { picture: "fish8"; key: "FishManta"; title: page.text("fish_manta") }
+            }
+            Number { key: "FishCount"; title: page.text("fishcount"); from: 0; to: 10 }
+        }
+    }
+    GroupBox {
+        title: page.text("birdtype")
+        Layout.fillWidth: true
+        Switch { picture: "gull"; key: "BirdGull"; title: page.text("gull") }
+    }
+    GroupBox {
+        title: page.text("skytext")
+        Layout.fillWidth: true
+        RowLayout {
+            Choice { picture: "cloudy"; key: "SkyType"; value: 0; title: page.text("cloudy") }
+            Choice { picture: "cloudless"; key: "SkyType"; value: 1; title: page.text("cloudless") }
+        }
+    }
+    GroupBox {
+        title: page.text("cameratext")
+        Layout.fillWidth: true
+        ColumnLayout {
+            anchors.fill: parent
+            ComboBox {
+                model: [page.text("automatic"), page.text("top"), page.text("middle"),
+                        page.text("bottom")]
+                currentIndex: page.cfg_CameraPos
+                onActivated: page.cfg_CameraPos = currentIndex
+                Accessible.name: page.text("cameratext")
+            }
+            Number { key: "CameraSpeed"; title: page.text("scrollspeed"); from: 1; to: 9; unit: " °/s" }
+            Number { key: "CameraFixTop"; title: page.text("resttime_top"); from: 1; to: 60; unit: " s" }
+            Number {
+                key: "CameraFixBottom"; title: page.text("resttime_bottom"); from: 5; to: 60; unit: " s"
+            }
+        }
+    }
+    GroupBox {
+        title: page.text("soundtext")
+        Layout.fillWidth: true
+        ColumnLayout {
+            anchors.fill: parent
+            CheckBox {
+                text: page.text("on_off")
+                checked: page.cfg_SoundOn
+                onToggled: page.cfg_SoundOn = checked
+            }
+            Number { key: "Volume"; title: page.text("sound"); from: 0; to: 100; step: 5; unit: " %" }
+        }
+    }
+    GroupBox {
+        title: page.text("pausetext")
+        Layout.fillWidth: true
+        ColumnLayout {
+            CheckBox {
+                text: page.text("pause_covered")
+                checked: page.cfg_PauseCovered
+                onToggled: page.cfg_PauseCovered = checked
+            }
+            CheckBox {
+                text: page.text("pause_battery")
+                checked: page.cfg_PauseBattery
+                onToggled: page.cfg_PauseBattery = checked
+            }
+        }
+    }
+}

@@ -1,0 +1,48 @@
+# Common to the tests with Wayland compositors: one of them, without a screen or input devices, for
+# a person's account. Pictures are taken by the compositor's own means.
+. "$(dirname "$0")/common.sh"
+atollia="$(dirname "$saver")/atollia"
+[ -x "$atollia" ] || skip "the program atollia was not built"
+need grim grim
+export HOME="$tmp/home" XDG_CONFIG_HOME="$tmp/home/.config" XDG_RUNTIME_DIR="$tmp/run"
+mkdir -p "$XDG_CONFIG_HOME" "$XDG_RUNTIME_DIR"
+chmod 700 "$XDG_RUNTIME_DIR"
+export LIBGL_ALWAYS_SOFTWARE=1 SDL_AUDIODRIVER=dummy
+export WLR_BACKENDS=headless WLR_RENDERER=pixman WLR_LIBINPUT_NO_DEVICES=1
+unset DISPLAY WAYLAND_DISPLAY QT_QPA_PLATFORM SWAYSOCK XSCREENSAVER_WINDOW
+
+# Starts a program for a person and keeps its process id in the variable; what it says goes into a
+# file of that name.
+start() { # VARIABLE PROGRAM ARGUMENTS...
+    name=$1
+    shift
+    rm -f "$tmp/pid"
+    as_person sh -c 'echo $$ >"$0" && exec "$@"' "$tmp/pid" "$@" >"$tmp/$name" 2>&1 &
+    until_true "$1 does not start" test -s "$tmp/pid"
+    eval "$name=$(cat "$tmp/pid")"
+}
+
+start_sway() { # lines of its configuration on standard input
+    need sway sway
+    cat >"$tmp/sway"
+    start compositor sway -c "$tmp/sway"
+    at_end="stop_compositor"
+    until_true "sway does not start" find_socket
+    SWAYSOCK=$(ls "$XDG_RUNTIME_DIR"/sway-ipc.*.sock)
+    WAYLAND_DISPLAY=$(cd "$XDG_RUNTIME_DIR" && ls | grep '^wayland-[0-9]*$')
+    export SWAYSOCK WAYLAND_DISPLAY
+}
+find_socket() { ls "$XDG_RUNTIME_DIR"/wayland-? "$XDG_RUNTIME_DIR"/sway-ipc.*.sock; }
+stop_compositor() {
+    [ -z "${program:-}" ] || kill "$program" 2>/dev/null || true
+    kill "$compositor"
+}
+
+# What one output shows is the lagoon: a picture of many colours, a blue sky, a bluish sea.
+lagoon_on() { # OUTPUT
+    grim -o "$1" "$tmp/$1.png" || return 1
+    is_lagoon "$tmp/$1.png"
+}
+keep_output() { # OUTPUT NAME
+    [ -z "${ATOLLIA_KEEP_PICTURES:-}" ] || cp "$tmp/$1.png" "$ATOLLIA_KEEP_PICTURES/$2.png"
+}

@@ -1,0 +1,289 @@
+// The item Reef in pages of Qt Quick, drawn by Mesa's software renderer.
+#include <gtest/gtest.h>
+
+#include <malloc.h>
+
+#include <QGuiApplication>
+#include <QMetaProperty>
+#include <QPainter>
+#include <QTemporaryDir>
+#include <vector>
+
+#include "Globals.h"
+#include "host/virtual_display.h"
+#include "quick/page.h"
+#include "support/chance.h"
+#include "support/clock.h"
+
+namespace {
+
+using test::Page;
+using test::until;
+
+constexpr char FILLING[] = "Reef { anchors.fill: parent; cameraPos: 2; dayTime: 0 }";
+
+/// The still picture has been replaced by the scene's own.
+bool waitForScene(Page& page) {
+    return page.waitFrames(3) && until([&] { return page.reef()->problem().isEmpty(); });
+}
+
+/// Share of pixels that differ.
+double difference(const QImage& a, const QImage& b) {
+    if (a.size() != b.size())
+        return 1;
+    int differing = 0;
+    for (int y = 0; y < a.height(); ++y)
+        for (int x = 0; x < a.width(); ++x)
+            differing += a.pixel(x, y) != b.pixel(x, y);
+    return static_cast<double>(differing) / (a.width() * a.height());
+}
+
+TEST(ReefItem, HasTheSettingsWithTheirDefaultsAndRanges) {
+    Reef reef;
+    EXPECT_EQ(reef.boidCount(), 10);
+    EXPECT_EQ(reef.fishCount(), 10);
+    EXPECT_EQ(reef.cameraSpeed(), 4);
+    EXPECT_EQ(reef.cameraFixTop(), 30);
+    EXPECT_TRUE(reef.fishManta());
+    EXPECT_TRUE(reef.muted());
+    EXPECT_TRUE(reef.running());
+    EXPECT_EQ(reef.proportions(), 1);
+    EXPECT_EQ(reef.dayTime(), 1);
+    const struct {
+        const char* name;
+        int low, high;
+    } ranges[] = {{"boidModel", 0, 1},        {"boidCount", 0, 20},  {"fishCount", 0, 10},
+                  {"cameraPos", 0, 3},        {"cameraSpeed", 1, 9}, {"cameraFixTop", 1, 60},
+                  {"cameraFixBottom", 5, 60}, {"skyType", 0, 1},     {"proportions", 0, 1},
+                  {"dayTime", 0, 1},          {"latitude", -90, 90}, {"volume", 0, 100},
+                  {"quietFrom", 0, 23},       {"quietTo", 0, 23},    {"samples", -1, 16}};
+    for (const auto& range : ranges) {
+        reef.setProperty(range.name, 100000);
+        EXPECT_EQ(reef.property(range.name).toInt(), range.high) << range.name;
+        reef.setProperty(range.name, -100000);
+        EXPECT_EQ(reef.property(range.name).toInt(), range.low) << range.name;
+    }
+    // One property for every key of the settings file, but for the sound's: that is `muted`.
+    for (const SETTING& setting : settings_read) {
+        std::string name = setting.key;
+        name[0] = static_cast<char>(std::tolower(name[0]));
+        if (name == "soundOn")
+            name = "muted";
+        EXPECT_GE(reef.metaObject()->indexOfProperty(name.c_str()), 0) << name;
+    }
+    for (const EXTRA_SETTING& setting : extra_settings) {
+        std::string name = setting.key;
+        name[0] = static_cast<char>(std::tolower(name[0]));
+        EXPECT_GE(reef.metaObject()->indexOfProperty(name.c_str()), 0) << name;
+    }
+}
+
+TEST(ReefItem, ShowsAStillPictureFirstAndThenTheScene) {
+    Page page(FILLING);
+    ASSERT_TRUE(page.waitFrames(1));
+    EXPECT_GT(test::colours(page.picture()), 1000);
+    ASSERT_TRUE(waitForScene(page));
+    EXPECT_GT(test::colours(page.picture()), 1000);
+    EXPECT_EQ(page.reef()->problem(), "");
+}
+
+TEST(ReefItem, ThePageAroundItLooksTheSameAndSoDoesIt) {
+    // Opaque things of every kind over the reef, and others beside it.
+    const QString things = QStringLiteral(R"(
+        Rectangle { anchors.fill: parent; color: "#203040"; z: -1 }
+        Text { x: 8; y: 150; text: "beneath"; color: "white"; font.pixelSize: 24; z: -1 }
+        Item { objectName: "things"; anchors.fill: parent; z: 1
+            Rectangle { x: 8; y: 8; width: 90; height: 40; color: "black"
+                Text { text: "over"; color: "white"; font.pixelSize: 30 } }
+            Rectangle { x: 110; y: 8; width: 60; height: 60; color: "red"; clip: true; rotation: 0
+                Rectangle { x: 30; y: 30; width: 60; height: 60; radius: 20; color: "#8000ff00" } }
+            Rectangle { id: painted; x: 180; y: 8; width: 60; height: 60; visible: false
+                gradient: Gradient { GradientStop { position: 0; color: "yellow" }
+                                     GradientStop { position: 1; color: "blue" } } }
+            ShaderEffect { x: 180; y: 8; width: 60; height: 60
+                property variant source: ShaderEffectSource { sourceItem: painted; hideSource: true }
+                fragmentShader: "
+                    uniform sampler2D source; varying highp vec2 qt_TexCoord0;
+                    uniform lowp float qt_Opacity;
+                    void main() { gl_FragColor = vec4(texture2D(source, qt_TexCoord0).bgr, 1.0)
+                                                 * qt_Opacity; }" }
+        })");
+    const QString place = QStringLiteral("{ width: 320; height: 140; %1 }");
+    const auto picture = [&](const QString& between, bool with_things) {
+        test::setTicks(5000);
+        test::seedRandom(3);
+        Page page(with_things ? things + between : between);
+        EXPECT_TRUE(page.reef() ? waitForScene(page) : page.waitFrames(1));
+        return page.picture();
+    };
+    const QString reef =
+        "Reef" +
+        place.arg("cameraPos: 2; dayTime: 0; samples: 0; maximumFrameRate: 1000; boidCount: 5");
+    const QImage with = picture(reef, true);
+    const QImage without = picture("Rectangle" + place.arg("color: \"gray\""), true);
+    const QImage alone = picture(reef, false);
+    for (const QRect& thing : {QRect(8, 8, 90, 40), QRect(110, 8, 60, 60), QRect(180, 8, 60, 60),
+                               QRect(0, 140, 320, 100)})
+        EXPECT_EQ(with.copy(thing), without.copy(thing)) << thing.x() << ", " << thing.y();
+    EXPECT_GT(test::colours(without.copy(180, 8, 60, 60)), 20) << "the shader draws";
+    const QRect beside(0, 70, 320, 70);
+    EXPECT_GT(test::colours(alone.copy(beside)), 1000);
+    EXPECT_EQ(with.copy(beside), alone.copy(beside));
+}
+
+TEST(ReefItem, StandsStillWhileItDoesNotRunAndSwimsOnlySeenTime) {
+    test::setTicks(5000);
+    Page page(FILLING);
+    ASSERT_TRUE(waitForScene(page));
+    page.reef()->setRunning(false);
+    ASSERT_TRUE(until([&] { return page.reef()->frameRate() == 0; }));
+    const QImage stopped = page.picture();
+    test::advanceTicks(600000);
+    page.window().update();
+    ASSERT_TRUE(page.waitFrames(1));
+    EXPECT_EQ(page.picture(), stopped);
+    const int frames = page.frames();
+    page.reef()->setRunning(true);
+    ASSERT_TRUE(until([&] { return page.frames() > frames + 1; }));
+    EXPECT_LT(difference(page.picture(), stopped), 0.001) << "ten minutes were not swum";
+    test::advanceTicks(900);
+    ASSERT_TRUE(page.waitFrames(2));
+    EXPECT_GT(difference(page.picture(), stopped), 0.05) << "it swims on";
+}
+
+TEST(ReefItem, ANewSizeKeepsThePictureWhileItStandsStill) {
+    test::setTicks(5000);
+    Page page(
+        "Reef { objectName: \"reef\"; width: parent.width; height: 200; cameraPos: 2; dayTime: 0 "
+        "}");
+    ASSERT_TRUE(waitForScene(page));
+    page.reef()->setRunning(false);
+    ASSERT_TRUE(page.waitFrames(1));
+    page.reef()->setHeight(120);
+    ASSERT_TRUE(page.waitFrames(1));
+    const QImage picture = page.picture();
+    EXPECT_GT(test::colours(picture.copy(0, 0, 320, 120)), 1000);
+    EXPECT_EQ(test::colours(picture.copy(0, 121, 320, 100)), 1);
+}
+
+TEST(ReefItem, DrawsNothingThatIsNotVisible) {
+    Page page(FILLING);
+    ASSERT_TRUE(waitForScene(page));
+    ASSERT_TRUE(until([&] { return page.reef()->frameRate() > 0; }));
+    page.reef()->setVisible(false);
+    ASSERT_TRUE(until([&] { return page.reef()->frameRate() == 0; }));
+    page.reef()->setVisible(true);
+    ASSERT_TRUE(until([&] { return page.reef()->frameRate() > 0; }));
+    page.window().hide();
+    ASSERT_TRUE(until([&] { return page.reef()->frameRate() == 0; }));
+    page.window().show();
+    ASSERT_TRUE(until([&] { return page.reef()->frameRate() > 0; }));
+}
+
+TEST(ReefItem, SettingsTakeEffectWhileItRuns) {
+    test::setTicks(5000);
+    Page page(FILLING);
+    ASSERT_TRUE(waitForScene(page));
+    const QImage middle = page.picture();
+    page.reef()->set_cameraPos(1);
+    ASSERT_TRUE(page.waitFrames(2));
+    const QImage top = page.picture();
+    EXPECT_GT(difference(top, middle), 0.5);
+    page.reef()->set_skyType(1);
+    ASSERT_TRUE(page.waitFrames(2));
+    const QImage clear = page.picture();
+    EXPECT_GT(difference(clear, top), 0.2);
+    EXPECT_GT(test::colours(clear), 1000) << "no flash";
+}
+
+/// Bytes that the process has asked for and not given back.
+size_t bytesInUse() {
+    const struct mallinfo2 info = mallinfo2();
+    return info.uordblks + info.hblkhd;
+}
+
+TEST(ReefItem, TwoHundredCreationsAndDestructionsLeaveNothing) {
+    Page page(
+        "Loader { objectName: \"loader\"; anchors.fill: parent; sourceComponent: Reef { "
+        "boidCount: 0; fishCount: 0 } }",
+        {64, 48});
+    auto* loader = page.item("loader");
+    size_t before = 0;
+    for (int round = 0; round < 200; ++round) {
+        loader->setProperty("active", true);
+        ASSERT_TRUE(page.waitFrames(3)) << round;
+        loader->setProperty("active", false);
+        ASSERT_TRUE(page.waitFrames(1)) << round;
+        if (round == 20)
+            before = bytesInUse();
+    }
+    // A scene takes tens of MiB; a thousandth of that lost each time would be several in the end.
+    EXPECT_LT(bytesInUse(), before + 2000000);
+}
+
+TEST(ReefItem, WindowsComeAndGo) {
+    for (int round = 0; round < 5; ++round) {
+        Page page(FILLING, {160, 120});
+        ASSERT_TRUE(waitForScene(page));
+    }
+}
+
+TEST(ReefItem, GoesOnWhenTheGraphicsAreLostAndFoundAgain) {
+    Page page(FILLING);
+    page.window().setPersistentSceneGraph(false);
+    page.window().setPersistentOpenGLContext(false);
+    ASSERT_TRUE(waitForScene(page));
+    page.window().hide();
+    page.window().releaseResources();
+    page.window().show();
+    ASSERT_TRUE(page.waitFrames(4));
+    EXPECT_GT(test::colours(page.picture()), 1000);
+}
+
+TEST(ReefItem, TwoWindowsAtOnceEachWithItsThread) {
+    Page first(FILLING), second(FILLING);
+    ASSERT_TRUE(waitForScene(first));
+    ASSERT_TRUE(waitForScene(second));
+    first.reef()->setMuted(false);
+    second.reef()->setMuted(false);
+    for (int round = 0; round < 5; ++round) {
+        test::advanceTicks(50);
+        ASSERT_TRUE(first.waitFrames(2));
+        ASSERT_TRUE(second.waitFrames(2));
+    }
+    first.reef()->set_boidCount(20);
+    second.reef()->set_skyType(1);
+    ASSERT_TRUE(first.waitFrames(2));
+    ASSERT_TRUE(second.waitFrames(2));
+    EXPECT_GT(test::colours(first.picture()), 1000);
+    EXPECT_GT(test::colours(second.picture()), 1000);
+}
+
+TEST(ReefItem, WithACoreProfileThereIsAStillPictureAndTheReason) {
+    Page page(FILLING, {320, 240}, QSurfaceFormat::CoreProfile);
+    ASSERT_TRUE(until([&] { return !page.reef()->problem().isEmpty(); }));
+    EXPECT_TRUE(page.reef()->problem().contains("core profile"));
+    EXPECT_FALSE(page.reef()->problem().contains('\n'));
+    EXPECT_GT(test::colours(page.picture()), 1000);
+    EXPECT_EQ(page.reef()->frameRate(), 0);
+}
+
+TEST(ReefItem, WithoutOpenGLThereIsAStillPictureAndTheReason) {
+    if (qgetenv("QT_QUICK_BACKEND") != "software") {
+        // The backend is one for the whole process.
+        test::Process again({QCoreApplication::applicationFilePath().toStdString(),
+                             "--gtest_filter=ReefItem.WithoutOpenGL*"},
+                            {"QT_QUICK_BACKEND=software"});
+        const test::END end = again.wait();
+        EXPECT_TRUE(end.ended);
+        EXPECT_EQ(end.status, 0) << again.output();
+        EXPECT_NE(again.output().find("Reef: "), std::string::npos);
+        return;
+    }
+    Page page(FILLING);
+    ASSERT_TRUE(until([&] { return !page.reef()->problem().isEmpty(); }));
+    EXPECT_TRUE(page.reef()->problem().contains("OpenGL"));
+    EXPECT_GT(test::colours(page.picture()), 1000);
+}
+
+}  // namespace
