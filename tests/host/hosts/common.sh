@@ -98,7 +98,7 @@ is_lagoon() { # FILE
         -format '%[fx:int(255*r)] %[fx:int(255*g)] %[fx:int(255*b)]' info:) \
         $(convert "$1" -gravity North -crop 100%x8%+0+70% +repage -scale 1x1! \
             -format '%[fx:int(255*r)] %[fx:int(255*g)] %[fx:int(255*b)]' info:)
-    [ "$3" -gt "$1" ] && [ "$3" -gt 100 ]
+    [ "$3" -gt "$1" ] && [ "$3" -gt 100 ] && [ "$5" -gt 90 ] && [ "$6" -gt 90 ]
 }
 lagoon_at() { # GEOMETRY
     import -silent -window root -crop "$1" +repage -depth 8 "$tmp/picture.png" || return 1

@@ -13,6 +13,7 @@ WallpaperPlugin=org.atollia.wallpaper
 
 [Greeter][Wallpaper][org.atollia.wallpaper][General]
 CameraPos=2
+DayTime=0
 RC
 cat >"$tmp/session" <<'SESSION'
 "$1" --testing >"$2/log" 2>&1 &

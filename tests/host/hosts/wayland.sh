@@ -7,6 +7,7 @@ need grim grim
 export HOME="$tmp/home" XDG_CONFIG_HOME="$tmp/home/.config" XDG_RUNTIME_DIR="$tmp/run"
 mkdir -p "$XDG_CONFIG_HOME" "$XDG_RUNTIME_DIR"
 chmod 700 "$XDG_RUNTIME_DIR"
+echo "DayTime=0" >"$XDG_CONFIG_HOME/Orvo Atollia"  # nights are no blue lagoons
 export LIBGL_ALWAYS_SOFTWARE=1 SDL_AUDIODRIVER=dummy
 export WLR_BACKENDS=headless WLR_RENDERER=pixman WLR_LIBINPUT_NO_DEVICES=1
 unset DISPLAY WAYLAND_DISPLAY QT_QPA_PLATFORM SWAYSOCK XSCREENSAVER_WINDOW

@@ -1,0 +1,112 @@
+#!/bin/sh
+# Plasma's desktop with the wallpaper on a screen of its own for each of two monitors, and what it
+# costs while a window covers it.
+. "$(dirname "$0")/common.sh"
+need plasmashell plasma-workspace
+need kwin_x11 kwin-x11
+need dbus-run-session dbus
+[ -d /usr/share/plasma/shells/org.kde.plasma.desktop ] ||
+    skip "the package plasma-desktop-data is not installed"
+need Xorg xserver-xorg-core
+need xrandr x11-xserver-utils
+[ -x /usr/lib/qt5/bin/qml ] || skip "the package qml is not installed"
+[ -e /usr/lib/xorg/modules/drivers/dummy_drv.so ] ||
+    skip "the package xserver-xorg-video-dummy is not installed"
+[ "$(id -u)" -eq 0 ] || skip "an X server with two monitors needs root"
+. "$(dirname "$0")/plasma.sh"
+
+# Two monitors need a server that has outputs.
+cat >"$tmp/xorg.conf" <<'CONF'
+Section "Device"
+    Identifier "card"
+    Driver "dummy"
+    VideoRam 64000
+EndSection
+Section "Screen"
+    Identifier "screen"
+    Device "card"
+    DefaultDepth 24
+    SubSection "Display"
+        Depth 24
+        Virtual 1280 480
+        Modes "640x480"
+    EndSubSection
+EndSection
+Section "ServerFlags"
+    Option "AutoAddDevices" "false"
+    Option "AutoAddGPU" "false"
+EndSection
+CONF
+mkfifo "$tmp/number"
+exec 4<>"$tmp/number"
+Xorg -config "$tmp/xorg.conf" -logfile "$tmp/xorg.log" -displayfd 4 -ac -nolisten tcp -noreset \
+    -novtswitch -sharevts +extension GLX >/dev/null 2>&1 &
+xvfb=$!
+read -r number <&4
+exec 4>&-
+export DISPLAY=":$number" LIBGL_ALWAYS_SOFTWARE=1 SDL_AUDIODRIVER=dummy NO_AT_BRIDGE=1
+xrandr --newmode test 23.86 640 656 720 800 480 481 484 497
+for output in DUMMY0 DUMMY1; do
+    xrandr --addmode $output test
+done
+xrandr --output DUMMY0 --mode test --pos 0x0 --output DUMMY1 --mode test --pos 640x0
+unset WAYLAND_DISPLAY
+
+cat >"$tmp/script" <<'SCRIPT'
+desktops().forEach(function(desktop) {
+    desktop.wallpaperPlugin = "org.atollia.wallpaper";
+    desktop.currentConfigGroup = ["Wallpaper", "org.atollia.wallpaper", "General"];
+    desktop.writeConfig("CameraPos", 2);
+    desktop.writeConfig("DayTime", 0);
+});
+SCRIPT
+cat >"$tmp/session" <<'SESSION'
+kwin_x11 >"$1/kwin.log" 2>&1 &
+plasmashell >"$1/log" 2>&1 &
+echo $! >"$1/shell"
+tries=0
+until [ $tries -gt 120 ] || dbus-send --session --print-reply --dest=org.kde.plasmashell /PlasmaShell \
+    org.kde.PlasmaShell.evaluateScript string:"$(cat "$1/script")" >"$1/reply" 2>&1; do
+    tries=$((tries + 1))
+    sleep 0.5
+done
+wait
+SESSION
+as_person dbus-run-session -- sh "$tmp/session" "$tmp" &
+stop_shell() { kill "$(cat "$tmp/shell")"; }
+at_end="stop_shell"
+
+until_true "no lagoon on the first monitor" lagoon_at 640x480+0+0
+until_true "no lagoon on the second monitor" lagoon_at 640x480+640+0
+keep_picture plasma-desktop
+ticks() { awk '{ print $14 + $15 }' "/proc/$(cat "$tmp/shell")/stat"; }
+used_in_ten_seconds() {
+    before=$(ticks)
+    sleep 10
+    echo $(($(ticks) - before))
+}
+seen=$(used_in_ten_seconds)
+# Each monitor gets a window that fills it.
+cat >"$tmp/cover.qml" <<'QML'
+import QtQuick 2.15
+import QtQuick.Window 2.15
+Item {
+    Window { screen: Qt.application.screens[0]; color: "red"; visibility: Window.FullScreen }
+    Window { screen: Qt.application.screens[1]; color: "red"; visibility: Window.FullScreen }
+}
+QML
+/usr/lib/qt5/bin/qml "$tmp/cover.qml" >/dev/null 2>&1 &
+cover=$!
+stop_cover() { kill $cover; }
+at_end="stop_cover stop_shell"
+red() {
+    for x in 100 740; do
+        import -silent -window root -crop "1x1+$x+100" +repage -depth 8 txt: | grep -q "#FF0000" ||
+            return 1
+    done
+}
+until_true "the windows do not come" red
+sleep 5
+covered=$(used_in_ten_seconds)
+echo "processor time in ten seconds: seen $seen, covered $covered hundredths of a second"
+[ "$covered" -lt $((seen / 5)) ] || fail "it draws on while windows cover it"
