@@ -37,6 +37,20 @@ Vec3 sea(float elevation) {
     return mix(open, ::sea::kFog, smoothstep(3, 9.5f, down));
 }
 
+Vec3 ruffledSea(Vec3 direction) {
+    const float elevation = std::asin(direction.y), down = -elevation * 180 / kPi;
+    const Vec3 plain = sea(elevation);
+    // Long streaks where the wind ruffles it, the thinner the farther.
+    const Vec3 ahead = normalize({direction.x, 0, direction.z});
+    const float streak =
+        fractalNoise({ahead.x * 7, ahead.z * 7, 5.5f * std::sqrt(std::max(0.0f, down))}, 2, 340);
+    const float here = smoothstep(0.25f, 0.6f, down) * (1 - smoothstep(2.2f, 4, down));
+    const Vec3 ruffled = mix(plain, rgb(150, 206, 228), 0.30f);
+    const Vec3 smooth = plain * Vec3{0.86f, 0.93f, 0.95f};
+    return mix(plain, streak > 0 ? ruffled : smooth,
+               here * smoothstep(0.04f, 0.42f, std::fabs(streak)));
+}
+
 float wisps(Vec3 direction) {
     const float reach = 9 / std::max(direction.y, 0.02f);
     const float x = direction.x * reach, z = direction.z * reach;

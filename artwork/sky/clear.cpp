@@ -6,6 +6,7 @@
 #include "common/noise.h"
 #include "common/parallel.h"
 #include "sky/air.h"
+#include "sky/clouds.h"
 
 using namespace art;
 
@@ -14,13 +15,24 @@ namespace {
 constexpr int kSize = 1024;
 constexpr float kWidth = 140, kTop = 93, kBottom = -7, kDistance = 107;  // from the eye
 
-Vec3 look(float x, float y) {
+/// A few clouds stand low over the horizon: those so far away, in kilometres, up to here.
+constexpr sky::Clouds::Range kClouds{17, 33};
+constexpr float kHighest = 10 * kPi / 180;
+/// Turns to a part of the sky where they are few.
+constexpr float kView = 140;
+
+Vec3 look(float x, float y, const sky::Clouds& clouds, float chance) {
     const Vec3 direction =
         normalize({kWidth * (x / kSize - 0.5f), mix(kTop, kBottom, y / kSize), -kDistance});
     const float elevation = std::asin(direction.y);
     if (elevation < 0)
-        return sky::sea(elevation);
-    return mix(sky::air(elevation), rgb(242, 247, 251), 0.75f * sky::wisps(direction));
+        return sky::ruffledSea(direction);
+    const Vec3 colour = mix(sky::air(elevation), rgb(242, 247, 251), 0.75f * sky::wisps(direction));
+    if (elevation > kHighest)
+        return colour;
+    const sky::Clouds::Sight sight =
+        clouds.look(rotateY(direction, kView), kWidth / kSize / kDistance, chance, kClouds);
+    return colour * (1 - sight.opacity) + sight.colour;
 }
 
 /// Rounds to the steps of a screen with so many bits, up or down by a fixed pattern, so that the
@@ -46,14 +58,16 @@ int main(int argc, char** argv) {
     if (argc != 2)
         fail("usage: clear DATA_DIR");
     const std::string folder = argv[1];
+    const sky::Clouds clouds;
     Image full(kSize, kSize);
     parallelFor(kSize, [&](int y) {
-        constexpr int kGrid = 4;
+        constexpr int kGrid = 3;
         for (int x = 0; x < kSize; ++x) {
             Vec3 sum;
             for (int i = 0; i < kGrid * kGrid; ++i)
                 sum += look(static_cast<float>(x) + (static_cast<float>(i % kGrid) + 0.5f) / kGrid,
-                            static_cast<float>(y) + (static_cast<float>(i / kGrid) + 0.5f) / kGrid);
+                            static_cast<float>(y) + (static_cast<float>(i / kGrid) + 0.5f) / kGrid,
+                            clouds, hashUnit(x, y, i, 78));
             full.at(x, y).colour = sky::grained(sum / (kGrid * kGrid), x, y);
         }
     });

@@ -234,7 +234,7 @@ void Clouds::march(const Crossing& crossing, Vec3 direction, Vec3 sun, float tex
     }
 }
 
-Clouds::Sight Clouds::look(Vec3 direction, float texel, float chance) const {
+Clouds::Sight Clouds::look(Vec3 direction, float texel, float chance, Range range) const {
     Sight sight;
     const Vec3 ahead = normalize({direction.x, 0, direction.z});
     const Vec3 right = cross(ahead, {0, 1, 0});
@@ -246,6 +246,9 @@ Clouds::Sight Clouds::look(Vec3 direction, float texel, float chance) const {
     std::vector<Crossing> crossings;
     for (const int i : sectors_[size_t(sector % kSectors)]) {
         const Cloud& cloud = clouds_[size_t(i)];
+        const float away = length(cloud.centre);
+        if (away < range.nearest || away > range.farthest)
+            continue;
         const float middle = dot(cloud.centre, direction);
         const float squared =
             cloud.radius * cloud.radius - (dot(cloud.centre, cloud.centre) - middle * middle);

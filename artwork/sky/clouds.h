@@ -28,9 +28,13 @@ public:
         art::Vec3 colour;   ///< Of the clouds alone, weighted by their opacity.
         float opacity = 0;  ///< 0..1
     };
+    struct Range {
+        float nearest, farthest;  ///< From the eye.
+    };
     /// What a glance meets. texel is the angle in radians that one texel of the picture covers;
-    /// chance, 0..1, staggers the marching steps.
-    Sight look(art::Vec3 direction, float texel, float chance) const;
+    /// chance, 0..1, staggers the marching steps. Clouds with their middle nearer or farther than
+    /// the range are left out.
+    Sight look(art::Vec3 direction, float texel, float chance, Range range = {0, 1e9f}) const;
 
 private:
     struct Puff {

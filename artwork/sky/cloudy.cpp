@@ -14,6 +14,8 @@ namespace {
 
 /// The camera never sees higher than 34 degrees.
 constexpr float kHighest = 37 * kPi / 180;
+/// The bases of the farthest clouds, up to here, are thin lines.
+constexpr float kFlatClouds = 3.5f * kPi / 180;
 /// The distant clouds up to here are finer than a texel.
 constexpr float kFarClouds = 7 * kPi / 180;
 /// Turns the clouds so that the saver starts with a great one beside the island.
@@ -38,17 +40,23 @@ Vec3 texel(int x, int y, int size, const sky::Clouds& clouds) {
     const Vec3 middle = place(0.5f, 0.5f);
     const float elevation = std::asin(normalize(middle).y);
     const float angle = sky::kWidth / static_cast<float>(size) / length(middle);
-    const int grid = std::fabs(elevation) < 2 * angle          ? 8
-                     : elevation > 0 && elevation < kFarClouds ? 2
-                                                               : 1;
+    const int grid = std::fabs(elevation) < 2 * angle           ? 8
+                     : elevation > 0 && elevation < kFlatClouds ? 4
+                     : elevation > 0 && elevation < kFarClouds  ? 2
+                                                                : 1;
+    // Lines that run aslant over the texels, as flat bases do, would be a comb: where they are
+    // thin, samples reach into the neighbours.
+    const float reach = grid > 2 ? 1.7f : 1;
     Vec3 sum;
     for (int j = 0; j < grid; ++j)
         for (int i = 0; i < grid; ++i) {
-            const float cell = 1 / static_cast<float>(grid);
-            const Vec3 direction = normalize(place((static_cast<float>(i) + 0.5f) * cell,
-                                                   (static_cast<float>(j) + 0.5f) * cell));
+            const auto within = [&](int k) {
+                return 0.5f +
+                       reach * ((static_cast<float>(k) + 0.5f) / static_cast<float>(grid) - 0.5f);
+            };
+            const Vec3 direction = normalize(place(within(i), within(j)));
             const float e = std::asin(direction.y);
-            sum += e < 0 ? sky::sea(e)
+            sum += e < 0 ? sky::ruffledSea(direction)
                          : overhead(direction, e, clouds, angle, hashUnit(x, y, j * grid + i, 77));
         }
     return sum / static_cast<float>(grid * grid);
