@@ -71,7 +71,8 @@ void sink(Image& image, float waterline, float depth, TINT light) {
         }
 }
 
-/// A broken line of foam where something stands in the water, a little wider than it.
+/// Foam where something stands in the water, a little wider than it: a broken line, and above it
+/// the scallops that the last swell has left, each with a bright rim and a thin film inside.
 void foam(Image& image, float waterline, float thickness, TINT light) {
     constexpr int kReach = 7;
     const int row = static_cast<int>(waterline) - 1;
@@ -81,6 +82,7 @@ void foam(Image& image, float waterline, float thickness, TINT light) {
             pixels.push_back(image.at(x, row));
         return pixels;
     }();
+    const Vec3 white = tinted({0.97f, 0.995f, 1}, light);
     for (int x = 0; x < image.width(); ++x) {
         float near = 0;
         for (int a = -kReach; a <= kReach; ++a)
@@ -91,10 +93,21 @@ void foam(Image& image, float waterline, float thickness, TINT light) {
         const float swell = 0.8f * fractalNoise({u * 0.5f, 0.5f, 0.5f}, 3, 5);
         const float broken = smoothstep(-0.35f, 0.35f, fractalNoise({u, 2.5f, 0.5f}, 3, 3));
         const float half = thickness * (0.6f + 0.8f * broken);
-        for (int y = row - 6; y <= row + 8; ++y) {
-            const float off = (static_cast<float>(y) + 0.5f - waterline - swell) / half;
-            const float cover = near * mix(0.25f, 0.9f, broken) * std::exp(-off * off);
-            image.at(x, y) = over({tinted({0.97f, 0.995f, 1}, light), cover}, image.at(x, y));
+        // Arcs of uneven length that meet in cusps at the water.
+        const float arc = u * 0.34f + 0.9f * gradientNoise({u * 0.45f, 7.5f, 0.5f}, 8);
+        const float turn = arc - std::floor(arc);
+        const float size = 0.45f + hashUnit(static_cast<int>(std::floor(arc)), 0, 0, 9);
+        const float top =
+            thickness * 4.6f * size * std::sqrt(std::max(0.0f, 4 * turn * (1 - turn)));
+        for (int y = row - 12; y <= row + 8; ++y) {
+            const float below = static_cast<float>(y) + 0.5f - waterline - swell;
+            const float off = below / half, rim = (below + top) / (0.75f * thickness);
+            const float line = mix(0.25f, 0.9f, broken) * std::exp(-off * off);
+            const float film = 0.5f * smoothstep(-top - thickness, -top + thickness, below);
+            const float scallop = below > 0 ? 0
+                                            : std::max(film * (0.4f + 0.6f * broken),
+                                                       0.6f * broken * std::exp(-rim * rim));
+            image.at(x, y) = over({white, near * std::max(line, scallop)}, image.at(x, y));
         }
     }
 }

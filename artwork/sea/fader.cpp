@@ -9,6 +9,10 @@ using namespace art;
 
 /// From here up it hides everything: the floor ends just below, and nothing lies behind.
 constexpr float kOpaque = 0.17f;
+/// From here up the open sea lies behind it, and the lagoon may end where it likes.
+constexpr float kOpenSea = 0.93f;
+/// The picture repeats: at the lower edge a sample that lies outside shows the uppermost rows.
+constexpr int kEmptyRows = 2;
 
 /// Weed and sand far out, as they show through deep water: long patches, lower ones the nearer.
 Vec3 lagoon(float x, float up) {
@@ -23,18 +27,25 @@ Vec3 lagoon(float x, float up) {
                here * smoothstep(0.03f, 0.40f, std::fabs(patch)));
 }
 
+float opacity(float x, float up) {
+    constexpr int kAcross = 9;
+    const float bay = fractalNoise({x * kAcross, 0.5f, 0.5f}, 3, 72, {kAcross, 0, 0});
+    const float end = 0.975f + 0.03f * bay;
+    return smoothstep(0.003f, kOpaque, up) *
+           (1 - smoothstep(std::max(kOpenSea, end - 0.03f), end, up));
+}
+
 int main(int argc, char** argv) {
     if (argc != 2)
         fail("usage: fader DATA_DIR");
-    // Tall, since the texture repeats and the opaque top bleeds half a texel into the lower edge.
+    // Tall: what stands for half a texel at its edges must be thin.
     Image image(64, 512);
     for (int y = 0; y < image.height(); ++y) {
         const float up = 1 - (static_cast<float>(y) + 0.5f) / static_cast<float>(image.height());
-        const float alpha = smoothstep(0.003f, kOpaque, up);
-        for (int x = 0; x < image.width(); ++x)
-            image.at(x, y) = {
-                lagoon((static_cast<float>(x) + 0.5f) / static_cast<float>(image.width()), up),
-                alpha};
+        for (int x = 0; x < image.width(); ++x) {
+            const float along = (static_cast<float>(x) + 0.5f) / static_cast<float>(image.width());
+            image.at(x, y) = {lagoon(along, up), y < kEmptyRows ? 0 : opacity(along, up)};
+        }
     }
     saveBmp32(image, std::string(argv[1]) + "/gwfader.nlt");
 }

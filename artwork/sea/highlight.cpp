@@ -32,7 +32,7 @@ std::vector<Glint> chooseGlints() {
     for (int i = 0; i < 240; ++i) {
         const float size = std::pow(random.unit(), 2.0f);
         glints.push_back({random.range(0, kTileWidth), random.range(0, kTileDepth),
-                          mix(0.06f, 0.33f, size), mix(0.050f, 0.070f, size),
+                          mix(0.08f, 0.42f, size), mix(0.050f, 0.070f, size),
                           random.range(-0.004f, 0.004f), random.range(0, kFrames),
                           random.range(5, 13), random.range(0.6f, 1.0f)});
     }
@@ -62,8 +62,11 @@ void draw(const Glint& glint, int frame, Image& image) {
             // A lens shape that bends a little, as the flank of a ripple.
             const float across = z / glint.depth + 0.5f * along * along;
             const float inside = 1 - along * along - across * across;
+            // A texel is as high as the glint: only its light can taper.
+            const float taper = 1 - std::fabs(along);
             float& alpha = image.at(x, y).alpha;
-            alpha = std::max(alpha, glint.strength * grown * smoothstep(0, 0.45f, inside));
+            alpha = std::max(alpha, glint.strength * grown * smoothstep(0, 0.45f, inside) *
+                                        std::min(1.0f, 2.2f * taper * taper));
         }
     }
 }

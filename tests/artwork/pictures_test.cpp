@@ -90,13 +90,26 @@ TEST(AlphaBorders, OfTheGlitterAreEmpty) {
 
 TEST(AlphaBorders, FaderGrowsFromNothingToEverything) {
     const Picture fader = readPicture("gwfader.nlt");
+    // Above the lower part, in which it grows, it hides the end of the floor; only its upper edge,
+    // where the open sea lies behind it, may fade again.
+    const int grown = fader.height * 83 / 100, open = fader.height * 7 / 100;
     int before = 256;
-    for (int y = 0; y < fader.height; ++y) {
+    for (int y = open; y < fader.height; ++y) {
         EXPECT_LE(fader.alpha(0, y), before) << "row " << y;
         before = fader.alpha(0, y);
     }
-    EXPECT_EQ(fader.alpha(0, 0), 255);
+    for (int y = open + 1; y < grown; ++y)
+        for (int x = 0; x < fader.width; ++x)
+            ASSERT_EQ(fader.alpha(x, y), 255) << x << ", " << y;
     EXPECT_EQ(fader.alpha(0, fader.height - 1), 0);
+}
+
+/// The picture repeats, and with several samples a pixel the lower edge is sampled beyond its end.
+TEST(AlphaBorders, FaderEndsClearAboveAndBelow) {
+    const Picture fader = readPicture("gwfader.nlt");
+    for (int x = 0; x < fader.width; ++x)
+        for (const int y : {0, 1, fader.height - 1})
+            EXPECT_EQ(fader.alpha(x, y), 0) << x << ", " << y;
 }
 
 TEST(AlphaBorders, WaterIsClearNearAndDenseFar) {
