@@ -442,7 +442,7 @@ Image paintFloor() {
         // Warm before the eye; the water's colour grows with distance, and the fog takes over
         // behind.
         const Vec3 near = mix({1, 1, 0.985f}, {0.99f, 1, 0.975f}, smoothstep(5, 21, z));
-        const Vec3 water = mix(near, {0.83f, 1.0f, 0.98f}, smoothstep(9, 33, z));
+        const Vec3 water = mix(near, {0.80f, 1.0f, 0.955f}, smoothstep(9, 33, z));
         for (int column = 0; column < kTexels; ++column) {
             const float x = worldX(static_cast<float>(column) + 0.5f);
             Vec3& c = image.at(column, row).colour;

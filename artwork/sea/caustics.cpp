@@ -162,6 +162,6 @@ int main(int argc, char** argv) {
         const Grid light = gather(surface(waves, frame));
         char name[24];
         std::snprintf(name, sizeof name, "caust%.2d.nlt", frame);
-        saveBmp24(sharpened(shrunk(develop(light), columns, rows), 0.35f, 0.5f), folder + name);
+        saveBmp24(sharpened(shrunk(develop(light), columns, rows), 0.4f, 0.65f), folder + name);
     });
 }
