@@ -231,6 +231,23 @@ std::vector<CMarivistaScreensaver::PICTURE> CMarivistaScreensaver::pictures() {
     return list;
 }
 
+void CMarivistaScreensaver::sharpenSlants() {
+    const auto* extensions = reinterpret_cast<const char*>(glGetString(GL_EXTENSIONS));
+    if (!extensions || !std::strstr(extensions, "GL_EXT_texture_filter_anisotropic"))
+        return;
+    constexpr int EIGHTFOLD = 8;
+    GLint most = 1;
+    glGetIntegerv(GL_MAX_TEXTURE_MAX_ANISOTROPY_EXT, &most);
+    const auto sharpen = [factor = std::min(most, EIGHTFOLD)](const Texture& texture) {
+        glBindTexture(GL_TEXTURE_2D, texture.id);
+        glTexParameterf(GL_TEXTURE_2D, GL_TEXTURE_MAX_ANISOTROPY_EXT, static_cast<float>(factor));
+    };
+    for (const Texture* texture : {&tex_terrain, &tex_water, &tex_sky})
+        sharpen(*texture);
+    for (const Texture& texture : tex_caustics)
+        sharpen(texture);
+}
+
 void CMarivistaScreensaver::loadTextures() {
     for (const PICTURE& picture : pictures())
         picture.texture.loadBMP(dataFile(picture.name.c_str()).c_str(), picture.flags);

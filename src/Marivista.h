@@ -67,6 +67,10 @@ public:
     /// The drawing area has another size, in pixels: sets viewport and projection anew, loads
     /// nothing. Its context must be current, and initScene done.
     void setViewSize(int width, int height);
+    /// Filters what is seen at a slant, floor, water and sky, eightfold along the slant, where GL
+    /// can; for hosts that draw with graphics hardware, after initScene and with its context
+    /// current.
+    void sharpenSlants();
     /// The time since the last tick was seen by nobody and does not pass in the scene. A host that
     /// held drawing back calls this before the next updateScene. More than three seconds since a
     /// picture, and a clock set back since then, count as unseen by themselves.

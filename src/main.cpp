@@ -98,7 +98,8 @@ SCENE_PICTURE pictureOf(KScreenSaver& saver) {
                     scene.fpstext.render();
             },
             [&scene] { return scene.autoCameraDirection != 0; },
-            [&scene](int width, int height) { scene.setViewSize(width, height); }};
+            [&scene](int width, int height) { scene.setViewSize(width, height); },
+            [&scene] { scene.sharpenSlants(); }};
 }
 
 void showFrameRate(KScreenSaver& saver) { sceneOf(saver).fpsOn = true; }

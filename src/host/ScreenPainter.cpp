@@ -7,6 +7,7 @@
 #include <utility>
 
 #include "framework/KDEFrame.h"
+#include "host/Renderer.h"
 
 namespace {
 
@@ -29,6 +30,9 @@ ScreenPainter::ScreenPainter(KDEFrame& frame, SCENE_PICTURE picture, std::option
 ScreenPainter::~ScreenPainter() { painted.painter = nullptr; }
 
 void ScreenPainter::paint() {
+    if (!std::exchange(begun, true) &&
+        !isSoftwareRenderer(reinterpret_cast<const char*>(glGetString(GL_RENDERER))))
+        scene.sharpen();
     const double start = now();
     if (start >= static_cast<double>(next_question)) {
         monitors = monitorsUnder(QX11Info::connection(),

@@ -17,6 +17,7 @@ struct SCENE_PICTURE {
     std::function<void()> draw_text;                           ///< the frame-rate line, if it is on
     std::function<bool()> travelling;                          ///< the camera is on its way
     std::function<void(int width, int height)> set_view_size;  ///< pixels
+    std::function<void()> sharpen;  ///< better filters, once, for graphics hardware
 };
 
 /// Draws a frame's scene into its window in the place of the frame itself: at a fraction of the
@@ -40,6 +41,7 @@ private:
     KDEFrame& painted;
     SCENE_PICTURE scene;
     std::optional<double> wanted_fraction;
+    bool begun = false;  ///< the first picture has been drawn
     AdaptiveScale scale;
     ScaledDrawing drawing;
     std::vector<AREA> monitors;      ///< under the window, if several

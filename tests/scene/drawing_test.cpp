@@ -263,6 +263,29 @@ TEST_F(DrawingTest, PicturesThatKeepTheirProportionsAreSetUpAnewEveryTime) {
         EXPECT_TRUE(picture(width, 1) == picture(width, 0)) << width;
 }
 
+TEST_F(DrawingTest, SlantsAreSharpenedWhereGlCan) {
+    make();
+    noFish();
+    build();
+    const auto sharpened = [this] {
+        test::clear();
+        scene().sharpenSlants();
+        return test::callsOf("glTexParameterf");
+    };
+    EXPECT_TRUE(sharpened().empty());
+    test::setAnswer(GL_EXTENSIONS, "GL_ARB_multitexture GL_EXT_texture_filter_anisotropic GL_x");
+    for (const int most : {16, 4}) {
+        test::setAnswer(GL_MAX_TEXTURE_MAX_ANISOTROPY_EXT, most);
+        const std::vector<test::GL_CALL> calls = sharpened();
+        ASSERT_EQ(calls.size(), 35u);  // floor, water, sky, 32 caustics
+        for (const test::GL_CALL& call : calls) {
+            EXPECT_EQ(call.args[1], GL_TEXTURE_MAX_ANISOTROPY_EXT);
+            EXPECT_EQ(call.args[2], std::min(most, 8));
+        }
+    }
+    test::setAnswer(GL_EXTENSIONS, "");
+}
+
 TEST_F(DrawingTest, FogIsSetUpAndLeftOff) {
     make();
     test::clear();
