@@ -39,6 +39,18 @@ unsigned seed(WId window) {
            static_cast<unsigned>(window) * (SPREAD >> 1);
 }
 
+/// Where no sound can be had, one line says so, and the scene plays to nobody: it would find fault
+/// with each of its sounds.
+void findSoundDevice() {
+    char driver[2];
+    // The result of the start does not tell: it may be well without a driver.
+    if (SDL_InitSubSystem(SDL_INIT_AUDIO) == 0 && SDL_AudioDriverName(driver, sizeof driver))
+        return;
+    std::printf("no sound: %s\n", SDL_GetError());
+    SDL_QuitSubSystem(SDL_INIT_AUDIO);
+    setenv("SDL_AUDIODRIVER", "dummy", 1);
+}
+
 }  // namespace
 
 extern "C" {
@@ -58,6 +70,9 @@ EXPORTED KScreenSaver* kss_create(WId id) {
         SDL_InitSubSystem(0);
         scene.emplace();
         std::srand(seed(id));
+        scene->readSettings();
+        if (scene->wantedwssettings.soundOn)
+            findSoundDevice();
         scene->readExtraSettings();
         for (const EXTRA_VALUE& wanted : preset)
             scene->extras.*wanted.field = wanted.value;

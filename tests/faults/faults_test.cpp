@@ -3,6 +3,7 @@
 #include <gmock/gmock.h>
 #include <gtest/gtest.h>
 #include <sys/socket.h>
+#include <sys/stat.h>
 #include <sys/un.h>
 #include <unistd.h>
 
@@ -329,15 +330,15 @@ const std::vector<std::string> silences[] = {
     {"SDL_AUDIODRIVER=dsp", "SDL_PATH_DSP=/dev/null/none"},
     {"SDL_AUDIODRIVER=none"}};
 
-TEST_F(Faults, RunsWithoutAnAudioDevice) {
+TEST_F(Faults, RunsWithoutAnAudioDeviceAndSaysSoInOneLine) {
     for (const auto& silence : silences) {
         const xcb_window_t host = hostWindow();
         Process saver = start(host, silence);
         EXPECT_TRUE(waitForPicture(saver));
         saver.signal(SIGTERM);
         EXPECT_EQ(saver.wait().signal, SIGTERM);
-        // The sounds are not loaded for a mixer that did not open.
-        EXPECT_THAT(saver.output(), testing::StartsWith("musicchunk == 0\n")) << silence[0];
+        EXPECT_EQ(saver.output(), "no sound: No available audio device\n") << silence[0];
+        EXPECT_EQ(saver.errors(), "") << silence[0];
         client.destroy(host);
     }
     expectNothingLeft();
@@ -453,6 +454,17 @@ TEST_F(Faults, EndsWithTheHostsWindowWheneverItGoes) {
         EXPECT_EQ(saver.errors(), "") << moment;
     }
     expectNothingLeft();
+}
+
+TEST_F(Faults, ASettingsFileThatIsAPipeIsNotWaitedFor) {
+    fs::create_directories(folder / "home/.config");
+    const fs::path file = folder / "home/.config/Orvo Atollia";
+    ASSERT_EQ(mkfifo(file.c_str(), 0600), 0);
+    const xcb_window_t host = hostWindow();
+    Process saver = start(host);
+    ASSERT_TRUE(waitForPicture(saver));
+    EXPECT_EQ(saver.output(),
+              file.string() + " is no plain file, running with the default settings\n");
 }
 
 // The window goes after the program has seen it and before the driver asks how large it is.

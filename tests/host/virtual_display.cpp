@@ -275,6 +275,14 @@ xcb_window_t Client::child(xcb_window_t window) {
 }
 
 xcb_window_t Client::find(int width, int height) {
+    return find([=](int w, int h) { return w == width && h == height; });
+}
+
+xcb_window_t Client::findAny() {
+    return find([](int width, int height) { return width >= 100 && height >= 100; });
+}
+
+xcb_window_t Client::find(const std::function<bool(int width, int height)>& wanted) {
     const Owned<xcb_query_tree_reply_t> tree(
         xcb_query_tree_reply(xcb, xcb_query_tree(xcb, root()), nullptr));
     for (int i = 0; tree && i < xcb_query_tree_children_length(tree.get()); ++i) {
@@ -283,7 +291,7 @@ xcb_window_t Client::find(int width, int height) {
             xcb_get_geometry_reply(xcb, xcb_get_geometry(xcb, window), nullptr));
         const Owned<xcb_get_window_attributes_reply_t> attributes(
             xcb_get_window_attributes_reply(xcb, xcb_get_window_attributes(xcb, window), nullptr));
-        if (area && attributes && area->width == width && area->height == height &&
+        if (area && attributes && wanted(area->width, area->height) &&
             attributes->map_state == XCB_MAP_STATE_VIEWABLE)
             return window;
     }

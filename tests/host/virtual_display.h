@@ -4,6 +4,7 @@
 #include <xcb/xcb.h>
 
 #include <cstdint>
+#include <functional>
 #include <string>
 #include <vector>
 
@@ -113,6 +114,9 @@ public:
     xcb_window_t child(xcb_window_t window);
     /// First window below the root that is as large as this and is mapped; 0 without one.
     xcb_window_t find(int width, int height);
+    /// First window below the root that is large enough for something to be seen in it and is
+    /// mapped; 0 without one.
+    xcb_window_t findAny();
     bool exists(xcb_window_t window);
 
     /// Paints a window black, now and whenever it is uncovered.
@@ -127,6 +131,9 @@ public:
     bool waitForEvent(int type);
 
 private:
+    /// First mapped window below the root whose size is wanted; 0 without one.
+    xcb_window_t find(const std::function<bool(int width, int height)>& wanted);
+
     xcb_connection_t* xcb;
     const xcb_screen_t* screenAt(int number) const;
 };

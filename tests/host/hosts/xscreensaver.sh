@@ -45,9 +45,9 @@ until_true "the mouse does not reach the host" shake
 
 command_host -activate
 until_true "no lagoon on the screen" lagoon_at 640x480+0+0
-since=$(now)
+before_the_end
 command_host -deactivate
-expect_gone_since "$since"
+expect_gone
 ! grep -q "crashed" "$tmp/log" || fail "XScreenSaver saw a crash"
 command_host -exit || true
 until_true "XScreenSaver does not end" sh -c "! kill -0 $host"
