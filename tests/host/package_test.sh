@@ -24,7 +24,12 @@ for tool in dpkg-deb lintian desktop-file-validate appstreamcli groff; do
     }
 done
 
-package=$("$top/scripts/package.sh" | tail -n 1)
+make_package() { # says where it is
+    "$top/scripts/package.sh" >"$tmp/package.log" 2>&1 ||
+        { cat "$tmp/package.log" >&2; fail "making the package" >&2; }
+    tail -n 1 "$tmp/package.log"
+}
+package=$(make_package)
 root="$tmp/root"
 mkdir "$root"
 dpkg-deb -x "$package" "$root"
@@ -32,7 +37,7 @@ dpkg-deb -x "$package" "$root"
 echo "-- the same again"
 cp "$package" "$tmp/first.deb"
 rm "$package"
-again=$(umask 077 && TZ=Asia/Tokyo LC_ALL=C "$top/scripts/package.sh" | tail -n 1)
+again=$(umask 077 && export TZ=Asia/Tokyo LC_ALL=C && make_package)
 cmp "$again" "$tmp/first.deb" || fail "the same sources give another package"
 
 echo "-- one version everywhere"
