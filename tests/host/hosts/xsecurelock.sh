@@ -21,4 +21,5 @@ asks() {
 until_true "keys do not reach the locker" asks
 before_the_end
 kill $host
-expect_gone
+# The locker's own way to its saver takes most of it on a busy machine.
+expect_gone 3000
