@@ -52,7 +52,7 @@ Fish anatomy() {
 
     f.fins = {tail, dorsal, anal, pectoral};
     f.eye = {{0.088f, 0.016f}, 0.032f, 0.3f};
-    f.swim = {9.5f, 0.72f, 0.05f, 2.4f};
+    f.swim = {11.0f, 0.72f, 0.05f, 2.4f};
     f.length = 55;
     f.centre = 0.56f;
     return f;
