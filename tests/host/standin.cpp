@@ -14,6 +14,7 @@
 #include "framework/KDEFrame.h"
 #include "host/Arguments.h"
 #include "host/KDEScreensaverFrame.h"
+#include "host/ScreenPainter.h"
 #include "main.h"
 
 namespace {
@@ -38,6 +39,10 @@ public:
         const bool current = QGLContext::currentContext() == context();
         std::printf("setViewSize %d x %d%s\n", width, height, current ? "" : " without context");
         std::fflush(stdout);
+        setArea(width, height);
+    }
+    /// The same, of a part of the window.
+    void setArea(int width, int height) {
         resolution_x = width;
         resolution_y = height;
         initGL();
@@ -124,6 +129,12 @@ QDialog* kss_setup() { return nullptr; }
 }
 
 QDialog* createSetup(const std::string&) { return nullptr; }
+
+SCENE_PICTURE pictureOf(KScreenSaver& saver) {
+    Standin& scene = standin(saver);
+    return {[&scene] { scene.renderScene(); }, [] {}, [] { return false; },
+            [&scene](int width, int height) { scene.setArea(width, height); }, [] {}};
+}
 
 void showFrameRate(KScreenSaver&) { say("frame rate"); }
 
