@@ -2,9 +2,12 @@
 # Films the scene as a loop of ten seconds: the automatic camera rests over the water, comes down
 # and rests before the reef; the last second fades into the first.
 #   film.sh [OUT.webp] [--video OUT.mp4|OUT.webm] [--size WxH] [--fps N] [--quality Q] [--seed N]
-# OUT.webp is an animated picture for the README, docs/pictures/film.webp when neither it nor a
-# video is named. With its size, 560x414, 10 pictures a second and quality 30 of 100 it stays below
-# 1.4 MB. A video takes the same pictures: name a larger size and rate for it.
+#   [--day]
+# With --day a whole day passes instead, in twenty seconds: the reef in the forenoon, the sky from
+# sunset until after midnight.
+# OUT.webp is an animated picture for the README, docs/pictures/film.webp (or day.webp) when neither
+# it nor a video is named. With its size, 560x414, 10 pictures a second and quality 30 of 100 it
+# stays below 1.4 MB. A video takes the same pictures: name a larger size and rate for it.
 # Needs no display.
 set -eu
 top=$(cd "$(dirname "$0")/.." && pwd)
@@ -14,7 +17,7 @@ usage() {
     exit 2
 }
 
-webp="" video="" size=560x414 fps=10 quality=30 seed=4
+webp="" video="" size=560x414 fps=10 quality=30 seed=4 day=""
 while [ $# -gt 0 ]; do
     case $1 in
     --video | --size | --fps | --quality | --seed)
@@ -28,6 +31,7 @@ while [ $# -gt 0 ]; do
         esac
         shift
         ;;
+    --day) day=--day ;;
     *.webp) webp=$1 ;;
     *) usage ;;
     esac
@@ -37,7 +41,8 @@ case $video in
 "" | *.mp4 | *.webm) ;;
 *) usage ;;
 esac
-[ -n "$webp$video" ] || webp="$top/docs/pictures/film.webp"
+[ -z "$day" ] && name=film || name=day
+[ -n "$webp$video" ] || webp="$top/docs/pictures/$name.webp"
 
 "$top/scripts/deps.sh" build ffmpeg
 folder=$(mktemp -d)
@@ -49,9 +54,18 @@ seconds=10 fade=1
 speed=6 rest=2
 printf 'CameraSpeed=%s\nCameraFixTop=%s\n' "$speed" "$rest" >"$folder/settings"
 from=$(awk "BEGIN { print 10 + 25 / $speed + $rest - 1 - $fade }")
+if [ -n "$day" ]; then
+    # The camera's round is as long as the film: before the reef in the forenoon, over the water
+    # from sunset until after midnight.
+    seconds=20 from=25
+    printf 'CameraSpeed=5\nCameraFixTop=7\nCameraFixBottom=3\n' >"$folder/settings"
+    set -- --day --daytime 05:00
+else
+    set --
+fi
 "$top/scripts/snapshot.sh" "$folder/film.png" --view automatic --config "$folder/settings" \
     --seconds "$from" --frames $(((seconds + fade) * fps)) --fps "$fps" \
-    --seed "$seed" --size "$size" --samples 4
+    --seed "$seed" --size "$size" --samples 4 "$@"
 
 # film OUT [ENCODER OPTIONS...]: the loop, in the format that OUT's ending names.
 film() {

@@ -126,3 +126,7 @@ void setViewSize(KScreenSaver& saver, int width, int height) {
 }
 
 void skipUnseenTime(KScreenSaver& saver) { sceneOf(saver).skipUnseenTime(); }
+
+void setDayTime(KScreenSaver& saver, int minute) {
+    sceneOf(saver).localTime = [minute] { return LOCAL_TIME{double(minute), 0}; };
+}

@@ -42,3 +42,5 @@ void showFrameRate(KScreenSaver& saver);
 void setViewSize(KScreenSaver& saver, int width, int height);
 /// Nobody has seen the time since the last tick.
 void skipUnseenTime(KScreenSaver& saver);
+/// Its day stands still at so many minutes after midnight; before it is shown.
+void setDayTime(KScreenSaver& saver, int minute);

@@ -52,7 +52,8 @@ struct Options {
     bool show_fps = false;
     bool where = false;
     bool proportions = false;
-    int daytime = -1;  // Minutes after midnight; negative: always noon.
+    DAY_CHOICE daytime;
+    bool day = false;
 };
 
 bool parseView(const std::string& name, int* camerapos) {
@@ -71,8 +72,10 @@ bool parseView(const std::string& name, int* camerapos) {
 bool parse(int argc, char** argv, Options* options) {
     for (int i = 1; i < argc; ++i) {
         const std::string name = argv[i];
-        if (name == "--show-fps" || name == "--where") {
-            (name == "--where" ? options->where : options->show_fps) = true;
+        if (name == "--show-fps" || name == "--where" || name == "--day") {
+            (name == "--where" ? options->where
+             : name == "--day" ? options->day
+                               : options->show_fps) = true;
             continue;
         }
         if (name.compare(0, 2, "--") != 0) {
@@ -105,12 +108,10 @@ bool parse(int argc, char** argv, Options* options) {
         } else if (name == "--frames") {
             options->frames = std::atoi(value);
         } else if (name == "--daytime") {
-            int hour = 0, minute = 0;
-            char more = 0;
-            if (std::sscanf(value, "%2d:%2d%c", &hour, &minute, &more) != 2 || hour < 0 ||
-                hour > 23 || minute < 0 || minute > 59)
+            const auto choice = parseDayChoice(value);
+            if (!choice)
                 return false;
-            options->daytime = hour * 60 + minute;
+            options->daytime = *choice;
         } else if (name == "--fps") {
             options->fps = std::atof(value);
         } else {
@@ -176,7 +177,8 @@ int main(int argc, char** argv) {
                      "usage: snapshot OUT.png [--view bottom|middle|top|low|automatic]\n"
                      "       [--seconds S] [--size WxH] [--proportions stretched|true]\n"
                      "       [--samples N] [--seed N]\n"
-                     "       [--config FILE] [--frames N --fps F] [--show-fps] [--where]\n");
+                     "       [--config FILE] [--frames N --fps F] [--show-fps] [--where]\n"
+                     "       [--daytime noon|clock|HH:MM] [--day]\n");
         return 2;
     }
     // Settings are looked up by absolute paths.
@@ -201,15 +203,25 @@ int main(int argc, char** argv) {
     scene->extras.proportions = options.proportions;
     scene->wantedwssettings.camerapos = options.camerapos;
     scene->fpsOn = options.show_fps;
-    if (options.daytime >= 0) {
-        scene->extras.daytime = 1;
-        scene->localTime = [&] { return LOCAL_TIME{double(options.daytime), 0}; };
+    // A whole day passes while the pictures are taken, or none.
+    Uint32 day_begins = 0, day_length = 1;
+    scene->extras.daytime = options.day || options.daytime.hours;
+    if (options.day || options.daytime.minute) {
+        const double standing = options.daytime.minute.value_or(12 * 60);
+        scene->localTime = [&, standing]() -> LOCAL_TIME {
+            if (!options.day || ticks < day_begins)
+                return {standing, 0};
+            const double passed = 1440.0 * (ticks - day_begins) / day_length;
+            return {std::fmod(standing + passed, 1440), 0};
+        };
     }
     srand(options.seed);
     scene->buildWorld();
 
     // Between pictures everything runs as ever, only the filling of pixels is left out.
     const auto first = static_cast<Uint32>(options.seconds * 1000);
+    day_begins = first;
+    day_length = static_cast<Uint32>(options.frames * 1000 / options.fps);
     bool saved = true;
     for (int picture = 0; picture < options.frames; ++picture) {
         const Uint32 due = first + static_cast<Uint32>(picture * 1000 / options.fps);

@@ -10,6 +10,8 @@
 #include <locale>
 #include <sstream>
 
+#include "LocalTime.h"
+
 namespace {
 
 /// Exit status for an option that nobody knows, outside the saver modes.
@@ -138,6 +140,16 @@ bool readScale(ARGUMENTS& arguments, const std::string& text) {
     return true;
 }
 
+/// Noon, the clock, or a moment of the day that stays.
+bool readDayTime(ARGUMENTS& arguments, const std::string& text) {
+    const auto choice = parseDayChoice(text);
+    if (!choice)
+        return false;
+    arguments.extras.push_back({&EXTRA_SETTINGS::daytime, choice->hours ? 1 : 0});
+    arguments.minute = choice->minute;
+    return true;
+}
+
 template <class VALUE>
 bool keep(VALUE& place, const std::optional<VALUE>& value) {
     if (value)
@@ -164,6 +176,7 @@ const VALUE_OPTION value_options[] = {
      [](ARGUMENTS& a, const std::string& text) {
          return readChoice(a, &EXTRA_SETTINGS::proportions, text, "stretched", "true");
      }},
+    {"daytime", "noon, clock or a time as 18:15", readDayTime},
     {"volume", "a number from 0 to 100", readExtra<&EXTRA_SETTINGS::volume>},
 };
 
@@ -326,6 +339,7 @@ std::string usage() {
            "  -samples N            smooth edges with N samples per pixel, 0 for none\n"
            "  -scale F              draw at this fraction of the resolution, 0.4 to 1, or auto\n"
            "  -proportions WHICH    stretched to the window, or true\n"
+           "  -daytime WHEN         always noon, as the clock says, or a time as 18:15\n"
            "  -volume N             loudness of the sounds, from 0 to 100\n"
            "  -help                 print this text\n"
            "  -version              print name and version\n"

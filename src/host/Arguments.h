@@ -48,6 +48,7 @@ struct ARGUMENTS {
     int maxfps = 0;               ///< frames drawn per second at most; 0: as the renderer suggests
     std::optional<int> samples;   ///< per pixel, for smooth edges; empty: as the renderer suggests
     std::optional<double> scale;  ///< fraction of the resolution; empty: as the renderer needs it
+    std::optional<int> minute;    ///< of the scene's day, for ever; empty: as the clock says
     std::vector<EXTRA_VALUE> extras;      ///< in their order
     int status = 0;                       ///< REFUSED: exit status
     std::vector<std::string> complaints;  ///< one line each, without the program's name

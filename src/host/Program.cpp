@@ -223,6 +223,8 @@ int runSaver(QApplication& application, const ARGUMENTS& arguments) {
         return fail("the display's GL driver gives no context, nothing can be drawn");
     if (arguments.fps)
         showFrameRate(*saver);
+    if (arguments.minute)
+        setDayTime(*saver, *arguments.minute);
     const ScreenPainter painter(frame, pictureOf(*saver),
                                 scaled ? arguments.scale : std::optional<double>(1),
                                 scaled ? samples : 0);

@@ -188,6 +188,25 @@ TEST(Arguments, SettingsBesideTheSavers) {
     }
 }
 
+TEST(Arguments, TheHourIsNoonTheClocksOrOneThatStays) {
+    const auto read = [](const char* text) { return parseArguments(split(text), nullptr); };
+    EXPECT_THAT(read("-root").extras, IsEmpty());
+    EXTRA_SETTINGS settings;
+    for (const char* text : {"-daytime clock", "-daytime noon", "--daytime=18:15"}) {
+        const ARGUMENTS arguments = read(text);
+        EXPECT_THAT(arguments.complaints, IsEmpty()) << text;
+        ASSERT_THAT(arguments.extras, SizeIs(1)) << text;
+        settings.*arguments.extras[0].field = arguments.extras[0].value;
+        EXPECT_EQ(settings.daytime, std::string(text) == "-daytime noon" ? 0 : 1) << text;
+    }
+    EXPECT_EQ(read("--daytime=18:15").minute, 18 * 60 + 15);
+    EXPECT_EQ(read("-daytime 6:30 -daytime clock").minute, std::nullopt);
+    const ARGUMENTS bad = read("-root -daytime later");
+    EXPECT_THAT(bad.extras, IsEmpty());
+    EXPECT_THAT(bad.complaints, SizeIs(1));
+    EXPECT_EQ(bad.mode, SAVER_MODE::ROOT);
+}
+
 TEST(Arguments, FullScreenOnRequest) {
     EXPECT_FALSE(parseArguments({"-demo"}, nullptr).fullscreen);
     EXPECT_TRUE(parseArguments({"-fullscreen"}, nullptr).fullscreen);
@@ -196,7 +215,7 @@ TEST(Arguments, FullScreenOnRequest) {
 TEST(Arguments, UsageNamesEveryOptionThatDoesSomething) {
     for (const char* option :
          {"-demo", "-root", "-window-id", "-setup", "-language", "-geometry", "-display", "-fps",
-          "-no-fps", "-maxfps", "-samples", "-scale", "-help", "-version"})
+          "-no-fps", "-maxfps", "-samples", "-scale", "-daytime", "-help", "-version"})
         EXPECT_THAT(usage(), HasSubstr(option));
 }
 

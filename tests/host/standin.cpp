@@ -150,3 +150,8 @@ void setViewSize(KScreenSaver& saver, int width, int height) {
 }
 
 void skipUnseenTime(KScreenSaver&) { say("unseen time"); }
+
+void setDayTime(KScreenSaver&, int minute) {
+    std::printf("minute %d\n", minute);
+    std::fflush(stdout);
+}

@@ -146,6 +146,15 @@ TEST_P(GoldenPicture, IsAsItWas) {
         << "; see " << path;
 }
 
+/// Test names have no dashes.
+std::string testName(const testing::TestParamInfo<Golden>& info) {
+    std::string name = info.param.name;
+    for (char& c : name)
+        if (c == '-')
+            c = '_';
+    return name;
+}
+
 INSTANTIATE_TEST_SUITE_P(Views, GoldenPicture,
                          testing::Values(Golden{"bottom-cloudy-4", "--view bottom --seconds 4"},
                                          Golden{"bottom-cloudy-9", "--view bottom --seconds 9"},
@@ -159,13 +168,19 @@ INSTANTIATE_TEST_SUITE_P(Views, GoldenPicture,
                                          Golden{"top-cloudy-9", "--view top --seconds 9"},
                                          Golden{"top-clear-4", "--view top --seconds 4"},
                                          Golden{"top-clear-9", "--view top --seconds 9"}),
-                         [](const testing::TestParamInfo<Golden>& info) {
-                             std::string name = info.param.name;
-                             for (char& c : name)
-                                 if (c == '-')
-                                     c = '_';
-                             return name;
-                         });
+                         testName);
+
+INSTANTIATE_TEST_SUITE_P(
+    Hours, GoldenPicture,
+    testing::Values(Golden{"bottom-morning", "--view bottom --seconds 4 --daytime 6:30"},
+                    Golden{"top-morning", "--view top --seconds 4 --daytime 6:30"},
+                    Golden{"bottom-noon", "--view bottom --seconds 4 --daytime 12:00"},
+                    Golden{"top-noon", "--view top --seconds 4 --daytime 12:00"},
+                    Golden{"bottom-evening", "--view bottom --seconds 4 --daytime 18:15"},
+                    Golden{"top-evening", "--view top --seconds 4 --daytime 18:15"},
+                    Golden{"bottom-night", "--view bottom --seconds 4 --daytime 22:00"},
+                    Golden{"top-night", "--view top --seconds 4 --daytime 22:00"}),
+    testName);
 
 TEST(Snapshot, SameArgumentsGiveTheSameBytes) {
     const std::string arguments = "--view bottom --seconds 3 --size 320x237";
@@ -230,7 +245,7 @@ TEST(Snapshot, SmoothsEdges) {
 
 TEST(Snapshot, RefusesNonsense) {
     for (const char* arguments : {"", "x.png --view sideways", "x.png --size big", "x.png --what",
-                                  "x.png --config no-such-file"})
+                                  "x.png --config no-such-file", "x.png --daytime 25:00"})
         EXPECT_NE(std::system((quoted(SNAPSHOT) + " " + arguments + " 2>/dev/null").c_str()), 0)
             << arguments;
 }
