@@ -1,5 +1,5 @@
 #!/bin/sh
-# Makes the Debian package and says where it is. The same sources give the same bytes: times in it
+# Makes the Debian packages and says where they are. The same sources give the same bytes: times in it
 # are the last commit's, or the changelog's where there is no repository.
 set -eu
 top=$(cd "$(dirname "$0")/.." && pwd)
@@ -14,8 +14,9 @@ mkdir -p build
 (
     flock 9 # Two runs in one clone build one after the other.
     scripts/configure.sh package
-    cmake --build --preset package --target atollia.kss data
+    cmake --build --preset package --target atollia.kss atollia reefplugin data
     cd build/package
+    rm -f -- *.deb
     umask 022
     cpack >cpack.log || { cat cpack.log; exit 1; }
 ) 9>build/.package.lock

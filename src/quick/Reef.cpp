@@ -126,6 +126,9 @@ void Reef::movingChanged() {
     if (moves == was_moving)
         return;
     was_moving = moves;
+    // Nothing is drawn in a hidden window, so its scene cannot fall silent by itself.
+    if (sounds)
+        ReefRenderer::holdSound(!moves);
     if (moves)
         update();
     else

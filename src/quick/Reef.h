@@ -124,6 +124,7 @@ private:
     bool seen_still = false;   ///< a page has shown the still picture
     bool interrupted = false;  ///< pictures did not follow each other since the last one
     bool was_moving = false;
+    bool sounds = false;    ///< its scene is the one that is heard
     bool software = false;  ///< drawn on the processor
     QElapsedTimer clock;
     QTimer due;                 ///< until the next picture

@@ -5,7 +5,6 @@
 #include <QOpenGLFramebufferObject>
 #include <QQuickWindow>
 #include <algorithm>
-#include <atomic>
 #include <mutex>
 
 #include "Marivista.h"
@@ -21,8 +20,9 @@ constexpr unsigned LONGEST_FRAME = 1500;
 /// Samples per pixel where they cost nearly nothing.
 constexpr int SMOOTH = 4;
 
-/// The scene that has the mixer, of which a process has one.
-std::atomic<const void*> sounding{nullptr};
+/// A process has one mixer: this guards it, and the renderer whose scene has it.
+std::mutex mixer;
+const ReefRenderer* sounding = nullptr;
 
 /// The clock counts from the first part of SDL that starts, so that must be before the first scene
 /// reads it.
@@ -79,7 +79,7 @@ ReefRenderer::ReefRenderer()
 ReefRenderer::~ReefRenderer() {
     if (!scene)
         return;
-    silence();
+    silence(*scene);
     cleanUp(*scene);
 }
 
@@ -88,6 +88,7 @@ void ReefRenderer::synchronize(QQuickFramebufferObject* item) {
     wishes = reef->wishes;
     unseen = unseen || reef->interrupted;
     reef->interrupted = false;
+    reef->sounds = scene && scene->sound;
     const int wanted = wishes.samples >= 0 ? wishes.samples : software ? 0 : SMOOTH;
     if (sample_count >= 0 && wanted != sample_count)
         invalidateFramebufferObject();
@@ -129,8 +130,7 @@ void ReefRenderer::followWishes() {
         const auto before = std::move(scene);
         scene = build(before.get());
         // The mixer goes with the old scene; the new one opens it anew.
-        if (before->sound)
-            sounding = nullptr;
+        silence(*before);
         cleanUp(*before);
     }
     SaverSettings& settings = scene->wantedwssettings;
@@ -149,26 +149,35 @@ void ReefRenderer::followWishes() {
     }
 }
 
-void ReefRenderer::silence() {
-    if (!scene->sound)
+void ReefRenderer::silence(CMarivistaScreensaver& loud) {
+    if (!loud.sound)
         return;
-    scene->wantedwssettings.soundOn = false;
-    delete scene->sound;
-    scene->sound = nullptr;
+    const std::lock_guard lock(mixer);
+    loud.wantedwssettings.soundOn = false;
+    delete loud.sound;
+    loud.sound = nullptr;
     sounding = nullptr;
 }
 
 void ReefRenderer::followSound() {
-    const bool wanted = wishes.running && !wishes.muted;
-    if (!wanted) {
-        silence();
+    if (!wishes.running || wishes.muted) {
+        silence(*scene);
         return;
     }
-    const void* nobody = nullptr;
-    if (scene->sound || !sounding.compare_exchange_strong(nobody, this))
+    if (scene->sound)
         return;
+    const std::lock_guard lock(mixer);
+    if (sounding)
+        return;
+    sounding = this;
     scene->wantedwssettings.soundOn = true;
     scene->initSound();
+}
+
+void ReefRenderer::holdSound(bool held) {
+    const std::lock_guard lock(mixer);
+    if (sounding)
+        (held ? Mix_Pause : Mix_Resume)(-1);
 }
 
 void ReefRenderer::render() {

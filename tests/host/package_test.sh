@@ -24,21 +24,24 @@ for tool in dpkg-deb lintian desktop-file-validate appstreamcli groff; do
     }
 done
 
-make_package() { # says where it is
+make_packages() { # says where they are
     "$top/scripts/package.sh" >"$tmp/package.log" 2>&1 ||
-        { cat "$tmp/package.log" >&2; fail "making the package" >&2; }
-    tail -n 1 "$tmp/package.log"
+        { cat "$tmp/package.log" >&2; fail "making the packages" >&2; }
+    grep "\.deb$" "$tmp/package.log"
 }
-package=$(make_package)
+packages=$(make_packages)
+package=$(echo "$packages" | grep /atollia_)
 root="$tmp/root"
-mkdir "$root"
-dpkg-deb -x "$package" "$root"
+mkdir "$root" "$tmp/first"
+for one in $packages; do
+    dpkg-deb -x "$one" "$root"
+    mv "$one" "$tmp/first"
+done
 
 echo "-- the same again"
-cp "$package" "$tmp/first.deb"
-rm "$package"
-again=$(umask 077 && export TZ=Asia/Tokyo LC_ALL=C && make_package)
-cmp "$again" "$tmp/first.deb" || fail "the same sources give another package"
+for one in $(umask 077 && export TZ=Asia/Tokyo LC_ALL=C && make_packages); do
+    cmp "$one" "$tmp/first/$(basename "$one")" || fail "the same sources give another package"
+done
 
 echo "-- one version everywhere"
 version=$(dpkg-deb -f "$package" Version)
@@ -50,13 +53,13 @@ is_version changelog "$(dpkg-parsechangelog -l "$top/packaging/changelog" -S Ver
 is_version CHANGELOG.md "$(sed -n 's/^## \([0-9.]*\)$/\1/p' "$top/CHANGELOG.md" | head -n 1)"
 is_version metainfo.xml "$(sed -n 's/.*<release version="\([^"]*\)".*/\1/p' \
     "$root/usr/share/metainfo/atollia.metainfo.xml" | head -n 1)"
-for page in man6/atollia.kss.6.gz man1/atollia-xscreensaver.1.gz; do
+for page in man6/atollia.kss.6.gz man1/atollia-xscreensaver.1.gz man1/atollia.1.gz; do
     is_version "$page" "$(gunzip -c "$root/usr/share/man/$page" |
         sed -n 's/^\.TH .*"Atollia \([^"]*\)".*/\1/p')"
 done
 
 echo "-- files"
-for file in usr/bin/atollia.kss usr/bin/atollia-xscreensaver \
+for file in usr/bin/atollia usr/bin/atollia.kss usr/bin/atollia-xscreensaver \
     usr/libexec/xscreensaver/atollia usr/lib/xscreensaver/atollia \
     usr/libexec/xsecurelock/saver_atollia usr/share/applications/screensavers/atollia.desktop \
     usr/share/applications/atollia.desktop \
@@ -90,6 +93,7 @@ printf '%s\n' kss_applicationName kss_create kss_description kss_setup kss_versi
 
 echo "-- descriptions"
 desktop-file-validate "$root"/usr/share/applications/atollia.desktop
+desktop-file-validate "$root"/usr/share/applications/atollia-settings.desktop
 desktop-file-validate "$root"/usr/share/applications/screensavers/atollia.desktop
 appstreamcli validate --no-net --pedantic \
     "$root"/usr/share/metainfo/atollia.metainfo.xml ||
@@ -97,7 +101,7 @@ appstreamcli validate --no-net --pedantic \
 grep -q "<url type=\"homepage\">$(sed -n 's/^hyperlink *= *{ *\(.*[^ ]\) *}.*/\1/p' \
     "$top/data/Language.dat" | sort -u)</url>" "$root"/usr/share/metainfo/atollia.metainfo.xml ||
     fail "the project's page is not one"
-for page in man6/atollia.kss.6.gz man1/atollia-xscreensaver.1.gz; do
+for page in man6/atollia.kss.6.gz man1/atollia-xscreensaver.1.gz man1/atollia.1.gz; do
     gunzip -c "$root/usr/share/man/$page" >"$tmp/page"
     LC_ALL=C.UTF-8 groff -man -Tutf8 -ww -z "$tmp/page" >"$tmp/groff" 2>&1 || true
     [ ! -s "$tmp/groff" ] || { cat "$tmp/groff"; fail "$page"; }
@@ -105,17 +109,35 @@ done
 gunzip -c "$root/usr/share/man/man6/atollia.kss.6.gz" | grep -q "^.I /opt/Orvo/" || fail "man page"
 
 echo "-- lintian"
-lintian --allow-root --fail-on error "$package"
+# shellcheck disable=SC2086  # several files
+lintian --allow-root --fail-on error,warning $packages
 
 if [ "$(id -u)" -eq 0 ]; then
     echo "-- installed and removed"
     mkdir -p "$tmp/system/opt" "$tmp/system/var/lib/dpkg/info" "$tmp/system/var/lib/dpkg/updates"
     : >"$tmp/system/var/lib/dpkg/status"
-    dpkg --root="$tmp/system" --force-depends --force-script-chrootless -i "$package" >"$tmp/dpkg.log" 2>&1 ||
-        { cat "$tmp/dpkg.log"; fail "installing"; }
-    [ -x "$tmp/system/usr/bin/atollia.kss" ] || fail "not installed"
-    dpkg --root="$tmp/system" --force-script-chrootless --purge atollia >"$tmp/dpkg.log" 2>&1 ||
-        { cat "$tmp/dpkg.log"; fail "removing"; }
+    in_system() { # DPKG ARGUMENTS...
+        dpkg --root="$tmp/system" --force-script-chrootless "$@" >"$tmp/dpkg.log" 2>&1 ||
+            { cat "$tmp/dpkg.log"; fail "$*"; }
+    }
+    # The single package that there was, in which the data lay as well.
+    mkdir -p "$tmp/single/DEBIAN" "$tmp/single/opt/Orvo/Screensaver/Atollia" "$tmp/single/usr/bin"
+    echo old | tee "$tmp/single/opt/Orvo/Screensaver/Atollia/Language.dat" >"$tmp/single/usr/bin/atollia.kss"
+    printf '%s\n' "Package: atollia" "Version: 0.1" "Architecture: $(dpkg --print-architecture)" \
+        "Maintainer: Atollia developers <atollia@localhost.localdomain>" "Description: one package" \
+        >"$tmp/single/DEBIAN/control"
+    dpkg-deb --build "$tmp/single" "$tmp/single.deb" >/dev/null
+    in_system -i "$tmp/single.deb"
+    # shellcheck disable=SC2086  # several files
+    in_system --force-depends --auto-deconfigure -i $packages
+    [ "$(wc -l <"$tmp/system/opt/Orvo/Screensaver/Atollia/Language.dat")" -gt 100 ] ||
+        fail "the data was not replaced"
+    [ "$(wc -c <"$tmp/system/usr/bin/atollia.kss")" -gt 1000 ] || fail "not installed"
+    # The wallpaper does without the saver, the saver without the wallpaper.
+    in_system --force-depends --purge atollia
+    [ -e "$tmp/system/opt/Orvo/Screensaver/Atollia/font.nlf" ] || fail "the data went with the saver"
+    in_system --force-depends --purge atollia-plasma
+    in_system --force-depends --purge atollia-data
     left=$(cd "$tmp/system" && find . -mindepth 1 -not -path "./var*")
     [ "$left" = ./opt ] || fail "left behind, where only ./opt was: $left"
 fi

@@ -108,12 +108,11 @@ expect_gone() { # [MILLISECONDS]
 # A picture of the lagoon: many colours, a blue sky above and a bluish green sea in the middle.
 is_lagoon() { # FILE
     [ "$(identify -format %k "$1")" -gt 500 ] || return 1
-    # Mean red, green and blue, 0 to 255, of the upper tenth and of a band below the horizon.
-    set -- $(convert "$1" -gravity North -crop 100%x10%+0+0 +repage -scale 1x1! \
-        -format '%[fx:int(255*r)] %[fx:int(255*g)] %[fx:int(255*b)]' info:) \
-        $(convert "$1" -gravity North -crop 100%x8%+0+70% +repage -scale 1x1! \
-            -format '%[fx:int(255*r)] %[fx:int(255*g)] %[fx:int(255*b)]' info:)
-    [ "$3" -gt "$1" ] && [ "$3" -gt 100 ] && [ "$5" -gt 90 ] && [ "$6" -gt 90 ]
+    # Mean red, green and blue, 0 to 255, of the upper twentieth and of a band below the horizon.
+    set -- $(convert "$1" -scale 1x20! -depth 8 \
+        -format '%[fx:int(255*p{0,0}.r)] %[fx:int(255*p{0,0}.g)] %[fx:int(255*p{0,0}.b)]
+            %[fx:int(255*p{0,11}.r)] %[fx:int(255*p{0,11}.g)] %[fx:int(255*p{0,11}.b)]' info:)
+    [ "$3" -gt "$1" ] && [ "$3" -gt 100 ] && [ $(($6 - $4)) -gt 60 ]
 }
 lagoon_at() { # GEOMETRY
     import -silent -window root -crop "$1" +repage -depth 8 "$tmp/picture.png" || return 1

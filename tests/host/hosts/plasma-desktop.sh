@@ -53,6 +53,7 @@ xrandr --output DUMMY0 --mode test --pos 0x0 --output DUMMY1 --mode test --pos 6
 unset WAYLAND_DISPLAY
 
 cat >"$tmp/script" <<'SCRIPT'
+print(desktops().length + " desktops");
 desktops().forEach(function(desktop) {
     desktop.wallpaperPlugin = "org.atollia.wallpaper";
     desktop.currentConfigGroup = ["Wallpaper", "org.atollia.wallpaper", "General"];
@@ -64,9 +65,11 @@ cat >"$tmp/session" <<'SESSION'
 kwin_x11 >"$1/kwin.log" 2>&1 &
 plasmashell >"$1/log" 2>&1 &
 echo $! >"$1/shell"
+# The shell answers before it has a desktop for every monitor.
 tries=0
-until [ $tries -gt 120 ] || dbus-send --session --print-reply --dest=org.kde.plasmashell /PlasmaShell \
-    org.kde.PlasmaShell.evaluateScript string:"$(cat "$1/script")" >"$1/reply" 2>&1; do
+until [ $tries -gt 240 ] || grep -q "2 desktops" "$1/reply" 2>/dev/null; do
+    dbus-send --session --print-reply --dest=org.kde.plasmashell /PlasmaShell \
+        org.kde.PlasmaShell.evaluateScript string:"$(cat "$1/script")" >"$1/reply" 2>&1
     tries=$((tries + 1))
     sleep 0.5
 done
@@ -91,8 +94,15 @@ cat >"$tmp/cover.qml" <<'QML'
 import QtQuick 2.15
 import QtQuick.Window 2.15
 Item {
-    Window { screen: Qt.application.screens[0]; color: "red"; visibility: Window.FullScreen }
-    Window { screen: Qt.application.screens[1]; color: "red"; visibility: Window.FullScreen }
+    component Cover: Window {
+        id: cover
+        width: 400; height: 300; y: 50; color: "red"; visible: true
+        property Timer timer: Timer {
+            interval: 500; running: true; onTriggered: cover.showFullScreen()
+        }
+    }
+    Cover { x: 100 }
+    Cover { x: 740 }
 }
 QML
 /usr/lib/qt5/bin/qml "$tmp/cover.qml" >/dev/null 2>&1 &
