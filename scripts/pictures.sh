@@ -31,6 +31,20 @@ view top top 3 42 cloudy
 view top-clear top 4 22 clear
 view low low 9 50 cloudy
 
+# hour NAME TIME VIEW: an hour of the day, and small for the setup dialog.
+hour() {
+    "$top/scripts/snapshot.sh" "$folder/picture.png" --view "$3" --seed 4 --seconds 6 \
+        --config "$folder/cloudy" --daytime "$2"
+    jpeg "day-$1" -resize 960x711
+    convert "$folder/picture.png" -resize 96x72^ -gravity center -extent 96x72 -quality 85 -strip \
+        "$top/src/setup/day_$1.jpg"
+}
+
+hour morning 6:30 top
+hour noon 12:00 middle
+hour evening 18:15 top
+hour night 22:00 top
+
 # close_up NAME ANIMAL SEED SECONDS VIEW WIDTH: 4:3, WIDTH pixels of a picture 2560 wide.
 close_up() {
     place=$("$top/scripts/snapshot.sh" "$folder/picture.png" --view "$5" --seed "$3" --seconds "$4" \
