@@ -205,9 +205,10 @@ int runSaver(QApplication& application, const ARGUMENTS& arguments) {
     QGLFormat format;
     format.setSwapInterval(1);
     const bool accelerated = findDriver();
-    // Nothing can be enlarged into a window that has samples: then the smaller picture has them.
-    const bool scaled = arguments.scale ? *arguments.scale < 1 : !accelerated;
     const int samples = samplesPerPixel(arguments.samples, accelerated);
+    // Nothing can be enlarged into a window that has samples: then the smaller picture has them.
+    // Who asks a software renderer for samples, and for no fraction, wants to see them whole.
+    const bool scaled = arguments.scale ? *arguments.scale < 1 : !accelerated && samples == 0;
     if (samples && !scaled) {
         format.setSampleBuffers(true);
         format.setSamples(samples);
