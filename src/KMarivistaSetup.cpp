@@ -15,6 +15,8 @@
 #include <QLabel>
 #include <QListWidget>
 #include <QMessageBox>
+#include <QPainter>
+#include <QPixmap>
 #include <QPushButton>
 #include <QRadioButton>
 #include <QScrollBar>
@@ -45,6 +47,7 @@ constexpr QSize FISH_PICTURE(60, 33);
 constexpr QSize SCHOOL_PICTURE(110, 60);
 constexpr QSize GULL_PICTURE(240, 128);
 constexpr QSize SKY_PICTURE(168, 84);
+constexpr QSize HOUR_PICTURE(60, 40);
 /// The intro picture keeps at least this height; it takes what the window has to spare.
 constexpr int INTRO_HEIGHT = 60;
 
@@ -64,6 +67,13 @@ QLabel* makeValueLabel(const char* name, const QString& text, const Slider* slid
     return label;
 }
 
+/// Lets the label show the slider's value.
+void showWith(QLabel* label, const Slider* slider) {
+    const auto tell = [label, slider](int value) { label->setText(slider->spoken(value)); };
+    tell(slider->value());
+    QObject::connect(slider, &QSlider::valueChanged, label, tell);
+}
+
 /// A picture's size beside letters of the application's size; it is painted for 12 pixels high ones
 /// and has twice as many pixels as needed there.
 QSize besideLetters(const QSize& size) {
@@ -71,9 +81,31 @@ QSize besideLetters(const QSize& size) {
     return size * std::clamp(factor, 1.0, 2.0);
 }
 
-void illustrate(QAbstractButton* button, const char* picture, const QSize& size) {
-    button->setIcon(QIcon(QStringLiteral(":/setup/%1.png").arg(QLatin1String(picture))));
+QString pictureFile(const char* picture) {
+    return QStringLiteral(":/setup/%1.png").arg(QLatin1String(picture));
+}
+
+/// One picture of several that have the same size.
+QPixmap sideBySide(const std::vector<const char*>& pictures) {
+    QPixmap strip;
+    int x = 0;
+    for (const char* picture : pictures) {
+        const QPixmap part(pictureFile(picture));
+        if (strip.isNull())
+            strip = QPixmap(part.width() * static_cast<int>(pictures.size()), part.height());
+        QPainter(&strip).drawPixmap(x, 0, part);
+        x += part.width();
+    }
+    return strip;
+}
+
+void illustrate(QAbstractButton* button, const QPixmap& picture, const QSize& size) {
+    button->setIcon(QIcon(picture));
     button->setIconSize(besideLetters(size));
+}
+
+void illustrate(QAbstractButton* button, const char* picture, const QSize& size) {
+    illustrate(button, QPixmap(pictureFile(picture)), size);
 }
 
 /// Numbers the choices of a box from 0. Check boxes stay without such a group: it would take all
@@ -184,6 +216,7 @@ KMarivistaSetup::KMarivistaSetup(std::string languagefile, std::string language,
     buildSkyPage();
     buildCameraPage();
     buildSoundPage();
+    buildExtrasPage();
     buildButtons();
 
     init();
@@ -218,7 +251,7 @@ void KMarivistaSetup::buildList() {
 void KMarivistaSetup::buildIntroPage() {
     page_intro = addPage("page_intro");
     PixmapLabel1 = named(new Banner(page_intro), "PixmapLabel1");
-    PixmapLabel1->setPixmap(QPixmap(QStringLiteral(":/setup/lagoon.png")));
+    PixmapLabel1->setPixmap(QPixmap(pictureFile("lagoon")));
     PixmapLabel1->setMinimumHeight(INTRO_HEIGHT);
     infotext = named(new QLabel(QStringLiteral("Infotext"), page_intro), "infotext");
     infotext->setWordWrap(true);
@@ -346,9 +379,7 @@ void KMarivistaSetup::buildCameraPage() {
         *slider = named(made, slider_name);
         (*label)->setBuddy(made);
         QLabel* value = makeValueLabel("", QString(), made, camera_txt);
-        const auto tell = [value, made](int shown) { value->setText(made->spoken(shown)); };
-        tell(made->value());
-        connect(made, &QSlider::valueChanged, value, tell);
+        showWith(value, made);
         const int row = grid->rowCount();
         grid->addWidget(*label, row, 0);
         grid->addWidget(made, row, 1);
@@ -390,6 +421,43 @@ void KMarivistaSetup::buildSoundPage() {
 
     auto* column = static_cast<QVBoxLayout*>(page_sound->layout());
     column->addWidget(sound_txt);
+    column->addStretch();
+}
+
+void KMarivistaSetup::buildExtrasPage() {
+    page_extras = addPage("page_extras");
+    daytime_txt = named(new TitledBox(page_extras), "daytime_txt");
+    daytime_radio1 = named(new QRadioButton(daytime_txt), "daytime_radio1");
+    daytime_radio2 = named(new QRadioButton(daytime_txt), "daytime_radio2");
+    illustrate(daytime_radio1, sideBySide({"noon"}), HOUR_PICTURE);
+    illustrate(daytime_radio2, sideBySide({"morning", "evening", "night"}),
+               {3 * HOUR_PICTURE.width(), HOUR_PICTURE.height()});
+    auto* choices = new QVBoxLayout(daytime_txt);
+    choices->addWidget(daytime_radio1);
+    choices->addWidget(daytime_radio2);
+    connect(numberButtons(daytime_txt, {daytime_radio1, daytime_radio2}), &QButtonGroup::idClicked,
+            this, [this](int id) { extras.daytime = id; });
+
+    volume_txt = named(new TitledBox(page_extras), "volume_txt");
+    auto* slider = named(new Slider(0, 100, 10, volume_txt, 1, " %"), "volume_slider");
+    volume_slider = slider;
+    QLabel* value = makeValueLabel("", QString(), slider, volume_txt);
+    auto* row = new QHBoxLayout(volume_txt);
+    row->addWidget(slider);
+    row->addWidget(value);
+    showWith(value, slider);
+    connect(slider, &QSlider::valueChanged, this, [this](int volume) { extras.volume = volume; });
+
+    screen_txt = named(new TitledBox(page_extras), "screen_txt");
+    trueproportions = named(new QCheckBox(screen_txt), "trueproportions");
+    (new QVBoxLayout(screen_txt))->addWidget(trueproportions);
+    connect(trueproportions, &QCheckBox::toggled, this,
+            [this](bool on) { extras.proportions = on; });
+
+    auto* column = static_cast<QVBoxLayout*>(page_extras->layout());
+    column->addWidget(daytime_txt);
+    column->addWidget(volume_txt);
+    column->addWidget(screen_txt);
     column->addStretch();
 }
 
@@ -435,9 +503,9 @@ void KMarivistaSetup::init() {
         const char* key;
         QFrame* frame;
     } list[] = {
-        {"intro", page_intro}, {"boid", page_boid}, {"fish", page_fish},
-        {"birds", page_birds}, {"sky", page_sky},   {"camera", page_camera},
-        {"sound", page_sound},
+        {"intro", page_intro}, {"boid", page_boid},     {"fish", page_fish},
+        {"birds", page_birds}, {"sky", page_sky},       {"camera", page_camera},
+        {"sound", page_sound}, {"extras", page_extras},
     };
     for (const auto& entry : list) {
         FramePage page = {};
@@ -505,6 +573,17 @@ void KMarivistaSetup::init() {
     sound_txt->setTitle(text("soundtext"));
     usesound->setText(text("on_off"));
     usesound->setChecked(settings.soundOn);
+
+    daytime_txt->setTitle(text("daytime"));
+    daytime_radio1->setText(text("noon"));
+    daytime_radio2->setText(text("clock"));
+    daytime_radio1->setChecked(extras.daytime == 0);
+    daytime_radio2->setChecked(extras.daytime == 1);
+    volume_txt->setTitle(text("volume"));
+    volume_slider->setValue(extras.volume);
+    screen_txt->setTitle(text("screen"));
+    trueproportions->setText(text("proportions"));
+    trueproportions->setChecked(extras.proportions == 1);
 }
 
 /// Names the buttons that show an animal and nothing else: for the pointer that rests on them, and
@@ -553,6 +632,7 @@ void KMarivistaSetup::fitTexts() {
 
     boidcount_slider->setAccessibleName(boidcount_txt->title());
     fishcount_slider->setAccessibleName(fishcount_txt->title());
+    volume_slider->setAccessibleName(volume_txt->title());
     camerapos_combo->setAccessibleName(camera_txt->title());
     scrollspeed_slider->setAccessibleName(scrollspeed_txt->text());
     resttop_slider->setAccessibleName(resttop_txt->text());
@@ -570,6 +650,10 @@ void KMarivistaSetup::readConfig() {
         else
             settings.*setting.flag = keys.readEntry(setting.key, defaults.*setting.flag);
     }
+    const EXTRA_SETTINGS usual;
+    for (const EXTRA_SETTING& setting : extra_settings)
+        extras.*setting.field = std::clamp(keys.readEntry(setting.key, usual.*setting.field),
+                                           setting.low, setting.high);
 }
 
 void KMarivistaSetup::writeConfig() {
@@ -592,6 +676,11 @@ void KMarivistaSetup::writeConfig() {
         else
             write(setting.key, settings.*setting.flag);
     }
+    const EXTRA_SETTINGS usual;
+    for (const EXTRA_SETTING& setting : extra_settings)
+        if (extras.*setting.field != usual.*setting.field || keys.hasKey(setting.key) ||
+            shared.hasKey(setting.key))
+            write(setting.key, extras.*setting.field);
     if (save(file, settingsPath()))
         accept();
     else

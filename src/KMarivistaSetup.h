@@ -6,6 +6,7 @@
 #include <string>
 #include <vector>
 
+#include "ExtraSettings.h"
 #include "MVSettingsDlg.h"
 
 class KUrlLabel;
@@ -94,6 +95,15 @@ public:
     QGroupBox* sound_txt;
     QCheckBox* usesound;
 
+    QFrame* page_extras;
+    QGroupBox* daytime_txt;
+    QRadioButton* daytime_radio1;  ///< always noon
+    QRadioButton* daytime_radio2;  ///< by the clock
+    QGroupBox* volume_txt;
+    QSlider* volume_slider;  ///< percent: 0 to 100
+    QGroupBox* screen_txt;
+    QCheckBox* trueproportions;
+
     QPushButton* okbutton;
     QPushButton* cancelbutton;
 
@@ -104,15 +114,17 @@ public:
 
     int actpage;                   ///< index of the page shown
     SaverSettings settings;        ///< the values being edited
+    EXTRA_SETTINGS extras;         ///< the same for what goes beyond those
     std::vector<FramePage> pages;  ///< in the order of the list
 
 public slots:
     /// Reads settings and texts and fills every control anew. The constructor calls it last.
     virtual void init();
-    /// Saves `settings` and closes the dialog. When they cannot be saved, says so in one message
-    /// and leaves dialog and file as they are.
+    /// Saves `settings` and `extras` and closes the dialog. A key of `extras` that nobody has set
+    /// is written only when it differs from its default. When they cannot be saved, says so in one
+    /// message and leaves dialog and file as they are.
     virtual void writeConfig();
-    /// Replaces all of `settings`; a key that is missing gets its default.
+    /// Replaces all of `settings` and `extras`; a key that is missing gets its default.
     virtual void readConfig();
     /// Shows the address in the person's browser.
     virtual void leftClickedURL(const QString& url);
@@ -145,6 +157,7 @@ private:
     void buildSkyPage();
     void buildCameraPage();
     void buildSoundPage();
+    void buildExtrasPage();
     void buildButtons();
     void nameAnimals(LanguagePack& texts);
     void fitTexts();

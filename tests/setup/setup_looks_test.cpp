@@ -29,6 +29,8 @@ using test::Dialog;
 
 namespace {
 
+constexpr int PAGES = 8;
+
 std::string nameOf(const QObject* object) { return object->objectName().toStdString(); }
 
 class SetupLooks : public testing::TestWithParam<const char*> {
@@ -71,7 +73,7 @@ std::vector<SHOWN> shownNow(const Dialog& dialog) {
 }
 
 void expectNothingCut(Dialog& dialog) {
-    for (int page = 0; page < 7; ++page) {
+    for (int page = 0; page < PAGES; ++page) {
         dialog.sellist->setCurrentRow(page);
         QCoreApplication::processEvents();
         const std::vector<SHOWN> shown = shownNow(dialog);
@@ -134,7 +136,7 @@ TEST_P(SetupLooks, TitlesAreDrawnToTheirLastLetter) {
     Dialog dialog(GetParam());
     dialog.open();
     int titles = 0;
-    for (int page = 0; page < 7; ++page) {
+    for (int page = 0; page < PAGES; ++page) {
         dialog.sellist->setCurrentRow(page);
         QCoreApplication::processEvents();
         for (QGroupBox* box : dialog.pages[page].frame->findChildren<QGroupBox*>()) {
@@ -144,7 +146,7 @@ TEST_P(SetupLooks, TitlesAreDrawnToTheirLastLetter) {
             ++titles;
         }
     }
-    EXPECT_EQ(titles, 8);
+    EXPECT_EQ(titles, 11);
 }
 
 TEST_P(SetupLooks, OpensAtItsSizeWithEveryTextWhole) {
@@ -179,7 +181,7 @@ TEST_P(SetupLooks, PagesKeepTheWindowAsItIs) {
     dialog.open();
     const QRect list = dialog.sellist->geometry();
     const QPoint ok = dialog.okbutton->mapTo(&dialog, QPoint());
-    for (int page = 0; page < 7; ++page) {
+    for (int page = 0; page < PAGES; ++page) {
         dialog.sellist->setCurrentRow(page);
         QCoreApplication::processEvents();
         EXPECT_EQ(dialog.size(), QSize(460, 299));
@@ -193,9 +195,10 @@ TEST_P(SetupLooks, ShowsEveryTextOfItsLanguage) {
     LanguagePack texts(LANGUAGE_FILE, GetParam());
     const auto text = [&texts](const char* key) { return QString(texts.getString(key)); };
     const Dialog dialog(GetParam());
-    const char* const pages[] = {"intro", "boid", "fish", "birds", "sky", "camera", "sound"};
-    ASSERT_EQ(dialog.sellist->count(), 7);
-    for (int page = 0; page < 7; ++page)
+    const char* const pages[] = {"intro", "boid",   "fish",  "birds",
+                                 "sky",   "camera", "sound", "extras"};
+    ASSERT_EQ(dialog.sellist->count(), PAGES);
+    for (int page = 0; page < PAGES; ++page)
         EXPECT_EQ(dialog.sellist->item(page)->text(), text(pages[page]));
     const struct {
         const char* key;
@@ -224,6 +227,12 @@ TEST_P(SetupLooks, ShowsEveryTextOfItsLanguage) {
         {"resttime_bottom", dialog.restbottom_txt->text()},
         {"soundtext", dialog.sound_txt->title()},
         {"on_off", dialog.usesound->text()},
+        {"daytime", dialog.daytime_txt->title()},
+        {"noon", dialog.daytime_radio1->text()},
+        {"clock", dialog.daytime_radio2->text()},
+        {"volume", dialog.volume_txt->title()},
+        {"screen", dialog.screen_txt->title()},
+        {"proportions", dialog.trueproportions->text()},
     };
     for (const auto& entry : entries) {
         EXPECT_FALSE(entry.shown.isEmpty()) << entry.key;
@@ -238,7 +247,7 @@ TEST_P(SetupLooks, ShowsEveryTextOfItsLanguage) {
 TEST_P(SetupLooks, EveryControlHasANameOfItsOwn) {
     Dialog dialog(GetParam());
     dialog.open();
-    for (int page = 0; page < 7; ++page) {
+    for (int page = 0; page < PAGES; ++page) {
         dialog.sellist->setCurrentRow(page);
         std::set<QString> names;
         for (const QWidget* widget : dialog.pages[page].frame->findChildren<QWidget*>()) {
@@ -287,7 +296,7 @@ TEST_P(SetupLooks, LeavesPicturesOfItsPages) {
     Dialog dialog(GetParam());
     dialog.open();
     std::set<QByteArray> different;
-    for (int page = 0; page < 7; ++page) {
+    for (int page = 0; page < PAGES; ++page) {
         dialog.sellist->setCurrentRow(page);
         const QImage image = dialog.grab().toImage();
         different.insert(QByteArray(reinterpret_cast<const char*>(image.constBits()),
@@ -295,7 +304,7 @@ TEST_P(SetupLooks, LeavesPicturesOfItsPages) {
         const QString name = QStringLiteral("setup-%1-%2.png").arg(GetParam()).arg(page + 1);
         EXPECT_TRUE(image.save(QStringLiteral(PICTURE_DIR) + name));
     }
-    EXPECT_EQ(different.size(), 7u) << "every page looks different";
+    EXPECT_EQ(different.size(), size_t(PAGES)) << "every page looks different";
 }
 
 INSTANTIATE_TEST_SUITE_P(Languages, SetupLooks, testing::Values("GER", "ENG", "FRA", "ESP", "ITA"),
@@ -309,11 +318,11 @@ protected:
 
 TEST_F(SetupPictures, EveryKindHasAPictureOfItsOwn) {
     std::vector<QAbstractButton*> buttons;
-    for (auto* box :
-         {dialog.boidtype_txt, dialog.fishspecies_txt, dialog.birdspecies_txt, dialog.sky_txt})
+    for (auto* box : {dialog.boidtype_txt, dialog.fishspecies_txt, dialog.birdspecies_txt,
+                      dialog.sky_txt, dialog.daytime_txt})
         for (auto* button : box->findChildren<QAbstractButton*>())
             buttons.push_back(button);
-    ASSERT_EQ(buttons.size(), 13u);
+    ASSERT_EQ(buttons.size(), 15u);
     std::set<QByteArray> different;
     for (const QAbstractButton* button : buttons) {
         ASSERT_FALSE(button->icon().isNull()) << nameOf(button);
@@ -422,8 +431,9 @@ TEST_F(SetupKeyboard, TabWalksThroughListPageAndButtons) {
         {dialog.camerapos_combo, dialog.scrollspeed_slider, dialog.resttop_slider,
          dialog.restbottom_slider},
         {dialog.usesound},
+        {dialog.daytime_radio1, dialog.volume_slider, dialog.trueproportions},
     };
-    for (int page = 0; page < 7; ++page) {
+    for (int page = 0; page < PAGES; ++page) {
         dialog.sellist->setFocus();
         dialog.sellist->setCurrentRow(page);
         std::vector<QWidget*> expected = stops[page];
@@ -480,7 +490,7 @@ TEST_P(SetupWithoutTexts, StaysEmptyAndUsable) {
     EXPECT_EQ(dialog.windowTitle(), "");
     EXPECT_EQ(dialog.infotext->text(), "");
     EXPECT_EQ(dialog.hyperlink->text(), "");
-    EXPECT_EQ(dialog.sellist->count(), 7);
+    EXPECT_EQ(dialog.sellist->count(), PAGES);
     EXPECT_EQ(dialog.camerapos_combo->count(), 4);
     dialog.sellist->setCurrentRow(6);
     EXPECT_TRUE(dialog.page_sound->isVisible());

@@ -82,7 +82,7 @@ void pick(QListWidget* list, int row) {
                       list->visualItemRect(list->item(row)).center());
 }
 
-enum PAGE { INTRO, BOID, FISH, BIRDS, SKY, CAMERA, SOUND };
+enum PAGE { INTRO, BOID, FISH, BIRDS, SKY, CAMERA, SOUND, EXTRAS, PAGES };
 
 class SetupTest : public testing::Test {
 protected:
@@ -188,7 +188,13 @@ INSTANTIATE_TEST_SUITE_P(
         CONTROL{"restbottom_slider_page", CAMERA,
                 [](Dialog& d) { pressKey(d.restbottom_slider, Qt::Key_PageUp); }, "CameraFixBottom",
                 "31"},
-        CONTROL{"usesound", SOUND, [](Dialog& d) { click(d.usesound); }, "SoundOn", "false"}),
+        CONTROL{"usesound", SOUND, [](Dialog& d) { click(d.usesound); }, "SoundOn", "false"},
+        CONTROL{"daytime_radio2", EXTRAS, [](Dialog& d) { click(d.daytime_radio2); }, "DayTime",
+                "1"},
+        CONTROL{"volume_slider", EXTRAS,
+                [](Dialog& d) { pressKey(d.volume_slider, Qt::Key_Left, 30); }, "Volume", "70"},
+        CONTROL{"trueproportions", EXTRAS, [](Dialog& d) { click(d.trueproportions); },
+                "Proportions", "1"}),
     [](const auto& info) { return std::string(info.param.name); });
 
 // From a key to its control.
@@ -243,6 +249,7 @@ TEST_P(SetupKey, IsWrittenBackAsRead) {
 #define BOIDCOUNT [](const Dialog& d) { return state(d.boidcount_slider, d.boidcount_edit); }
 #define FISHCOUNT [](const Dialog& d) { return state(d.fishcount_slider, d.fishcount_edit); }
 #define SKYTYPE [](const Dialog& d) { return states(d.sky_radio1, d.sky_radio2); }
+#define DAYTIME [](const Dialog& d) { return states(d.daytime_radio1, d.daytime_radio2); }
 #define SLIDER(slider) [](const Dialog& d) { return state(d.slider); }
 
 INSTANTIATE_TEST_SUITE_P(
@@ -270,7 +277,13 @@ INSTANTIATE_TEST_SUITE_P(
                     STORED{"CameraSpeed9", "CameraSpeed=9", SLIDER(scrollspeed_slider), "9"},
                     STORED{"CameraFixTop", "CameraFixTop=60", SLIDER(resttop_slider), "60"},
                     STORED{"CameraFixBottom", "CameraFixBottom=5", SLIDER(restbottom_slider), "5"},
-                    STORED{"SoundOn", "SoundOn=false", CHECKED(usesound), "off"}),
+                    STORED{"SoundOn", "SoundOn=false", CHECKED(usesound), "off"},
+                    STORED{"DayTime0", "DayTime=0", DAYTIME, "on off"},
+                    STORED{"DayTime1", "DayTime=1", DAYTIME, "off on"},
+                    STORED{"Volume", "Volume=35", SLIDER(volume_slider), "35"},
+                    STORED{"VolumeUsual", "Volume=100", SLIDER(volume_slider), "100"},
+                    STORED{"Proportions", "Proportions=1", CHECKED(trueproportions), "on"},
+                    STORED{"Latitude", "Latitude=-34", CHECKED(trueproportions), "off"}),
     [](const auto& info) { return std::string(info.param.name); });
 
 // Values that the controls do not have show as the nearest one.
@@ -316,7 +329,8 @@ INSTANTIATE_TEST_SUITE_P(
         CLAMPED{"CameraFixTop0", "CameraFixTop", "0", SLIDER(resttop_slider), "1"},
         CLAMPED{"CameraFixTop3600", "CameraFixTop", "3600", SLIDER(resttop_slider), "60"},
         CLAMPED{"CameraFixBottom1", "CameraFixBottom", "1", SLIDER(restbottom_slider), "5"},
-        CLAMPED{"CameraFixBottom61", "CameraFixBottom", "61", SLIDER(restbottom_slider), "60"}),
+        CLAMPED{"CameraFixBottom61", "CameraFixBottom", "61", SLIDER(restbottom_slider), "60"},
+        CLAMPED{"Volume101", "Volume", "101", SLIDER(volume_slider), "100"}),
     [](const auto& info) { return std::string(info.param.name); });
 
 struct SCHOOL {
@@ -365,7 +379,8 @@ TEST_F(SetupTest, MissingFileShowsTheDefaults) {
     EXPECT_EQ(state(dialog.boidcount_slider, dialog.boidcount_edit), "2 10");
     EXPECT_EQ(states(dialog.boidtype_radio1, dialog.boidtype_radio2), "on off");
     for (const QCheckBox* box : dialog.findChildren<QCheckBox*>())
-        EXPECT_TRUE(box->isChecked()) << box->objectName().toStdString();
+        EXPECT_EQ(box->isChecked(), box != dialog.trueproportions)
+            << box->objectName().toStdString();
     EXPECT_EQ(state(dialog.fishcount_slider, dialog.fishcount_edit), "10 10");
     EXPECT_EQ(states(dialog.sky_radio1, dialog.sky_radio2), "on off");
     EXPECT_EQ(dialog.camerapos_combo->currentIndex(), 0);
@@ -392,8 +407,8 @@ TEST_F(SetupTest, StartingAgainShowsEverythingOnce) {
     dialog.changePage(SKY);
     folder.write("FishCount=7\n");
     dialog.init();
-    EXPECT_EQ(dialog.pages.size(), 7u);
-    EXPECT_EQ(dialog.sellist->count(), 7);
+    EXPECT_EQ(dialog.pages.size(), size_t(PAGES));
+    EXPECT_EQ(dialog.sellist->count(), PAGES);
     EXPECT_EQ(dialog.sellist->currentRow(), 0);
     EXPECT_EQ(dialog.camerapos_combo->count(), 4);
     EXPECT_EQ(dialog.fishcount_slider->value(), 7);
@@ -560,19 +575,19 @@ TEST_F(SetupTest, FixedCameraHidesSpeedAndRests) {
 TEST_F(SetupTest, OneListEntryPerPageAndOnePageAtATime) {
     Dialog dialog("ENG");
     dialog.open();
-    ASSERT_EQ(dialog.pages.size(), 7u);
-    const QFrame* const frames[] = {dialog.page_intro, dialog.page_boid, dialog.page_fish,
-                                    dialog.page_birds, dialog.page_sky,  dialog.page_camera,
-                                    dialog.page_sound};
+    ASSERT_EQ(dialog.pages.size(), size_t(PAGES));
+    const QFrame* const frames[] = {dialog.page_intro, dialog.page_boid,  dialog.page_fish,
+                                    dialog.page_birds, dialog.page_sky,   dialog.page_camera,
+                                    dialog.page_sound, dialog.page_extras};
     const char* const names[] = {"Introduction", "School of fish", "Reef fish", "Birds",
-                                 "Sky",          "Camera",         "Sound"};
-    for (int page : {0, 1, 2, 3, 4, 5, 6, 0, 6, 2}) {
+                                 "Sky",          "Camera",         "Sound",     "Extras"};
+    for (int page : {0, 1, 2, 3, 4, 5, 6, 7, 0, 7, 2}) {
         pick(dialog.sellist, page);
         EXPECT_EQ(dialog.actpage, page);
-        for (int other = 0; other < 7; ++other)
+        for (int other = 0; other < PAGES; ++other)
             EXPECT_EQ(dialog.pages[other].frame->isVisible(), other == page);
     }
-    for (int page = 0; page < 7; ++page) {
+    for (int page = 0; page < PAGES; ++page) {
         EXPECT_EQ(dialog.pages[page].frame, frames[page]);
         EXPECT_STREQ(dialog.pages[page].name, names[page]);
         EXPECT_EQ(dialog.sellist->item(page)->text(), names[page]);
@@ -598,7 +613,7 @@ TEST_F(SetupTest, HighlightingThePageShownChangesTheCaptionOnly) {
 }
 
 TEST_F(SetupTest, IndexWithoutAPageChangesTheCaptionOnly) {
-    for (int index : {-1, 7, 1000}) {
+    for (int index : {-1, int(PAGES), 1000}) {
         Dialog dialog("ENG");
         dialog.open();
         dialog.changePage(index);
@@ -620,7 +635,7 @@ TEST_F(SetupTest, ArrowKeysTurnThePages) {
 // Ways to close.
 
 TEST_F(SetupTest, EnterIsOk) {
-    for (int page = 0; page < 7; ++page) {
+    for (int page = 0; page < PAGES; ++page) {
         ConfigFolder own;
         Dialog dialog;
         dialog.open();
@@ -636,14 +651,15 @@ TEST_F(SetupTest, EnterIsOkFromEveryControl) {
                                     "boidcount_slider", "fishspecies1",    "fishspecies8",
                                     "fishcount_slider", "birdspecies1",    "sky_radio1",
                                     "sky_radio2",       "camerapos_combo", "scrollspeed_slider",
-                                    "resttop_slider",   "usesound",        "restbottom_slider"};
+                                    "resttop_slider",   "usesound",        "restbottom_slider",
+                                    "daytime_radio1",   "volume_slider",   "trueproportions"};
     for (const char* name : controls) {
         ConfigFolder own;
         Dialog dialog;
         dialog.open();
         auto* control = dialog.findChild<QWidget*>(QLatin1String(name));
         ASSERT_TRUE(control) << name;
-        for (int page = 0; !control->isVisible() && page < 7; ++page)
+        for (int page = 0; !control->isVisible() && page < PAGES; ++page)
             pick(dialog.sellist, page);
         pressKey(control, Qt::Key_Enter);
         EXPECT_EQ(dialog.result(), QDialog::Accepted) << name;
@@ -805,11 +821,9 @@ TEST_F(SetupTest, SlidersHaveTheirRangesAndSteps) {
     const struct {
         const QSlider* slider;
         int low, high;
-    } sliders[] = {{dialog.boidcount_slider, 0, 4},
-                   {dialog.fishcount_slider, 0, 10},
-                   {dialog.scrollspeed_slider, 1, 9},
-                   {dialog.resttop_slider, 1, 60},
-                   {dialog.restbottom_slider, 5, 60}};
+    } sliders[] = {{dialog.boidcount_slider, 0, 4},   {dialog.fishcount_slider, 0, 10},
+                   {dialog.scrollspeed_slider, 1, 9}, {dialog.resttop_slider, 1, 60},
+                   {dialog.restbottom_slider, 5, 60}, {dialog.volume_slider, 0, 100}};
     for (const auto& entry : sliders) {
         EXPECT_EQ(entry.slider->minimum(), entry.low);
         EXPECT_EQ(entry.slider->maximum(), entry.high);
