@@ -19,7 +19,8 @@ extern const char* kss_version;
 /// scene per process: a later call embeds the scene that the first call built.
 KScreenSaver* kss_create(WId id);
 
-/// A new setup dialog in the language of the locale; the caller shows and deletes it.
+/// A new setup dialog in the language of the locale, in the C locale in DEFAULT_LANGUAGE; the
+/// caller shows and deletes it.
 QDialog* kss_setup();
 }
 
