@@ -31,6 +31,7 @@
 
 #include "Globals.h"
 #include "framework/LanguagePack.h"
+#include "framework/SettingsFile.h"
 #include "setup/Controls.h"
 
 // Outside every namespace, as the macro demands.
@@ -640,9 +641,8 @@ void KMarivistaSetup::fitTexts() {
 }
 
 void KMarivistaSetup::readConfig() {
-    KConfig file(QLatin1String(SETTINGS_FILE), KConfig::NoGlobals,
-                 QStandardPaths::GenericConfigLocation);
-    const KConfigGroup keys = settingsKeys(file);
+    const std::unique_ptr<KConfig> file = openSettings(QLatin1String(SETTINGS_FILE));
+    const KConfigGroup keys = settingsKeys(*file);
     const SaverSettings defaults;
     for (const SETTING& setting : settings_written) {
         if (setting.number)
@@ -657,14 +657,17 @@ void KMarivistaSetup::readConfig() {
 }
 
 void KMarivistaSetup::writeConfig() {
+    const std::unique_ptr<KConfig> everyone = openSettings(QLatin1String(SETTINGS_FILE));
+    if (everyone->name().isEmpty()) {  // What stands in the file's place takes no settings.
+        tellNotSaved();
+        return;
+    }
     KConfig file(settingsPath(), KConfig::SimpleConfig);
     KConfigGroup keys = settingsKeys(file);
     // What the administrator has set for everyone stays theirs to change: it comes into the
     // person's own file only when the person wants something else.
-    KConfig everyone(QLatin1String(SETTINGS_FILE), KConfig::NoGlobals,
-                     QStandardPaths::GenericConfigLocation);
-    everyone.setReadDefaults(true);
-    const KConfigGroup shared = settingsKeys(everyone);
+    everyone->setReadDefaults(true);
+    const KConfigGroup shared = settingsKeys(*everyone);
     const auto write = [&](const char* key, auto value) {
         const bool same = shared.hasKey(key) && shared.readEntry(key, value) == value;
         if (keys.hasKey(key) || !same)

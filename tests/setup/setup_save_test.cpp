@@ -2,6 +2,7 @@
 #include <gtest/gtest.h>
 
 #include <sys/resource.h>
+#include <sys/stat.h>
 #include <unistd.h>
 
 #include <KConfig>
@@ -163,6 +164,21 @@ TEST(SetupSaveText, SpeaksTheLanguageOfTheDialog) {
         ASSERT_EQ(reader.texts.size(), 1);
         EXPECT_TRUE(reader.texts[0].startsWith(QString::fromUtf8(text) + "|")) << language;
     }
+}
+
+// Opening a pipe would wait for whoever fills it.
+TEST(SetupSavePlace, APipeInTheFilesPlaceIsToldAndLeftAlone) {
+    ConfigFolder folder;
+    ASSERT_EQ(mkfifo(folder.file().toLocal8Bit().constData(), 0600), 0);
+    Reader reader;
+    Dialog dialog;
+    dialog.open();
+    dialog.okbutton->click();
+    EXPECT_EQ(reader.texts.size(), 1);
+    EXPECT_TRUE(dialog.isVisible());
+    struct stat place;
+    ASSERT_EQ(stat(folder.file().toLocal8Bit().constData(), &place), 0);
+    EXPECT_TRUE(S_ISFIFO(place.st_mode));
 }
 
 // A folder that is not there yet is made.
