@@ -48,7 +48,7 @@ constexpr QSize FISH_PICTURE(60, 33);
 constexpr QSize SCHOOL_PICTURE(110, 60);
 constexpr QSize GULL_PICTURE(240, 128);
 constexpr QSize SKY_PICTURE(168, 84);
-constexpr QSize HOUR_PICTURE(60, 40);
+constexpr QSize HOUR_PICTURE(51, 34);
 /// The intro picture keeps at least this height; it takes what the window has to spare.
 constexpr int INTRO_HEIGHT = 60;
 
@@ -449,16 +449,14 @@ void KMarivistaSetup::buildExtrasPage() {
     showWith(value, slider);
     connect(slider, &QSlider::valueChanged, this, [this](int volume) { extras.volume = volume; });
 
-    screen_txt = named(new TitledBox(page_extras), "screen_txt");
-    trueproportions = named(new QCheckBox(screen_txt), "trueproportions");
-    (new QVBoxLayout(screen_txt))->addWidget(trueproportions);
+    trueproportions = named(new QCheckBox(page_extras), "trueproportions");
     connect(trueproportions, &QCheckBox::toggled, this,
             [this](bool on) { extras.proportions = on; });
 
     auto* column = static_cast<QVBoxLayout*>(page_extras->layout());
     column->addWidget(daytime_txt);
     column->addWidget(volume_txt);
-    column->addWidget(screen_txt);
+    column->addWidget(trueproportions);
     column->addStretch();
 }
 
@@ -582,7 +580,6 @@ void KMarivistaSetup::init() {
     daytime_radio2->setChecked(extras.daytime == 1);
     volume_txt->setTitle(text("volume"));
     volume_slider->setValue(extras.volume);
-    screen_txt->setTitle(text("screen"));
     trueproportions->setText(text("proportions"));
     trueproportions->setChecked(extras.proportions == 1);
 }

@@ -101,7 +101,6 @@ public:
     QRadioButton* daytime_radio2;  ///< by the clock
     QGroupBox* volume_txt;
     QSlider* volume_slider;  ///< percent: 0 to 100
-    QGroupBox* screen_txt;
     QCheckBox* trueproportions;
 
     QPushButton* okbutton;
