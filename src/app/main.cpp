@@ -2,6 +2,7 @@
 #include <malloc.h>
 
 #include <QApplication>
+#include <QLoggingCategory>
 #include <QScreen>
 #include <csignal>
 #include <cstdio>
@@ -89,6 +90,8 @@ int main(int argc, char** argv) {
     qputenv("QT_QPA_PLATFORM", platform.toLocal8Bit());
     QCoreApplication::setAttribute(Qt::AA_EnableHighDpiScaling);
     QCoreApplication::setAttribute(Qt::AA_UseHighDpiPixmaps);
+    // What the toolkit has to say about its platforms is nothing that people can do about.
+    QLoggingCategory::setFilterRules(QStringLiteral("qt.qpa.xcb*=false\nqt.qpa.wayland*=false"));
     QGuiApplication::setDesktopFileName(QStringLiteral("atollia"));
 #ifdef ATOLLIA_LAYER_SHELL
     if (options.wallpaper)

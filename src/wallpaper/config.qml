@@ -50,6 +50,8 @@ ColumnLayout {
         property string key
         property alias title: box.text
         property bool on: page["cfg_" + key]
+        Layout.preferredWidth: 190
+        Layout.alignment: Qt.AlignTop
         Picture { name: parent.picture; Layout.alignment: Qt.AlignHCenter }
         CheckBox {
             id: box
@@ -103,8 +105,8 @@ ColumnLayout {
         ColumnLayout {
             anchors.fill: parent
             RowLayout {
-                Choice { picture: "boid1"; key: "BoidModel"; value: 0 }
-                Choice { picture: "boid2"; key: "BoidModel"; value: 1 }
+                Choice { picture: "boid1"; key: "BoidModel"; value: 0; title: page.text("school_silver") }
+                Choice { picture: "boid2"; key: "BoidModel"; value: 1; title: page.text("school_angel") }
             }
             Number { key: "BoidCount"; title: page.text("boidcount"); from: 0; to: 20; step: 5 }
         }
@@ -115,7 +117,8 @@ ColumnLayout {
         ColumnLayout {
             anchors.fill: parent
             GridLayout {
-                columns: 4
+                columns: 3
+                columnSpacing: 12
                 Switch { picture: "fish1"; key: "FishRed"; title: page.text("fish_red") }
                 Switch { picture: "fish2"; key: "FishBlue"; title: page.text("fish_blue") }
                 Switch { picture: "fish3"; key: "FishStripe"; title: page.text("fish_stripe") }
