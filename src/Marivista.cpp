@@ -942,10 +942,12 @@ void CMarivistaScreensaver::renderScene() {
     if (bird_gull)
         gull.render();
     if (hours.showsNoonSky()) {
-        if (wantedwssettings.skytype == 0)
+        if (wantedwssettings.skytype == 0) {
             sky.render();
-        else
-            skyflat.render(), renderBeyond(skyflat, SKYFLAT_WIDTH);
+        } else {
+            skyflat.render();
+            renderBeyond(skyflat, SKYFLAT_WIDTH);
+        }
     }
     hours.renderSky(camera.vEye);
 
