@@ -2,6 +2,8 @@
 
 #include <cstdlib>
 #include <ctime>
+#include <fstream>
+#include <string>
 
 namespace {
 
@@ -34,7 +36,16 @@ namespace bench {
 double cpuTime() { return milliseconds(CLOCK_PROCESS_CPUTIME_ID); }
 double wallTime() { return milliseconds(CLOCK_MONOTONIC); }
 
-World::World(int school, bool sound, int camerapos, int width, int height)
+double peakMemoryMib() {
+    std::ifstream status("/proc/self/status");
+    for (std::string line; std::getline(status, line);)
+        if (line.rfind("VmHWM:", 0) == 0)
+            return std::atof(line.c_str() + 6) / 1024;
+    return 0;
+}
+
+World::World(int school, bool sound, int camerapos, int width, int height,
+             std::optional<double> hour)
     : context(width, height) {
     ticks = 0;
     random_state = 1;
@@ -45,6 +56,9 @@ World::World(int school, bool sound, int camerapos, int width, int height)
     scene->wantedwssettings.boidcount = school;
     scene->wantedwssettings.soundOn = sound;
     scene->wantedwssettings.camerapos = camerapos;
+    scene->extras.daytime = hour.has_value();
+    if (hour)
+        scene->localTime = [minute = *hour * 60] { return LOCAL_TIME{minute, 0}; };
     const double cpu = cpuTime(), wall = wallTime();
     scene->buildWorld();
     loading_cpu_ms = cpuTime() - cpu;

@@ -5,6 +5,7 @@
 
 #include <functional>
 #include <memory>
+#include <optional>
 #include <vector>
 
 #include "Marivista.h"
@@ -29,9 +30,10 @@ struct PART {
 class World {
 public:
     /// The camera as the setting CameraPos has it; LEVEL is none of its values: the lower end of
-    /// the automatic camera's way, at rest.
+    /// the automatic camera's way, at rest. With an hour, 0 to 24, the scene keeps the hours of the
+    /// day, and it is always that one.
     explicit World(int school = 10, bool sound = false, int camerapos = 0, int width = WIDTH,
-                   int height = HEIGHT);
+                   int height = HEIGHT, std::optional<double> hour = {});
     static constexpr int LEVEL = 4;
     ~World();
     World(const World&) = delete;
@@ -57,5 +59,7 @@ public:
 double cpuTime();
 /// Milliseconds since some moment, the same for all processes.
 double wallTime();
+/// The most memory that this process has had so far.
+double peakMemoryMib();
 
 }  // namespace bench

@@ -112,14 +112,6 @@ struct START {
     double peak_mib = 0;
 };
 
-double peakMemoryMib() {
-    std::ifstream status("/proc/self/status");
-    for (std::string line; std::getline(status, line);)
-        if (line.rfind("VmHWM:", 0) == 0)
-            return std::atof(line.c_str() + 6) / 1024;
-    return 0;
-}
-
 /// The part of a start that happens in the new process.
 int startHere(double fork_time, bool sound) {
     mallopt(M_MMAP_THRESHOLD, 256 * 1024);  // as the program does
@@ -136,7 +128,7 @@ int startHere(double fork_time, bool sound) {
         glFinish();
     }
     std::printf("%f %f %f %f %f\n", wall, cpu, world.loading_ms, world.loading_cpu_ms,
-                peakMemoryMib());
+                bench::peakMemoryMib());
     return 0;
 }
 

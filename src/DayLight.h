@@ -13,7 +13,7 @@ struct DAY_LIGHT {
     TINT under;      ///< on floor, corals and fish
     TINT sea;        ///< on surface, fog and fader, and the sea out to the horizon
     TINT glow;       ///< on the evening's pictures: sky, island and rock
-    float mist;      ///< pale haze over the sky
+    float mist;      ///< pale haze over the sky; none while night is more than 0
     float caustics;  ///< contrast of the caustics
     TINT sparkle;    ///< colour of the glints
     float glints;    ///< their strength

@@ -12,7 +12,6 @@ namespace {
 
 constexpr auto PICTURE = TEXTURE_FLAG(QUALITY_NORMAL | WRAP_REPEAT);
 constexpr TINT WHITE{1, 1, 1};
-constexpr TINT MIST{0.88f, 0.91f, 0.95f};
 constexpr TINT NOON_FOG{0.12109375f, 0.58984375f, 0.70703125f};
 
 /// Hours of the sun per millisecond that a jump of the clock is followed with.
@@ -23,6 +22,9 @@ constexpr double GRAIN = 0.001;
 
 /// How much smaller than the others the second glints on the path are.
 constexpr float FINER = 1.6f;
+
+/// Nothing of the path's picture lies outside of these, in parts of its width.
+constexpr float PATH_LEFT = 0.2f, PATH_RIGHT = 0.495f;
 
 constexpr int FULL_CONTRAST = 32;  // steps
 
@@ -81,8 +83,8 @@ void HoursOfDay::load(const std::function<std::string(const char*)>& file, bool 
                       PICTURE);
     path.loadBMP(file("hours/path.nlt").c_str(), PICTURE);
     band.addTexture(&sky_evening);
-    band.enableAlphaBlending(true);
-    mist.enableAlphaBlending(true);
+    twilight.addTexture(&sky_evening);
+    twilight.addTexture(&sky_night);
 }
 
 void HoursOfDay::addScenery(TexturedQuad& quad, const std::string& evening,
@@ -143,7 +145,11 @@ void HoursOfDay::apply() {
         setColour(*object, now.sea);
     if (glints) {
         // The maps change places while no glint is to be seen.
-        glints->setTexture(now.path < 0.5f ? glints_all_over : &path, 0);
+        glints->setTexture(showsPath() ? &path : glints_all_over, 0);
+        if (showsPath())
+            glints->setPart(PATH_LEFT, PATH_RIGHT);
+        else
+            glints->setPart(0, 1);
         setColour(*glints, now.sparkle);
         glints->setAlpha(now.glints * std::fabs(1 - 2 * now.path));
     }
@@ -168,39 +174,49 @@ void HoursOfDay::renderSky(const GLVector3& eye) {
     const GLfloat fog[] = {NOON_FOG.r * now.sea.r, NOON_FOG.g * now.sea.g, NOON_FOG.b * now.sea.b,
                            1};
     glFogfv(GL_FOG_COLOR, fog);
+    const TINT evening_sea = relative(now.sea, lightAt(EVENING_PICTURE).sea);
+    const bool crossing = now.night > 0 && now.night < 1;
+    if (crossing && twilight.multiTexturing) {
+        twilight.setPosition(eye.x, eye.y, -eye.z);
+        twilight.sky = now.glow;
+        twilight.sea = evening_sea;
+        shareNight(twilight);
+        twilight.render();
+        return;
+    }
     band.setPosition(eye.x, eye.y, -eye.z);
     if (now.evening > 0 && now.night < 1) {
         band.setTexture(&sky_evening, 0);
         band.sky = now.glow;
-        band.sea = relative(now.sea, lightAt(EVENING_PICTURE).sea);
+        band.sea = evening_sea;
         // The colours of the low sun spread from the horizon.
         band.low = band.surface = now.evening;
         band.high = late(now.evening);
+        band.mist = now.mist;
+        band.enableAlphaBlending(now.evening < 1);
         band.render();
-    }
-    if (now.mist > 0) {
-        mist.setPosition(eye.x, eye.y, -eye.z);
-        mist.sky = MIST;
-        mist.low = now.mist;
-        mist.high = 0.8f * now.mist;
-        mist.surface = 0;
-        mist.render();
     }
     if (now.night > 0) {
         band.setTexture(&sky_night, 0);
         band.sky = WHITE;
         band.sea = relative(now.sea, lightAt(NIGHT_PICTURE).sea);
-        // And stay there longest.
-        band.low = late(now.night);
-        band.high = early(now.night);
-        band.surface = now.night;
+        shareNight(band);
+        band.mist = 0;
+        band.enableAlphaBlending(crossing);
         band.render();
     }
 }
 
+void HoursOfDay::shareNight(SkyBand& sky) const {
+    // The evening's colours stay at the horizon longest.
+    sky.low = late(now.night);
+    sky.high = early(now.night);
+    sky.surface = now.night;
+}
+
 void HoursOfDay::renderGlints(TexturedQuad& quad, Texture& other_frame) {
     quad.render();
-    if (!on || now.path < 0.5f)
+    if (!showsPath())
         return;
     Texture* const frame = quad.textures[1];
     const float scale = quad.texturescales[1];

@@ -43,6 +43,8 @@ public:
 
     /// Whether something of the noon's sky is to be seen; it must be drawn before the hour's.
     bool showsNoonSky() const { return !on || now.evening < 1; }
+    /// Whether the glints are on the path of light only.
+    bool showsPath() const { return on && now.path >= 0.5f; }
     /// Draws the hour's sky round the eye and colours the fog.
     void renderSky(const GLVector3& eye);
     /// Draws the glints, and those of another moment between them on a path of light.
@@ -62,6 +64,7 @@ private:
     };
 
     void apply();
+    void shareNight(SkyBand& sky) const;
     /// Gives frames the contrast of the light: all of them, or the next one that has another.
     void setContrast(bool all);
 
@@ -69,7 +72,8 @@ private:
     double hour = -1;     ///< of the sun; negative before the first update
     double applied = -1;  ///< the hour whose light the scene has
     DAY_LIGHT now = lightAt(NOON);
-    SkyBand band, mist;
+    SkyBand band;      ///< with the evening's or the night's sky
+    SkyBand twilight;  ///< with both
     Texture sky_evening, sky_night, path;
     std::list<SCENERY> sceneries;
     std::vector<RenderObject*> above, under, sea;

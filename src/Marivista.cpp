@@ -1003,7 +1003,8 @@ void CMarivistaScreensaver::renderScene() {
     if (!camerascrolling)
         highlight.setTexture(&tex_highlight[animationFrame()], 1);
     hours.renderGlints(highlight, tex_highlight[(animationFrame() + 13) % ANIMATION_FRAMES]);
-    renderBeyond(highlight, HIGHLIGHT_WIDTH);
+    if (!hours.showsPath())
+        renderBeyond(highlight, HIGHLIGHT_WIDTH);
     if (fpsOn)
         fpstext.render();
 }

@@ -7,7 +7,8 @@
 
 /// A piece of a cylinder round the eye, its picture going on mirrored at the sides. The horizon is
 /// where the eye is level, and SKY_AHEAD says what the picture covers. Colours differ by height:
-/// those of the sea are apart from the sky's.
+/// those of the sea are apart from the sky's. With two pictures the shares are those of the second
+/// over the first, and nothing behind shows; needs multitexturing.
 class SkyBand : public RenderObject {
 public:
     void preRender() override;
@@ -20,4 +21,6 @@ public:
     float high = 1;     ///< high up
     float low = 1;      ///< in the sky at the horizon
     float surface = 1;  ///< on the sea
+    /// Pale haze over picture and sky, 0..1; less of it high up, none on the sea. For one picture.
+    float mist = 0;
 };

@@ -15,15 +15,17 @@ void TexturedQuad::preRender() {
 }
 
 void TexturedQuad::renderMesh() {
+    const float left = (2 * part_left - 1) * halfsize_x, u_left = part_left * texturefactor_x;
+    const float right = (2 * part_right - 1) * halfsize_x, u_right = part_right * texturefactor_x;
     glBegin(GL_QUADS);
-    textureCoord(texturefactor_x, 0);
-    glVertex3f(halfsize_x, halfsize_y, 0);
-    textureCoord(0, 0);
-    glVertex3f(-halfsize_x, halfsize_y, 0);
-    textureCoord(0, texturefactor_y);
-    glVertex3f(-halfsize_x, -halfsize_y, 0);
-    textureCoord(texturefactor_x, texturefactor_y);
-    glVertex3f(halfsize_x, -halfsize_y, 0);
+    textureCoord(u_right, 0);
+    glVertex3f(right, halfsize_y, 0);
+    textureCoord(u_left, 0);
+    glVertex3f(left, halfsize_y, 0);
+    textureCoord(u_left, texturefactor_y);
+    glVertex3f(left, -halfsize_y, 0);
+    textureCoord(u_right, texturefactor_y);
+    glVertex3f(right, -halfsize_y, 0);
     glEnd();
 }
 

@@ -18,10 +18,18 @@ public:
     void setTextureFactorX(float f) { texturefactor_x = f; }
     void setTextureFactorY(float f) { texturefactor_y = f; }
 
+    /// Draws only the piece between two parts of the width, from the left edge: 0 to 1 is all.
+    void setPart(float from, float to) {
+        part_left = from;
+        part_right = to;
+    }
+
     float size_x = 1;
     float size_y = 1;
     float halfsize_x = 0.5f;
     float halfsize_y = 0.5f;
     float texturefactor_x = 1;
     float texturefactor_y = 1;
+    float part_left = 0;
+    float part_right = 1;
 };

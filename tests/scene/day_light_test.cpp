@@ -60,6 +60,7 @@ TEST(DayLight, AllStaysInRange) {
         }
         EXPECT_TRUE(light.night == 0 || light.evening == 1)
             << "the night's pictures lie over the evening's, minute " << minute;
+        EXPECT_TRUE(light.night == 0 || light.mist == 0) << "no mist over the night's, " << minute;
     }
 }
 

@@ -2,6 +2,7 @@
 
 #include <gmock/gmock.h>
 
+#include <algorithm>
 #include <cmath>
 
 #include "scene_fixture.h"
@@ -107,6 +108,44 @@ TEST_F(HoursTest, AtDuskBothPicturesShow) {
     EXPECT_EQ(island[0][3], 1) << "noon's picture lies whole under the evening's";
     EXPECT_EQ(scene().island.textures[0], &scene().tex_island) << "put back";
     EXPECT_EQ(scene().island.rendercolor.a, 1);
+}
+
+TEST_F(HoursTest, TheSkyIsDrawnOnceWithoutBlendingWhereNothingShowsThrough) {
+    for (const double hour : {7.0, 17.8, 19.7, 23.0}) {
+        makeAt(hour);
+        build();
+        update(10);
+        test::clear();
+        scene().hours.renderSky(scene().camera.vEye);
+        EXPECT_EQ(test::count("glPushMatrix"), 1) << hour;
+        EXPECT_EQ(test::count("glBlendFunc"), hour == 7.0 ? 1 : 0) << hour;
+        EXPECT_EQ(test::imbalance(), "") << hour;
+        EXPECT_FALSE(test::isEnabled(GL_COLOR_SUM)) << hour;
+        EXPECT_FALSE(test::isEnabled(GL_BLEND)) << hour;
+    }
+}
+
+TEST_F(HoursTest, GlintsOnThePathAreDrawnNoWiderThanIt) {
+    makeAt(12);
+    build();
+    const auto width = [this] {
+        picture();
+        float left = 1e9f, right = -1e9f;
+        const GLuint glints = scene().highlight.textures[0]->id;
+        for (const test::GL_VERTEX& vertex : test::vertices())
+            if (vertex.texture[0] == glints) {
+                left = std::min(left, vertex.x);
+                right = std::max(right, vertex.x);
+            }
+        return right - left;
+    };
+    EXPECT_EQ(width(), 50);
+    setHour(18);
+    scene().skipUnseenTime();
+    EXPECT_LT(width(), 16);
+    setHour(12);
+    scene().skipUnseenTime();
+    EXPECT_EQ(width(), 50);
 }
 
 TEST_F(HoursTest, AClockThatJumpsIsFollowedWithoutAJump) {

@@ -52,8 +52,9 @@ long total = 0;
 void complain(const std::string& text) { state().complaints += text + "\n"; }
 
 bool isAllowedInside(const std::string& name) {
-    static const char* const NAMES[] = {"glVertex", "glTexCoord", "glMultiTexCoord",
-                                        "glColor",  "glNormal",   "glEnd"};
+    static const char* const NAMES[] = {
+        "glVertex", "glSecondaryColor", "glTexCoord", "glMultiTexCoord",
+        "glColor",  "glNormal",         "glEnd"};
     return std::any_of(std::begin(NAMES), std::end(NAMES), [&](const char* allowed) {
         return name.compare(0, std::strlen(allowed), allowed) == 0;
     });
@@ -392,6 +393,10 @@ void GLAPIENTRY glTexParameteri(GLenum target, GLenum name, GLint value) {
 
 void GLAPIENTRY glTexParameterf(GLenum target, GLenum name, GLfloat value) {
     note("glTexParameterf", {double(target), double(name), value});
+}
+
+void GLAPIENTRY glSecondaryColor3f(GLfloat red, GLfloat green, GLfloat blue) {
+    note("glSecondaryColor3f", {red, green, blue});
 }
 
 void GLAPIENTRY glTexEnvi(GLenum target, GLenum name, GLint value) {

@@ -113,4 +113,11 @@ TEST_F(TexturedQuadTest, keepsItsPlacementToItself) {
     EXPECT_TRUE(test::calls().empty());
 }
 
+TEST_F(TexturedQuadTest, APartIsAPieceOfTheWidth) {
+    quad.setSize(8, 2);
+    quad.setPart(0.25f, 0.5f);
+    quad.render();
+    expectCorners({{0.5f, 0, 0, 1}, {0.25f, 0, -2, 1}, {0.25f, 1, -2, -1}, {0.5f, 1, 0, -1}});
+}
+
 }  // namespace
