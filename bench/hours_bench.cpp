@@ -21,9 +21,10 @@ using bench::World;
 using HOUR = std::optional<double>;
 
 constexpr int TOP = 1;
-constexpr std::array<double, 8> hours = {12, 7.5, 16.5, 17.5, 18.25, 19, 19 + 40 / 60.0, 22};
+constexpr std::array<double, 8> hours = {
+    12, 7 + 10 / 60.0, 16 + 55 / 60.0, 17.5, 18.25, 19, 19 + 40 / 60.0, 22};
 
-int rounds = 8;
+int rounds = 4;
 constexpr int WARM_UP = 4, FRAMES = 10;
 
 /// Appends what each of some frames costs, milliseconds.
