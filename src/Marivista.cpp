@@ -24,6 +24,8 @@ constexpr Uint32 ANIMATION_FRAME_MS = 50;
 /// stopped, the machine asleep, or the clock, which may follow that on the wall, was set back. One
 /// picture a second, and a slow machine with a large one, stay well below.
 constexpr Uint32 LONGEST_FRAME = 3000;
+/// The same after a tick that became no picture: whoever ticks without drawing may do so slowly.
+constexpr Uint32 LONGEST_TICK = 60000;
 
 constexpr double NEAR_PLANE = 0.1;
 constexpr double FAR_PLANE = 1000;
@@ -720,7 +722,7 @@ void CMarivistaScreensaver::updateScene() {
     const SceneClock::Running running(clock);
     camerascrolling = false;
     Uint32 now = sceneTicks();
-    const bool left_out = unseen || (drawn && now - timer > LONGEST_FRAME);
+    const bool left_out = unseen || now - timer > (drawn ? LONGEST_FRAME : LONGEST_TICK);
     if (left_out) {
         clock.leaveOut(now - timer);
         now = timer;
