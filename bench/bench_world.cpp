@@ -5,6 +5,8 @@
 #include <fstream>
 #include <string>
 
+#include "system/RowClip.h"
+
 namespace {
 
 Uint32 ticks = 0;
@@ -59,6 +61,7 @@ World::World(int school, bool sound, int camerapos, int width, int height,
     scene->extras.daytime = hour.has_value();
     if (hour)
         scene->localTime = [minute = *hour * 60] { return LOCAL_TIME{minute, 0}; };
+    scene->draw_in_rows = drawInRows;
     const double cpu = cpuTime(), wall = wallTime();
     scene->buildWorld();
     loading_cpu_ms = cpuTime() - cpu;

@@ -329,6 +329,10 @@ bool CMarivistaScreensaver::initScene() {
     initSeaFloor();
     initCorals();
     initWaterAndQuads();
+    if (draw_in_rows) {
+        fader_covers = opaqueRows(dataFile("gwfader.nlt").c_str());
+        sparkle_shows = shownRows(dataFile("blendmap.nlt").c_str());
+    }
 
     const GLVector3 leader = vegetarian1.getPositionVector();
     fishsteering.setTargetPoint(leader.x, leader.y, leader.z);
@@ -881,10 +885,16 @@ int CMarivistaScreensaver::animationFrame() {
     return static_cast<int>(SDL_GetTicks() / ANIMATION_FRAME_MS % ANIMATION_FRAMES);
 }
 
-void CMarivistaScreensaver::setTrueView() {
+VIEW_WINDOW CMarivistaScreensaver::view() const {
+    if (!extras.proportions)
+        return trueView(std::min(aspect(), MAX_ASPECT), 0);
     const GLVector3 sight = camera.vAt - camera.vEye;
     const double level = std::hypot(sight.x, sight.z);
-    const VIEW_WINDOW view = trueView(aspect(), level > 0 ? -sight.y / level : 0);
+    return trueView(aspect(), level > 0 ? -sight.y / level : 0);
+}
+
+void CMarivistaScreensaver::setTrueView() {
+    const VIEW_WINDOW view = this->view();
     wide = aspect() > WIDER_FROM;
     const double depth = FAR_PLANE - NEAR_PLANE;
     const double frustum[16] = {2 / view.width(),
@@ -931,6 +941,37 @@ void CMarivistaScreensaver::renderBackOfIsland() {
     glPopMatrix();
 }
 
+void CMarivistaScreensaver::renderNoonSky() {
+    const auto draw = [this] {
+        if (wantedwssettings.skytype == 0) {
+            sky.render();
+        } else {
+            skyflat.render();
+            renderBeyond(skyflat, SKYFLAT_WIDTH);
+        }
+    };
+    if (!sparesRows()) {
+        draw();
+        return;
+    }
+    for (const ROWS& rows : rowsOfSky(sight(), terrain, gwfader, fader_covers, resolution_y))
+        draw_in_rows(rows.low, rows.high, draw);
+}
+
+void CMarivistaScreensaver::renderSparkle() {
+    const auto draw = [this] {
+        hours.renderGlints(highlight, tex_highlight[(animationFrame() + 13) % ANIMATION_FRAMES]);
+        if (!hours.showsPath())
+            renderBeyond(highlight, HIGHLIGHT_WIDTH);
+    };
+    if (!sparesRows()) {
+        draw();
+        return;
+    }
+    const ROWS rows = rowsOf(sight(), highlight, sparkle_shows, resolution_y);
+    draw_in_rows(rows.low, rows.high, draw);
+}
+
 void CMarivistaScreensaver::renderScene() {
     const SceneClock::Running running(clock);
     drawn = true;
@@ -943,14 +984,8 @@ void CMarivistaScreensaver::renderScene() {
 
     if (bird_gull)
         gull.render();
-    if (hours.showsNoonSky()) {
-        if (wantedwssettings.skytype == 0) {
-            sky.render();
-        } else {
-            skyflat.render();
-            renderBeyond(skyflat, SKYFLAT_WIDTH);
-        }
-    }
+    if (hours.showsNoonSky())
+        renderNoonSky();
     hours.renderSky(camera.vEye);
 
     glEnable(GL_FOG);
@@ -1004,9 +1039,7 @@ void CMarivistaScreensaver::renderScene() {
     // Loading the next sparkle is skipped in the one tick in which a camera travel starts.
     if (!camerascrolling)
         highlight.setTexture(&tex_highlight[animationFrame()], 1);
-    hours.renderGlints(highlight, tex_highlight[(animationFrame() + 13) % ANIMATION_FRAMES]);
-    if (!hours.showsPath())
-        renderBeyond(highlight, HIGHLIGHT_WIDTH);
+    renderSparkle();
     if (fpsOn)
         fpstext.render();
 }

@@ -11,6 +11,7 @@
 #include "HoursOfDay.h"
 #include "LocalTime.h"
 #include "MVSettingsDlg.h"
+#include "ShownRows.h"
 #include "SingleFishMovement.h"
 #include "SkyDome.h"
 #include "WaterGround.h"
@@ -102,6 +103,9 @@ public:
     bool fpsOn = false;  ///< Show the frame-rate line; may be set at any time.
     bool helpexpanded = false;
     bool helpvisible = true;
+    /// Has something drawn within rows of the viewport (see drawInRows): a host that sets it,
+    /// before initScene, spares the renderer what cannot be seen. The picture is the same.
+    std::function<void(double low, double high, const std::function<void()>& draw)> draw_in_rows;
     Uint32 fpstimer = 0;       ///< Milliseconds since the last frame-rate line.
     Uint32 lastframetime = 0;  ///< Length of the last tick, milliseconds.
     float watertexmotion = 0;  ///< Texture offset of water and caustics, in [0, 1).
@@ -180,8 +184,16 @@ private:
     void initWaterAndQuads();
 
     double aspect() const;
-    /// The projection of a picture that keeps its proportions; hangs on the camera's pitch.
+    /// What the picture shows; hangs on the camera's pitch where it keeps its proportions.
+    VIEW_WINDOW view() const;
+    /// The projection of a picture that keeps its proportions.
     void setTrueView();
+    /// The other hours have sparkles and skies elsewhere.
+    bool sparesRows() const { return draw_in_rows && !extras.daytime; }
+    /// The noon sky, without what lies below everything that can be seen of it.
+    void renderNoonSky();
+    void renderSparkle();
+    Sight sight() const { return {camera.vEye, camera.vAt, view()}; }
     /// In a wide picture, what is so wide around x = 0, less what is missing on the right, goes on
     /// beyond both its ends as its own reflection.
     void renderBeyond(RenderObject& object, float width, float missing = 0);
@@ -194,6 +206,7 @@ private:
     bool isGullSeen() const;
 
     SceneClock clock;
+    TEXTURE_ROWS fader_covers, sparkle_shows;
     bool wide = false;     ///< the picture shows more to the sides than the design's
     bool unseen = false;   ///< the time until the next tick is seen by nobody
     bool drawn = false;    ///< the last tick has become a picture

@@ -19,6 +19,7 @@
 #include "host/KDEScreensaverFrame.h"
 #include "host/ScreenPainter.h"
 #include "setup/SetupLanguage.h"
+#include "system/RowClip.h"
 
 #define EXPORTED __attribute__((visibility("default")))
 
@@ -74,6 +75,7 @@ EXPORTED KScreenSaver* kss_create(WId id) {
         if (scene->wantedwssettings.soundOn)
             findSoundDevice();
         scene->readExtraSettings();
+        scene->draw_in_rows = drawInRows;
         for (const EXTRA_VALUE& wanted : preset)
             scene->extras.*wanted.field = wanted.value;
         // The end of the application is the last moment at which a widget can be destroyed.

@@ -15,6 +15,7 @@
 
 #include "Marivista.h"
 #include "offscreen.h"
+#include "system/RowClip.h"
 
 namespace {
 
@@ -198,6 +199,7 @@ int main(int argc, char** argv) {
 
     auto scene = std::make_unique<CMarivistaScreensaver>();
     scene->settings_file = settings;
+    scene->draw_in_rows = drawInRows;
     scene->loadSettings(options.width, options.height);
     scene->wantedwssettings.soundOn = false;
     scene->extras.proportions = options.proportions;

@@ -11,6 +11,7 @@
 #include "framework/FrameRate.h"
 #include "quick/LentContext.h"
 #include "quick/Reef.h"
+#include "system/RowClip.h"
 
 namespace {
 
@@ -116,6 +117,7 @@ std::unique_ptr<CMarivistaScreensaver> ReefRenderer::build(
     built->wantedwssettings = wishes.settings;
     built->wantedwssettings.soundOn = false;
     built->extras = wishes.extras;
+    built->draw_in_rows = drawInRows;
     built->start(area.width(), area.height());
     if (before && before->wantedwssettings.camerapos == wishes.settings.camerapos)
         takeOverCamera(*built, *before);
