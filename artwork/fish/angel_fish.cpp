@@ -33,8 +33,8 @@ Pixel finColour(const FinPoint& p) {
         return finPixel(p, {rgb(255, 206, 50), rgb(255, 236, 150), 11, 0.90f, 0.66f});
     const float blue = rear(p.side);
     const Vec3 base = mix(kYellow, rgb(20, 40, 150), blue);
-    return finPixel(p, {base, mix(rgb(255, 232, 120), rgb(80, 150, 255), blue), 28, 0.96f, 0.88f,
-                        0.08f, 0.03f, 0.35f});
+    return finPixel(
+        p, {base, mix(rgb(255, 232, 120), rgb(80, 150, 255), blue), 28, 0.96f, 0.88f, 0.08f});
 }
 
 }  // namespace
@@ -43,5 +43,6 @@ int main(int, char** arguments) {
     Skin skin{
         bodyColour, finColour, reefFishDetail(), {rgb(255, 190, 60), rgb(120, 80, 30), 0.55f}};
     skin.detail.scale_depth = 0.10f;
+    skin.shade = 0.48f;  // The smallest fish with the lightest shadow.
     saveSkin(reefFish(), skin, 256, std::string(arguments[1]) + "/models/reeffishes/anglefish.nlt");
 }
