@@ -197,9 +197,10 @@ KMarivistaSetup::KMarivistaSetup(QWidget* parent, Qt::WindowFlags flags)
     : KMarivistaSetup(dataFile("Language.dat"), DEFAULT_LANGUAGE, parent, flags) {}
 
 KMarivistaSetup::KMarivistaSetup(std::string languagefile, std::string language, QWidget* parent,
-                                 Qt::WindowFlags flags)
+                                 Qt::WindowFlags flags, const EXTRA_SETTINGS& usual_extras)
     : QDialog(parent, flags),
       actpage(0),
+      usual(usual_extras),
       language_file(std::move(languagefile)),
       language_code(std::move(language)) {
     loadPictures();
@@ -647,7 +648,6 @@ void KMarivistaSetup::readConfig() {
         else
             settings.*setting.flag = keys.readEntry(setting.key, defaults.*setting.flag);
     }
-    const EXTRA_SETTINGS usual;
     for (const EXTRA_SETTING& setting : extra_settings)
         extras.*setting.field = std::clamp(keys.readEntry(setting.key, usual.*setting.field),
                                            setting.low, setting.high);
@@ -676,7 +676,6 @@ void KMarivistaSetup::writeConfig() {
         else
             write(setting.key, settings.*setting.flag);
     }
-    const EXTRA_SETTINGS usual;
     for (const EXTRA_SETTING& setting : extra_settings)
         if (extras.*setting.field != usual.*setting.field || keys.hasKey(setting.key) ||
             shared.hasKey(setting.key))

@@ -42,9 +42,10 @@ class KMarivistaSetup : public QDialog {
 
 public:
     explicit KMarivistaSetup(QWidget* parent = nullptr, Qt::WindowFlags flags = Qt::WindowFlags());
-    /// The dialog in another language or from another language file.
+    /// The dialog in another language or from another language file, for a host whose `extras`
+    /// have these defaults.
     KMarivistaSetup(std::string languagefile, std::string language, QWidget* parent,
-                    Qt::WindowFlags flags);
+                    Qt::WindowFlags flags, const EXTRA_SETTINGS& usual_extras = {});
 
     // Every widget is owned by the widget tree and carries its member's name as object name. The
     // buttons of a choice are numbered from 0 in the order of their members.
@@ -162,6 +163,7 @@ private:
     void fitTexts();
     void tellNotSaved();
 
+    const EXTRA_SETTINGS usual;         ///< what a missing key of `extras` stands for
     const std::string language_file;    ///< path
     const std::string language_code;    ///< section of the file
     std::vector<QWidget*> travel_rows;  ///< what concerns the camera that travels by itself only

@@ -220,7 +220,7 @@ void ReefWindow::showMenu(const QPoint& place) {
 void ReefWindow::editSettings() {
     const std::string texts = dataFile("Language.dat");
     KMarivistaSetup dialog(texts, setupLanguage(QLocale().uiLanguages(), texts.c_str()), nullptr,
-                           Qt::WindowFlags());
+                           Qt::WindowFlags(), REEF_WISHES::today());
     dialog.winId();
     dialog.windowHandle()->setTransientParent(this);
     if (dialog.exec() == QDialog::Accepted)

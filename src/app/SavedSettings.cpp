@@ -1,9 +1,8 @@
 #include "app/SavedSettings.h"
 
-#include <KConfig>
 #include <KConfigGroup>
-#include <QStandardPaths>
 
+#include "framework/SettingsFile.h"
 #include "quick/Reef.h"
 
 namespace {
@@ -18,9 +17,8 @@ QByteArray propertyOf(const char* key) {
 }  // namespace
 
 void applySavedSettings(Reef& reef) {
-    const KConfig file(QStringLiteral("Orvo Atollia"), KConfig::SimpleConfig,
-                       QStandardPaths::GenericConfigLocation);
-    const KConfigGroup keys = file.group(QString());
+    const std::unique_ptr<KConfig> file = openSettings(QStringLiteral("Orvo Atollia"));
+    const KConfigGroup keys = file->group(QString());
     const SaverSettings defaults;
     for (const SETTING& setting : settings_read) {
         if (setting.flag == &SaverSettings::soundOn)

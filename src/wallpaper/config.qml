@@ -27,6 +27,11 @@ ColumnLayout {
     property int cfg_SkyType
     property bool cfg_SoundOn
     property int cfg_Volume
+    property int cfg_QuietFrom
+    property int cfg_QuietTo
+    property int cfg_DayTime
+    property int cfg_Latitude
+    property int cfg_Proportions
     property bool cfg_PauseCovered
     property bool cfg_PauseBattery
 
@@ -42,6 +47,15 @@ ColumnLayout {
         fillMode: Image.PreserveAspectFit
         Layout.preferredWidth: 120
         Layout.preferredHeight: 66
+    }
+
+    /// A row of such pictures.
+    component Pictures: RowLayout {
+        property var names
+        Repeater {
+            model: parent.names
+            Picture { name: modelData }
+        }
     }
 
     /// A flag with the picture of what it stands for.
@@ -65,10 +79,11 @@ ColumnLayout {
     /// One of several values with the picture of what it stands for.
     component Choice: ColumnLayout {
         property string picture
+        property var pictures: [picture]
         property string key
         property int value
         property alias title: button.text
-        Picture { name: parent.picture; Layout.alignment: Qt.AlignHCenter }
+        Pictures { names: parent.pictures; Layout.alignment: Qt.AlignHCenter }
         RadioButton {
             id: button
             autoExclusive: false
@@ -97,6 +112,23 @@ ColumnLayout {
             Accessible.name: parent.title
         }
         Label { text: page["cfg_" + parent.key] + parent.unit; Layout.preferredWidth: 50 }
+    }
+
+    /// A number that is set step by step, shown by the function `shown`.
+    component Steps: RowLayout {
+        property string key
+        property string title
+        property alias from: box.from
+        property alias to: box.to
+        property alias shown: box.textFromValue
+        Label { text: parent.title }
+        SpinBox {
+            id: box
+            wheelEnabled: false
+            value: page["cfg_" + parent.key]
+            onValueModified: page["cfg_" + parent.key] = value
+            Accessible.name: parent.title
+        }
     }
 
     GroupBox {
@@ -145,6 +177,26 @@ ColumnLayout {
         }
     }
     GroupBox {
+        title: page.text("daytime")
+        Layout.fillWidth: true
+        ColumnLayout {
+            RowLayout {
+                Choice {
+                    pictures: ["noon"]; key: "DayTime"; value: 0; title: page.text("noon")
+                }
+                Choice {
+                    pictures: ["morning", "evening", "night"]; key: "DayTime"; value: 1
+                    title: page.text("clock")
+                }
+            }
+            Steps {
+                key: "Latitude"; title: page.text("latitude"); from: -90; to: 90
+                enabled: page.cfg_DayTime === 1
+                shown: value => Math.abs(value) + "°" + (value > 0 ? " N" : value < 0 ? " S" : "")
+            }
+        }
+    }
+    GroupBox {
         title: page.text("cameratext")
         Layout.fillWidth: true
         ColumnLayout {
@@ -173,8 +225,29 @@ ColumnLayout {
                 checked: page.cfg_SoundOn
                 onToggled: page.cfg_SoundOn = checked
             }
-            Number { key: "Volume"; title: page.text("sound"); from: 0; to: 100; step: 5; unit: " %" }
+            Number { key: "Volume"; title: page.text("volume"); from: 0; to: 100; step: 5; unit: " %" }
+            RowLayout {
+                readonly property bool none: page.cfg_QuietFrom === page.cfg_QuietTo
+                spacing: 24
+                Label {
+                    text: page.text("quiettext") + (parent.none ? ": " + page.text("quietnone") : "")
+                    Layout.preferredWidth: 180
+                }
+                Steps {
+                    key: "QuietFrom"; title: page.text("quietfrom"); from: 0; to: 23
+                    shown: value => value + ":00"
+                }
+                Steps {
+                    key: "QuietTo"; title: page.text("quietto"); from: 0; to: 23
+                    shown: value => value + ":00"
+                }
+            }
         }
+    }
+    CheckBox {
+        text: page.text("proportions")
+        checked: page.cfg_Proportions === 1
+        onToggled: page.cfg_Proportions = checked ? 1 : 0
     }
     GroupBox {
         title: page.text("pausetext")
