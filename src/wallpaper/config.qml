@@ -226,13 +226,12 @@ ColumnLayout {
                 onToggled: page.cfg_SoundOn = checked
             }
             Number { key: "Volume"; title: page.text("volume"); from: 0; to: 100; step: 5; unit: " %" }
-            RowLayout {
+            Label {
                 readonly property bool none: page.cfg_QuietFrom === page.cfg_QuietTo
+                text: page.text("quiettext") + (none ? ": " + page.text("quietnone") : "")
+            }
+            RowLayout {
                 spacing: 24
-                Label {
-                    text: page.text("quiettext") + (parent.none ? ": " + page.text("quietnone") : "")
-                    Layout.preferredWidth: 180
-                }
                 Steps {
                     key: "QuietFrom"; title: page.text("quietfrom"); from: 0; to: 23
                     shown: value => value + ":00"
