@@ -25,7 +25,8 @@ session=$!
 stop_greeter() { kill "$(cat "$tmp/greeter")"; }
 at_end="stop_greeter"
 
-until_true "no lagoon on the lock screen" lagoon_at 1280x400+0+320
+# Open water, where neither reef nor clock stands.
+until_true "no lagoon on the lock screen" lagoon_at 1280x200+0+320
 # The clock stands in the upper half, white on blue; the picture moves behind it.
 clock_shows() {
     import -silent -window root -crop 400x130+440+40 +repage "$tmp/clock.png"
