@@ -25,7 +25,7 @@ constexpr Uint32 ANIMATION_FRAME_MS = 50;
 /// picture a second, and a slow machine with a large one, stay well below.
 constexpr Uint32 LONGEST_FRAME = 3000;
 /// The same after a tick that became no picture: whoever ticks without drawing may do so slowly.
-constexpr Uint32 LONGEST_TICK = 60000;
+constexpr Uint32 LONGEST_TICK = 600000;
 
 constexpr double NEAR_PLANE = 0.1;
 constexpr double FAR_PLANE = 1000;
