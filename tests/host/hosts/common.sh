@@ -93,7 +93,8 @@ before_the_end() {
 expect_gone() { # [MILLISECONDS]
     for process in $ending; do
         tries=0
-        while [ -e "/proc/$process" ]; do
+        # One that has ended and waits for its host to hear of it runs no program any more.
+        while [ "$(readlink "/proc/$process/exe" 2>/dev/null)" = "$saver" ]; do
             tries=$((tries + 1))
             [ $tries -lt 3000 ] || fail "the saver is still running"
             sleep 0.02
