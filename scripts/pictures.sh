@@ -31,13 +31,11 @@ view top top 3 42 cloudy
 view top-clear top 4 22 clear
 view low low 9 50 cloudy
 
-# hour NAME TIME VIEW: an hour of the day, and small for the setup dialog.
+# hour NAME TIME VIEW: an hour of the day.
 hour() {
     "$top/scripts/snapshot.sh" "$folder/picture.png" --view "$3" --seed 4 --seconds 6 \
         --config "$folder/cloudy" --daytime "$2"
     jpeg "day-$1" -resize 960x711
-    convert "$folder/picture.png" -resize 96x72^ -gravity center -extent 96x72 -quality 85 -strip \
-        "$top/src/setup/day_$1.jpg"
 }
 
 hour morning 6:30 top
