@@ -42,6 +42,10 @@ QRectF cut(const QSizeF& area, const QSizeF& item) {
 Reef::Reef(QQuickItem* parent) : QQuickFramebufferObject(parent) {
     loadStill();
     setMirrorVertically(true);
+    // The renderer decides how large the picture is that the page enlarges to the item.
+    setTextureFollowsItemSize(false);
+    connect(this, &QQuickItem::widthChanged, this, &QQuickItem::update);
+    connect(this, &QQuickItem::heightChanged, this, &QQuickItem::update);
     clock.start();
     due.setSingleShot(true);
     due.setTimerType(Qt::PreciseTimer);
@@ -116,6 +120,15 @@ void Reef::setSamples(int samples) {
     update();
 }
 
+void Reef::setRenderScale(qreal scale) {
+    const double kept = scale > 0 ? std::clamp<double>(scale, 0.4, 1) : 0;
+    if (kept == wishes.render_scale)
+        return;
+    wishes.render_scale = kept;
+    emit renderScaleChanged();
+    update();
+}
+
 bool Reef::moving() const {
     return wishes.running && problem_line.isEmpty() && isVisible() && window() &&
            window()->isExposed();
@@ -148,6 +161,8 @@ void Reef::itemChange(ItemChange change, const ItemChangeData& data) {
     }
     if (change == ItemSceneChange || change == ItemVisibleHasChanged)
         movingChanged();
+    if (change == ItemDevicePixelRatioHasChanged)
+        update();
 }
 
 bool Reef::eventFilter(QObject* watched, QEvent* event) {
@@ -175,8 +190,12 @@ void Reef::drawWhenDue() {
     update();
 }
 
-void Reef::countFrame(bool drawn_on_the_processor) {
+void Reef::countFrame(bool drawn_on_the_processor, qreal scale) {
     software = drawn_on_the_processor;
+    if (scale != current_scale) {
+        current_scale = scale;
+        emit currentScaleChanged();
+    }
     const auto now = static_cast<double>(clock.elapsed());
     if (counted++ == 0) {
         counting_since = now;

@@ -65,6 +65,11 @@ class Reef : public QQuickFramebufferObject {
                    maximumFrameRateChanged)
     /// Per pixel, for smooth edges: 0 to 16, -1 for as many as suit the renderer.
     Q_PROPERTY(int samples READ samples WRITE setSamples NOTIFY samplesChanged)
+    /// The part of width and height that the picture is drawn with before it is enlarged: 0.4 to 1,
+    /// 0 for what a software renderer can afford; graphics hardware can afford all of it.
+    Q_PROPERTY(qreal renderScale READ renderScale WRITE setRenderScale NOTIFY renderScaleChanged)
+    /// That part as it is now.
+    Q_PROPERTY(qreal currentScale READ currentScale NOTIFY currentScaleChanged)
     /// Pictures drawn in the last second; 0 while none are.
     Q_PROPERTY(qreal frameRate READ frameRate NOTIFY frameRateChanged)
     /// Why the reef stands still, in one line; empty while nothing is wrong.
@@ -84,6 +89,9 @@ public:
     void setMaximumFrameRate(qreal rate);
     int samples() const { return wishes.samples; }
     void setSamples(int samples);
+    qreal renderScale() const { return wishes.render_scale; }
+    void setRenderScale(qreal scale);
+    qreal currentScale() const { return current_scale; }
     qreal frameRate() const { return frame_rate; }
     QString problem() const { return problem_line; }
 
@@ -93,6 +101,8 @@ signals:
     void mutedChanged();
     void maximumFrameRateChanged();
     void samplesChanged();
+    void renderScaleChanged();
+    void currentScaleChanged();
     void frameRateChanged();
     void problemChanged();
 
@@ -112,7 +122,7 @@ private:
     void movingChanged();
     /// Has the next picture drawn as soon as it is due.
     void drawWhenDue();
-    void countFrame(bool software);
+    void countFrame(bool software, qreal scale);
     void tellProblem(const QString& line);
     /// In the thread that renders, while the item's own waits: why its context does not do.
     QString whatIsWrongHere() const;
@@ -133,4 +143,5 @@ private:
     double counting_since = 0;  ///< on the clock, milliseconds
     int counted = 0;            ///< frames since then
     qreal frame_rate = 0;
+    qreal current_scale = 1;
 };

@@ -5,6 +5,7 @@
 #include <QOpenGLFramebufferObject>
 #include <QQuickWindow>
 #include <algorithm>
+#include <chrono>
 #include <mutex>
 
 #include "Marivista.h"
@@ -24,6 +25,11 @@ constexpr int SMOOTH = 4;
 /// A process has one mixer: this guards it, and the renderer whose scene has it.
 std::mutex mixer;
 const ReefRenderer* sounding = nullptr;
+
+double milliseconds() {
+    using namespace std::chrono;
+    return duration<double, std::milli>(steady_clock::now().time_since_epoch()).count();
+}
 
 /// The clock counts from the first part of SDL that starts, so that must be before the first scene
 /// reads it.
@@ -69,7 +75,8 @@ void cleanUp(CMarivistaScreensaver& scene) {
 }  // namespace
 
 ReefRenderer::ReefRenderer()
-    : sample_count(-1),
+    : adapts(false),
+      sample_count(-1),
       software(isSoftwareRenderer(reinterpret_cast<const char*>(glGetString(GL_RENDERER)))),
       unseen(false),
       redraw(true),
@@ -90,25 +97,32 @@ void ReefRenderer::synchronize(QQuickFramebufferObject* item) {
     unseen = unseen || reef->interrupted;
     reef->interrupted = false;
     reef->sounds = scene && scene->sound;
-    const int wanted = wishes.samples >= 0 ? wishes.samples : software ? 0 : SMOOTH;
-    if (sample_count >= 0 && wanted != sample_count)
+    const int samples = wishes.samples >= 0 ? wishes.samples : software ? 0 : SMOOTH;
+    // Who asks a software renderer for samples, and for no scale, wants to see them whole.
+    adapts = wishes.render_scale == 0 && software && samples == 0;
+    const double part = wishes.render_scale > 0 ? wishes.render_scale
+                        : adapts                ? scale.fraction()
+                                                : 1;
+    const QSizeF pixels = reef->size() * reef->window()->effectiveDevicePixelRatio();
+    const QSize wanted = (pixels * part).toSize().expandedTo({1, 1});
+    if (sample_count >= 0 && (samples != sample_count || wanted != area))
         invalidateFramebufferObject();
-    sample_count = wanted;
-    const bool on_the_processor = software;
+    sample_count = samples;
+    area = wanted;
     QMetaObject::invokeMethod(
-        reef, [reef, on_the_processor] { reef->countFrame(on_the_processor); },
+        reef,
+        [reef, part, on_the_processor = software] { reef->countFrame(on_the_processor, part); },
         Qt::QueuedConnection);
 }
 
-QOpenGLFramebufferObject* ReefRenderer::createFramebufferObject(const QSize& size) {
-    area = size;
+QOpenGLFramebufferObject* ReefRenderer::createFramebufferObject(const QSize&) {
     redraw = true;
     QOpenGLFramebufferObjectFormat format;
     format.setAttachment(QOpenGLFramebufferObject::Depth);
     // With alpha the water, which is blended, would let the page shine through.
     format.setInternalTextureFormat(GL_RGB8);
     format.setSamples(sample_count);
-    return new QOpenGLFramebufferObject(size, format);
+    return new QOpenGLFramebufferObject(area, format);
 }
 
 std::unique_ptr<CMarivistaScreensaver> ReefRenderer::build(
@@ -119,16 +133,19 @@ std::unique_ptr<CMarivistaScreensaver> ReefRenderer::build(
     built->extras = wishes.extras;
     built->draw_in_rows = drawInRows;
     built->start(area.width(), area.height());
+    if (!software)
+        built->sharpenSlants();
     if (before && before->wantedwssettings.camerapos == wishes.settings.camerapos)
         takeOverCamera(*built, *before);
     built->skipUnseenTime();
     return built;
 }
 
-void ReefRenderer::followWishes() {
+bool ReefRenderer::followWishes() {
     // The hours of the day are loaded with the scene, too.
-    if (needAnotherScene(scene->wantedwssettings, wishes.settings) ||
-        scene->extras.daytime != wishes.extras.daytime) {
+    const bool another = needAnotherScene(scene->wantedwssettings, wishes.settings) ||
+                         scene->extras.daytime != wishes.extras.daytime;
+    if (another) {
         const auto before = std::move(scene);
         scene = build(before.get());
         // The mixer goes with the old scene; the new one opens it anew.
@@ -149,6 +166,7 @@ void ReefRenderer::followWishes() {
         scene->autocameramove = true;
         scene->autoCameraDirection = 0;
     }
+    return another;
 }
 
 void ReefRenderer::silence(CMarivistaScreensaver& loud) {
@@ -183,10 +201,12 @@ void ReefRenderer::holdSound(bool held) {
 }
 
 void ReefRenderer::render() {
+    const double start = milliseconds();
     const LentContext lent;
+    bool loaded = !scene;
     if (!scene)
         scene = build(nullptr);
-    followWishes();
+    loaded = followWishes() || loaded;
     followSound();
     // The page has left another state since the last picture.
     scene->setViewSize(area.width(), area.height());
@@ -204,4 +224,11 @@ void ReefRenderer::render() {
     }
     redraw = false;
     scene->renderScene();
+    if (!adapts)
+        return;
+    glFinish();
+    const double end = milliseconds();
+    // Pictures that come with a new scene say nothing about those that follow.
+    if (!loaded)
+        scale.drawn(end, end - start, scene->autoCameraDirection != 0);
 }

@@ -4,6 +4,7 @@
 #include <QQuickFramebufferObject>
 #include <memory>
 
+#include "host/AdaptiveScale.h"
 #include "quick/ReefWishes.h"
 
 class CMarivistaScreensaver;
@@ -24,13 +25,16 @@ public:
 
 private:
     std::unique_ptr<CMarivistaScreensaver> build(const CMarivistaScreensaver* before) const;
-    void followWishes();
+    /// Whether another scene had to be built.
+    bool followWishes();
     void followSound();
     static void silence(CMarivistaScreensaver& loud);
 
     std::unique_ptr<CMarivistaScreensaver> scene;
     REEF_WISHES wishes;
-    QSize area;          ///< pixels
+    AdaptiveScale scale;
+    bool adapts;         ///< the scale is what the renderer can afford
+    QSize area;          ///< of the framebuffer, pixels
     int sample_count;    ///< of the framebuffer; -1 before there is one
     bool software;       ///< drawn on the processor
     bool unseen;         ///< the time since the last tick was seen by nobody

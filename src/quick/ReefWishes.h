@@ -10,6 +10,7 @@ struct REEF_WISHES {
     EXTRA_SETTINGS extras = today();
     double maximum_frame_rate = 0;  ///< a second; 0: as the renderer suggests
     int samples = -1;               ///< per pixel; -1: as the renderer suggests
+    double render_scale = 0;        ///< of width and height; 0: what the renderer can afford
     bool running = true;            ///< time passes
     bool muted = true;
 

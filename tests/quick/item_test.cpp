@@ -7,6 +7,7 @@
 #include <QMetaProperty>
 #include <QPainter>
 #include <QTemporaryDir>
+#include <cmath>
 #include <vector>
 
 #include "Globals.h"
@@ -57,6 +58,11 @@ TEST(ReefItem, HasTheSettingsWithTheirDefaultsAndRanges) {
                   {"cameraFixBottom", 5, 60}, {"skyType", 0, 1},     {"proportions", 0, 1},
                   {"dayTime", 0, 1},          {"latitude", -90, 90}, {"volume", 0, 100},
                   {"quietFrom", 0, 23},       {"quietTo", 0, 23},    {"samples", -1, 16}};
+    for (const auto& [wanted, kept] :
+         {std::pair(0.5, 0.5), {0.1, 0.4}, {7.0, 1.0}, {-1.0, 0.0}, {std::nan(""), 0.0}}) {
+        reef.setRenderScale(wanted);
+        EXPECT_EQ(reef.renderScale(), kept) << wanted;
+    }
     for (const auto& range : ranges) {
         reef.setProperty(range.name, 100000);
         EXPECT_EQ(reef.property(range.name).toInt(), range.high) << range.name;
@@ -164,6 +170,96 @@ TEST(ReefItem, ANewSizeKeepsThePictureWhileItStandsStill) {
     const QImage picture = page.picture();
     EXPECT_GT(test::colours(picture.copy(0, 0, 320, 120)), 1000);
     EXPECT_EQ(test::colours(picture.copy(0, 121, 320, 100)), 1);
+}
+
+/// Mean difference of the colours of two pictures, 0 to 255.
+double distance(const QImage& a, const QImage& b) {
+    double sum = 0;
+    for (int y = 0; y < a.height(); ++y)
+        for (int x = 0; x < a.width(); ++x) {
+            const QRgb one = a.pixel(x, y), other = b.pixel(x, y);
+            sum += std::abs(qRed(one) - qRed(other)) + std::abs(qGreen(one) - qGreen(other)) +
+                   std::abs(qBlue(one) - qBlue(other));
+        }
+    return sum / (3.0 * a.width() * a.height());
+}
+
+/// How much neighbours in a row differ, 0 to 255: small pictures that were enlarged are smoother.
+double roughness(const QImage& picture) {
+    return distance(picture.copy(0, 0, picture.width() - 1, picture.height()),
+                    picture.copy(1, 0, picture.width() - 1, picture.height()));
+}
+
+TEST(ReefItem, DrawsAtAFractionOfTheResolutionWhenAsked) {
+    test::setTicks(5000);
+    Page page(FILLING);
+    ASSERT_TRUE(waitForScene(page));
+    page.reef()->setRunning(false);
+    ASSERT_TRUE(until([&] { return page.reef()->frameRate() == 0; }));
+    const QImage whole = page.picture();
+    EXPECT_EQ(page.reef()->currentScale(), 1);
+    for (const double scale : {0.4, 1.0, 0.7}) {
+        page.reef()->setRenderScale(scale);
+        ASSERT_TRUE(until([&] { return page.reef()->currentScale() == scale; }));
+        ASSERT_TRUE(page.waitFrames(1));
+        const QImage picture = page.picture();
+        if (scale == 1) {
+            EXPECT_EQ(picture, whole);
+            continue;
+        }
+        EXPECT_EQ(picture.size(), whole.size());
+        EXPECT_LT(distance(picture, whole), 12) << scale;
+        EXPECT_LT(roughness(picture), 0.8 * roughness(whole)) << scale;
+    }
+}
+
+TEST(ReefItem, ASoftwareRendererDrawsWhatItCanAfford) {
+    // So many pixels take such a renderer far longer than a frame may.
+    Page page(FILLING, {2560, 1600});
+    ASSERT_TRUE(until([&] { return page.reef()->currentScale() < 1; }));
+    EXPECT_GE(page.reef()->currentScale(), 0.4);
+    page.reef()->setRenderScale(1);
+    ASSERT_TRUE(until([&] { return page.reef()->currentScale() == 1; }));
+    page.reef()->setRenderScale(0);
+    ASSERT_TRUE(until([&] { return page.reef()->currentScale() < 1; }));
+    // Samples are for looking closely.
+    page.reef()->setSamples(2);
+    ASSERT_TRUE(until([&] { return page.reef()->currentScale() == 1; }));
+}
+
+TEST(ReefItem, GraphicsHardwareDrawsEveryPixelSharply) {
+    constexpr char PRETENDED[] = "force_gl_renderer=Pretended graphics hardware";
+    constexpr char PICTURE[] = "ATOLLIA_TEST_PICTURE";
+    if (qEnvironmentVariableIsEmpty(PICTURE)) {
+        const QTemporaryDir folder;
+        const auto picture = [&](const char* renderer, const char* name) {
+            test::Process again(
+                {QCoreApplication::applicationFilePath().toStdString(),
+                 "--gtest_filter=ReefItem.GraphicsHardware*"},
+                {renderer, std::string(PICTURE) + "=" + folder.filePath(name).toStdString()});
+            const test::END end = again.wait();
+            EXPECT_EQ(end.status, 0) << again.output();
+            return QImage(folder.filePath(name));
+        };
+        const QImage hard = picture(PRETENDED, "hard.png");
+        const QImage soft = picture("force_gl_renderer", "soft.png");
+        ASSERT_FALSE(hard.isNull() || soft.isNull());
+        EXPECT_GT(distance(hard, soft), 0.1) << "seen at a slant it is filtered better";
+        EXPECT_LT(distance(hard, soft), 12);
+        return;
+    }
+    test::setTicks(5000);
+    test::seedRandom(3);
+    Page page(
+        "Reef { anchors.fill: parent; cameraPos: 3; dayTime: 0; samples: 0; boidCount: 0;"
+        "fishCount: 0; birdGull: false }",
+        {1920, 1200});
+    if (qEnvironmentVariableIsEmpty("force_gl_renderer"))
+        page.reef()->setRenderScale(1);
+    // Long enough for what is too slow to be noticed.
+    ASSERT_TRUE(page.waitFrames(15));
+    EXPECT_EQ(page.reef()->currentScale(), 1);
+    ASSERT_TRUE(page.picture().save(qEnvironmentVariable(PICTURE)));
 }
 
 TEST(ReefItem, DrawsNothingThatIsNotVisible) {
