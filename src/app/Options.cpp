@@ -22,7 +22,9 @@ OPTIONS parseOptions(const QStringList& words) {
     const QCommandLineOption screen("screen",
                                     QStringLiteral("The screen to show on, for example HDMI-A-1."),
                                     QStringLiteral("name"));
-    parser.addOptions({help, version, fullscreen, until_input, wallpaper, screen});
+    const QCommandLineOption settings(
+        "settings", QStringLiteral("Change the settings, and show nothing else."));
+    parser.addOptions({help, version, fullscreen, until_input, wallpaper, screen, settings});
 
     OPTIONS options;
     if (!parser.parse(words)) {
@@ -42,10 +44,14 @@ OPTIONS parseOptions(const QStringList& words) {
         options.status = 2;
         options.text =
             QStringLiteral("--wallpaper goes with neither --fullscreen nor --until-input.");
+    } else if (parser.isSet(settings) && parser.optionNames().size() > 1) {
+        options.status = 2;
+        options.text = QStringLiteral("--settings goes with no other option.");
     }
     options.fullscreen = parser.isSet(fullscreen);
     options.until_input = parser.isSet(until_input);
     options.wallpaper = parser.isSet(wallpaper);
+    options.settings = parser.isSet(settings);
     options.screen = parser.value(screen);
     return options;
 }

@@ -2,19 +2,16 @@
 
 #include <QActionGroup>
 #include <QCoreApplication>
-#include <QLocale>
+#include <QDialog>
 #include <QMenu>
 #include <QMouseEvent>
 #include <QQuickItem>
 #include <QSettings>
 #include <cmath>
 
-#include "Globals.h"
-#include "KMarivistaSetup.h"
 #include "app/SavedSettings.h"
 #include "quick/Reef.h"
 #include "quick/ReefTexts.h"
-#include "setup/SetupLanguage.h"
 
 namespace {
 
@@ -218,11 +215,9 @@ void ReefWindow::showMenu(const QPoint& place) {
 }
 
 void ReefWindow::editSettings() {
-    const std::string texts = dataFile("Language.dat");
-    KMarivistaSetup dialog(texts, setupLanguage(QLocale().uiLanguages(), texts.c_str()), nullptr,
-                           Qt::WindowFlags(), REEF_WISHES::today());
-    dialog.winId();
-    dialog.windowHandle()->setTransientParent(this);
-    if (dialog.exec() == QDialog::Accepted)
+    const std::unique_ptr<QDialog> dialog = makeSettingsDialog();
+    dialog->winId();
+    dialog->windowHandle()->setTransientParent(this);
+    if (dialog->exec() == QDialog::Accepted)
         applySavedSettings(*the_reef);
 }

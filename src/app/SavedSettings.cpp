@@ -1,9 +1,13 @@
 #include "app/SavedSettings.h"
 
 #include <KConfigGroup>
+#include <QLocale>
 
+#include "Globals.h"
+#include "KMarivistaSetup.h"
 #include "framework/SettingsFile.h"
 #include "quick/Reef.h"
+#include "setup/SetupLanguage.h"
 
 namespace {
 
@@ -34,4 +38,11 @@ void applySavedSettings(Reef& reef) {
     for (const EXTRA_SETTING& setting : extra_settings)
         reef.setProperty(propertyOf(setting.key),
                          keys.readEntry(setting.key, today.*setting.field));
+}
+
+std::unique_ptr<QDialog> makeSettingsDialog() {
+    const std::string texts = dataFile("Language.dat");
+    return std::make_unique<KMarivistaSetup>(texts,
+                                             setupLanguage(QLocale().uiLanguages(), texts.c_str()),
+                                             nullptr, Qt::WindowFlags(), REEF_WISHES::today());
 }

@@ -2,6 +2,7 @@
 #include <malloc.h>
 
 #include <QApplication>
+#include <QDialog>
 #include <QLoggingCategory>
 #include <QScreen>
 #include <csignal>
@@ -11,6 +12,7 @@
 #include "app/Options.h"
 #include "app/Platform.h"
 #include "app/ReefWindow.h"
+#include "app/SavedSettings.h"
 #include "quick/Types.h"
 #ifdef ATOLLIA_LAYER_SHELL
 #include "app/Backgrounds.h"
@@ -100,6 +102,10 @@ int main(int argc, char** argv) {
     QApplication application(argc, argv);
     application.setWindowIcon(QIcon::fromTheme(QStringLiteral("atollia")));
     application.setQuitOnLastWindowClosed(false);
+    if (options.settings) {
+        makeSettingsDialog()->exec();
+        return 0;
+    }
     loadPage();
     registerReefTypes("org.atollia.reef");
 

@@ -30,10 +30,18 @@ TEST(Options, AnIdlePicture) {
     EXPECT_EQ(options.screen, "DP-1");
 }
 
+TEST(Options, OnlyTheSettings) {
+    const OPTIONS options = parse({"--settings"});
+    EXPECT_EQ(options.status, -1);
+    EXPECT_TRUE(options.settings);
+    EXPECT_FALSE(parse({}).settings);
+}
+
 TEST(Options, HelpAndVersion) {
     const OPTIONS help = parse({"--help"});
     EXPECT_EQ(help.status, 0);
-    for (const char* option : {"--fullscreen", "--until-input", "--wallpaper", "--screen <name>"})
+    for (const char* option :
+         {"--fullscreen", "--until-input", "--wallpaper", "--screen <name>", "--settings"})
         EXPECT_TRUE(help.text.contains(option)) << option;
     const OPTIONS version = parse({"--version"});
     EXPECT_EQ(version.status, 0);
@@ -43,8 +51,9 @@ TEST(Options, HelpAndVersion) {
 TEST(Options, WhatItDoesNotKnowEndsItWithOneLine) {
     for (const QStringList& words :
          {QStringList{"--what"}, QStringList{"picture.png"}, QStringList{"--screen"},
-          QStringList{"--wallpaper", "--fullscreen"},
-          QStringList{"--wallpaper", "--until-input"}}) {
+          QStringList{"--wallpaper", "--fullscreen"}, QStringList{"--wallpaper", "--until-input"},
+          QStringList{"--settings", "--fullscreen"},
+          QStringList{"--screen", "DP-1", "--settings"}}) {
         const OPTIONS options = parse(words);
         EXPECT_EQ(options.status, 2) << qPrintable(words.join(' '));
         EXPECT_FALSE(options.text.isEmpty() || options.text.contains('\n'));

@@ -75,7 +75,8 @@ TEST_F(SavedSettingsTest, TheAdministratorsFileCountsBelowThePersonsOwn) {
 }
 
 TEST_F(SavedSettingsTest, TheProgramsDialogShowsWhatTheReefHasAndCanTurnItOff) {
-    KMarivistaSetup dialog("", "ENG", nullptr, Qt::WindowFlags(), REEF_WISHES::today());
+    const auto owner = makeSettingsDialog();
+    auto& dialog = dynamic_cast<KMarivistaSetup&>(*owner);
     EXPECT_TRUE(dialog.daytime_radio2->isChecked());
     EXPECT_TRUE(dialog.trueproportions->isChecked());
     dialog.daytime_radio1->click();
