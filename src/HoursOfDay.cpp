@@ -75,13 +75,16 @@ void reload(const Texture& texture, const std::string& file, int contrast) {
 
 }  // namespace
 
+void HoursOfDay::loadPicture(Texture& texture, const std::string& file) {
+    if (!texture.loadBMP(file.c_str(), PICTURE) && missing.empty())
+        missing = file;
+}
+
 void HoursOfDay::load(const std::function<std::string(const char*)>& file, bool cloudy) {
     on = true;
-    sky_evening.loadBMP(
-        file(cloudy ? "hours/evening_cloudy.nlt" : "hours/evening_clear.nlt").c_str(), PICTURE);
-    sky_night.loadBMP(file(cloudy ? "hours/night_cloudy.nlt" : "hours/night_clear.nlt").c_str(),
-                      PICTURE);
-    path.loadBMP(file("hours/path.nlt").c_str(), PICTURE);
+    loadPicture(sky_evening, file(cloudy ? "hours/evening_cloudy.nlt" : "hours/evening_clear.nlt"));
+    loadPicture(sky_night, file(cloudy ? "hours/night_cloudy.nlt" : "hours/night_clear.nlt"));
+    loadPicture(path, file("hours/path.nlt"));
     band.addTexture(&sky_evening);
     twilight.addTexture(&sky_evening);
     twilight.addTexture(&sky_night);
@@ -91,8 +94,8 @@ void HoursOfDay::addScenery(TexturedQuad& quad, const std::string& evening,
                             const std::string& night) {
     SCENERY& scenery = sceneries.emplace_back();
     scenery.quad = &quad;
-    scenery.evening.loadBMP(evening.c_str(), PICTURE);
-    scenery.night.loadBMP(night.c_str(), PICTURE);
+    loadPicture(scenery.evening, evening);
+    loadPicture(scenery.night, night);
 }
 
 void HoursOfDay::addCaustics(Texture& frame, const std::string& file) {

@@ -22,6 +22,8 @@ public:
     /// file.
     void load(const std::function<std::string(const char*)>& file, bool cloudy);
     bool isOn() const { return on; }
+    /// The first picture that could not be loaded; empty while there is none.
+    const std::string& lacking() const { return missing; }
     void cleanup();
 
     // What takes part.
@@ -63,12 +65,14 @@ private:
         int contrast;  ///< as it is, in steps
     };
 
+    void loadPicture(Texture& texture, const std::string& file);
     void apply();
     void shareNight(SkyBand& sky) const;
     /// Gives frames the contrast of the light: all of them, or the next one that has another.
     void setContrast(bool all);
 
     bool on = false;
+    std::string missing;
     double hour = -1;     ///< of the sun; negative before the first update
     double applied = -1;  ///< the hour whose light the scene has
     DAY_LIGHT now = lightAt(NOON);

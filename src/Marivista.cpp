@@ -41,8 +41,6 @@ constexpr float CAMERA_TOP_PITCH = -25.0f;
 constexpr float CAMERA_MIDDLE_PITCH = -8.0f;
 constexpr float CAMERA_LOW_PITCH = 4.5f;
 
-void loadModel(QModel& model, const char* name) { model.loadMD3(dataFile(name).c_str()); }
-
 void playAnimation(QModel& model, const char* name, int last, float fps) {
     model.addAnimation(0, last, name);
     model.setFPS(fps);
@@ -251,8 +249,15 @@ void CMarivistaScreensaver::sharpenSlants() {
 }
 
 void CMarivistaScreensaver::loadTextures() {
-    for (const PICTURE& picture : pictures())
-        picture.texture.loadBMP(dataFile(picture.name.c_str()).c_str(), picture.flags);
+    for (const PICTURE& picture : pictures()) {
+        const std::string file = dataFile(picture.name.c_str());
+        note(picture.texture.loadBMP(file.c_str(), picture.flags), file);
+    }
+}
+
+void CMarivistaScreensaver::note(bool loaded, const std::string& file) {
+    if (!loaded && missing.empty())
+        missing = file;
 }
 
 void CMarivistaScreensaver::loadModels() {
@@ -284,9 +289,12 @@ void CMarivistaScreensaver::loadModels() {
          wanted.boidcount > 0},
         {hunter1_model, "models/reeffishes/swpfish.nlm", wanted.fish_dot},
     };
-    for (const auto& model : models)
-        if (model.needed)
-            loadModel(model.model, model.name);
+    for (const auto& model : models) {
+        if (!model.needed)
+            continue;
+        const std::string file = dataFile(model.name);
+        note(model.model.loadMD3(file.c_str()), file);
+    }
 }
 
 bool CMarivistaScreensaver::initScene() {
@@ -553,7 +561,8 @@ void CMarivistaScreensaver::initSky() {
 }
 
 void CMarivistaScreensaver::initSeaFloor() {
-    terrain.loadBMP(dataFile("terrain_map.nlt").c_str());
+    const std::string map = dataFile("terrain_map.nlt");
+    note(terrain.loadBMP(map.c_str()), map);
     addCausticTextures(terrain, tex_terrain, tex_caustics[0], 5);
     terrain.setSize(FLOOR_WIDTH, 50);
     terrain.setHeightFactor(0.015f);
@@ -669,6 +678,7 @@ void CMarivistaScreensaver::initHours() {
     hours.addScenery(island, dataFile("hours/island_evening.nlt"),
                      dataFile("hours/island_night.nlt"));
     hours.addScenery(rock2, dataFile("hours/rock2_evening.nlt"), dataFile("hours/rock2_night.nlt"));
+    note(hours.lacking().empty(), hours.lacking());
     hours.setGlints(highlight);
     for (const PICTURE& picture : pictures())
         if (picture.name.compare(0, 8, "caustics") == 0)

@@ -72,6 +72,9 @@ public:
     /// can; for hosts that draw with graphics hardware, after initScene and with its context
     /// current.
     void sharpenSlants();
+    /// The first picture or model of this scene that initScene could not load; empty when it has
+    /// them all. What is lacking is not drawn, or without its picture.
+    const std::string& lacking() const { return missing; }
     /// The time since the last tick was seen by nobody and does not pass in the scene. A host that
     /// held drawing back calls this before the next updateScene. More than three seconds since a
     /// picture, and a clock set back since then, count as unseen by themselves.
@@ -169,6 +172,8 @@ private:
     /// Every texture of the scene.
     std::vector<PICTURE> pictures();
 
+    /// Remembers the first file that was not loaded.
+    void note(bool loaded, const std::string& file);
     void initGull();
     void initSchoolLeader();
     void initManta();
@@ -206,6 +211,7 @@ private:
     bool isGullSeen() const;
 
     SceneClock clock;
+    std::string missing;
     TEXTURE_ROWS fader_covers, sparkle_shows;
     bool wide = false;     ///< the picture shows more to the sides than the design's
     bool unseen = false;   ///< the time until the next tick is seen by nobody

@@ -1,6 +1,6 @@
 #include "quick/Reef.h"
 
-#include <QFileInfo>
+#include <QDir>
 #include <QOpenGLContext>
 #include <QQuickWindow>
 #include <QSGImageNode>
@@ -20,9 +20,6 @@ static void loadStill() { Q_INIT_RESOURCE(still); }
 namespace {
 
 constexpr double SECOND = 1000;  // milliseconds
-
-/// A file that every scene needs; without it there is no data at all.
-constexpr char FIRST_FILE[] = "terrain.nlt";
 
 /// Decoded once per process.
 const QImage& stillImage() {
@@ -57,10 +54,9 @@ Reef::Reef(QQuickItem* parent) : QQuickFramebufferObject(parent) {
         counted = 0;
         emit frameRateChanged();
     });
-    const std::string first = dataFile(FIRST_FILE);
-    if (!QFileInfo::exists(QFile::decodeName(first.c_str())))
-        tellProblem(QStringLiteral("the reef's data is missing: there is no %1")
-                        .arg(QFile::decodeName(first.c_str())));
+    const QString data = QFile::decodeName(dataFile("").c_str());
+    if (QDir(data).isEmpty())
+        standStill(QStringLiteral("the reef's data is missing: there is nothing in %1").arg(data));
 }
 
 Reef::~Reef() = default;
@@ -130,8 +126,7 @@ void Reef::setRenderScale(qreal scale) {
 }
 
 bool Reef::moving() const {
-    return wishes.running && problem_line.isEmpty() && isVisible() && window() &&
-           window()->isExposed();
+    return wishes.running && !hopeless && isVisible() && window() && window()->isExposed();
 }
 
 void Reef::movingChanged() {
@@ -190,12 +185,16 @@ void Reef::drawWhenDue() {
     update();
 }
 
-void Reef::countFrame(bool drawn_on_the_processor, qreal scale) {
-    software = drawn_on_the_processor;
-    if (scale != current_scale) {
-        current_scale = scale;
+void Reef::countFrame(const FRAME& frame) {
+    software = frame.software;
+    if (frame.scale != current_scale) {
+        current_scale = frame.scale;
         emit currentScaleChanged();
     }
+    tellProblem(
+        frame.lacking.isEmpty()
+            ? QString()
+            : QStringLiteral("the reef's data is incomplete: cannot load %1").arg(frame.lacking));
     const auto now = static_cast<double>(clock.elapsed());
     if (counted++ == 0) {
         counting_since = now;
@@ -214,9 +213,16 @@ void Reef::tellProblem(const QString& line) {
     if (line == problem_line)
         return;
     problem_line = line;
-    std::printf("Reef: %s\n", qPrintable(line));
-    std::fflush(stdout);
     emit problemChanged();
+}
+
+void Reef::standStill(const QString& reason) {
+    if (reason == problem_line)
+        return;
+    hopeless = true;
+    std::printf("Reef: %s\n", qPrintable(reason));
+    std::fflush(stdout);
+    tellProblem(reason);
     movingChanged();
 }
 
@@ -262,12 +268,12 @@ QSGNode* Reef::updatePaintNode(QSGNode* old, UpdatePaintNodeData* data) {
         return nullptr;
     }
     const bool reef_shown = old && !still_shown;
-    if (!reef_shown && problem_line.isEmpty()) {
+    if (!reef_shown && !hopeless) {
         const QString wrong = whatIsWrongHere();
         if (!wrong.isEmpty())
             // Not in this thread: pages are told on their own.
             QMetaObject::invokeMethod(
-                this, [this, wrong] { tellProblem(wrong); }, Qt::QueuedConnection);
+                this, [this, wrong] { standStill(wrong); }, Qt::QueuedConnection);
         else if (seen_still && wishes.running) {
             if (still_shown)
                 delete old;

@@ -24,7 +24,8 @@ public:                                                                     \
 /// Draws the living reef into the page, at most once per refresh of the monitor, at most 30 times a
 /// second with a software renderer. The picture stands still while `running` is false; nothing is
 /// drawn while the item or its window is not visible; time that nobody saw does not pass. Until the
-/// scene has been loaded, and where it cannot be drawn (`problem`), a still picture of it shows.
+/// scene has been loaded, and where it cannot be drawn (`problem` says why), a still picture of it
+/// shows.
 ///
 /// The scene lives on the thread that renders the window; the item tells it its wishes while that
 /// thread and its own meet.
@@ -72,7 +73,8 @@ class Reef : public QQuickFramebufferObject {
     Q_PROPERTY(qreal currentScale READ currentScale NOTIFY currentScaleChanged)
     /// Pictures drawn in the last second; 0 while none are.
     Q_PROPERTY(qreal frameRate READ frameRate NOTIFY frameRateChanged)
-    /// Why the reef stands still, in one line; empty while nothing is wrong.
+    /// Why the reef stands still, or what of it is missing, in one line; empty while nothing is
+    /// wrong.
     Q_PROPERTY(QString problem READ problem NOTIFY problemChanged)
 
 public:
@@ -122,14 +124,23 @@ private:
     void movingChanged();
     /// Has the next picture drawn as soon as it is due.
     void drawWhenDue();
-    void countFrame(bool software, qreal scale);
+    /// What the renderer tells of itself with every frame.
+    struct FRAME {
+        bool software;
+        qreal scale;
+        QString lacking;  ///< a file of the data that cannot be loaded; empty: none
+    };
+    void countFrame(const FRAME& frame);
     void tellProblem(const QString& line);
+    /// The reef cannot be drawn at all.
+    void standStill(const QString& reason);
     /// In the thread that renders, while the item's own waits: why its context does not do.
     QString whatIsWrongHere() const;
     QSGNode* stillPicture(QSGNode* old);
 
     REEF_WISHES wishes;
     QString problem_line;
+    bool hopeless = false;     ///< it cannot be drawn at all
     bool still_shown = false;  ///< the paint node is that of the still picture
     bool seen_still = false;   ///< a page has shown the still picture
     bool interrupted = false;  ///< pictures did not follow each other since the last one

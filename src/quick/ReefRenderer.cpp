@@ -109,9 +109,9 @@ void ReefRenderer::synchronize(QQuickFramebufferObject* item) {
         invalidateFramebufferObject();
     sample_count = samples;
     area = wanted;
+    const QString lacking = scene ? QString::fromLocal8Bit(scene->lacking().c_str()) : QString();
     QMetaObject::invokeMethod(
-        reef,
-        [reef, part, on_the_processor = software] { reef->countFrame(on_the_processor, part); },
+        reef, [reef, frame = Reef::FRAME{software, part, lacking}] { reef->countFrame(frame); },
         Qt::QueuedConnection);
 }
 
