@@ -25,7 +25,7 @@ public:
 
 private:
     struct TARGET {
-        unsigned frame = 0, colour = 0, depth = 0;  ///< GL names, 0 for none
+        unsigned frame = 0, colour = 0, depth = 0, picture = 0;  ///< GL names, 0 for none
     };
     bool prepare(int width, int height);
     static bool make(TARGET& target, int width, int height, int samples, bool with_depth);

@@ -210,6 +210,49 @@ TEST_F(ScaledDrawingTest, SamplesAreMadeOne) {
     wishful.release();
 }
 
+TEST_F(ScaledDrawingTest, EnlargesWhateverIsSetAndLeavesItSet) {
+    const GLenum steps[] = {GL_ALPHA_TEST, GL_BLEND,    GL_CULL_FACE,  GL_DEPTH_TEST,
+                            GL_FOG,        GL_LIGHTING, GL_TEXTURE_2D, GL_STENCIL_TEST};
+    ScaledDrawing drawing;
+    GLuint texture = 0;
+    glGenTextures(1, &texture);
+    drawing.draw(0.5, [&] {
+        paint();
+        for (const GLenum step : steps)
+            glEnable(step);
+        glBlendFunc(GL_ZERO, GL_ONE);
+        glAlphaFunc(GL_NEVER, 0);
+        glDepthFunc(GL_NEVER);
+        glCullFace(GL_FRONT_AND_BACK);
+        glBindTexture(GL_TEXTURE_2D, texture);
+        glTexEnvi(GL_TEXTURE_ENV, GL_TEXTURE_ENV_MODE, GL_DECAL);
+        for (const GLenum matrix : {GL_PROJECTION, GL_TEXTURE, GL_MODELVIEW}) {
+            glMatrixMode(matrix);
+            glLoadIdentity();
+            glTranslatef(5, 0, 0);
+        }
+    });
+    EXPECT_EQ(colourAt(2, 2), 'g');
+    EXPECT_EQ(colourAt(60, 60), 'b');
+    for (const GLenum step : steps) {
+        EXPECT_TRUE(glIsEnabled(step)) << step;
+        glDisable(step);
+    }
+    GLint value = 0;
+    glGetIntegerv(GL_TEXTURE_BINDING_2D, &value);
+    EXPECT_EQ(value, GLint(texture));
+    glGetTexEnviv(GL_TEXTURE_ENV, GL_TEXTURE_ENV_MODE, &value);
+    EXPECT_EQ(value, GL_DECAL);
+    glGetIntegerv(GL_MATRIX_MODE, &value);
+    EXPECT_EQ(value, GL_MODELVIEW);
+    for (const GLenum matrix : {GL_PROJECTION_MATRIX, GL_TEXTURE_MATRIX, GL_MODELVIEW_MATRIX}) {
+        GLfloat found[16];
+        glGetFloatv(matrix, found);
+        EXPECT_EQ(found[12], 5) << matrix;
+    }
+    drawing.release();
+}
+
 TEST_F(ScaledDrawingTest, WorksAgainAfterARelease) {
     ScaledDrawing drawing;
     drawWith(drawing, 0.5);
