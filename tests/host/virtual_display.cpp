@@ -2,6 +2,7 @@
 
 #include <fcntl.h>
 #include <poll.h>
+#include <sys/prctl.h>
 #include <sys/wait.h>
 #include <unistd.h>
 
@@ -29,6 +30,8 @@ using Owned = std::unique_ptr<REPLY, FREE>;
     for (const std::string& word : words)
         arguments.push_back(const_cast<char*>(word.c_str()));
     arguments.push_back(nullptr);
+    // A test that crashes leaves nothing behind that would hold its output open.
+    prctl(PR_SET_PDEATHSIG, SIGKILL);
     execvp(arguments[0], arguments.data());
     _exit(127);
 }

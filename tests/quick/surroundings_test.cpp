@@ -1,0 +1,283 @@
+// What the wallpaper knows of the machine, on a bus of the test's own with a monitor that only
+// pretends, and what it does about it.
+#include <gtest/gtest.h>
+
+#include <QDBusConnection>
+#include <QDBusContext>
+#include <QDBusMessage>
+#include <QDBusVariant>
+#include <QGuiApplication>
+#include <QQmlComponent>
+#include <QQmlEngine>
+#include <QQuickItem>
+#include <QTemporaryDir>
+#include <QTemporaryFile>
+#include <QXmlStreamReader>
+#include <cstdlib>
+#include <memory>
+
+#include "host/virtual_display.h"
+#include "quick/Reef.h"
+#include "quick/Surroundings.h"
+#include "quick/page.h"
+
+using test::until;
+
+namespace {
+
+/// The daemon that knows about batteries, as far as it is asked.
+class Power : public QObject {
+    Q_OBJECT
+    Q_CLASSINFO("D-Bus Interface", "org.freedesktop.UPower")
+    Q_PROPERTY(bool OnBattery READ onBattery)
+
+public:
+    bool onBattery() const { return on_battery; }
+    void set(QDBusConnection bus, bool on) {
+        on_battery = on;
+        QDBusMessage changed = QDBusMessage::createSignal(
+            "/org/freedesktop/UPower", "org.freedesktop.DBus.Properties", "PropertiesChanged");
+        changed << "org.freedesktop.UPower" << QVariantMap{{"OnBattery", on}} << QStringList();
+        bus.send(changed);
+    }
+
+private:
+    bool on_battery = false;
+};
+
+/// The session's lock.
+class Lock : public QObject {
+    Q_OBJECT
+    Q_CLASSINFO("D-Bus Interface", "org.freedesktop.ScreenSaver")
+
+public:
+    void set(bool locked) {
+        is_locked = locked;
+        emit ActiveChanged(locked);
+    }
+
+public slots:
+    bool GetActive() const { return is_locked; }
+
+signals:
+    void ActiveChanged(bool active);
+
+private:
+    bool is_locked = false;
+};
+
+/// Both buses are one of this process's own, from before anything asks for them: a process keeps
+/// what it has found.
+class Bus {
+public:
+    Bus() : daemon({"dbus-daemon", "--session", "--nofork", "--print-address"}, {}) {
+        if (daemon.waitForLine("unix:"))
+            address = daemon.output().substr(0, daemon.output().find('\n'));
+        setenv("DBUS_SESSION_BUS_ADDRESS", address.c_str(), 1);
+        setenv("DBUS_SYSTEM_BUS_ADDRESS", address.c_str(), 1);
+    }
+    std::string address;  ///< empty when it did not start
+
+private:
+    test::Process daemon;
+} const bus;
+
+class SurroundingsTest : public testing::Test {
+protected:
+    SurroundingsTest() : others(QDBusConnection::connectToBus(bus.address.c_str(), OTHERS)) {
+        EXPECT_TRUE(others.isConnected());
+        const auto everything = QDBusConnection::ExportAllContents;
+        EXPECT_TRUE(others.registerObject("/org/freedesktop/UPower", &power, everything));
+        EXPECT_TRUE(others.registerObject("/org/freedesktop/ScreenSaver", &lock, everything));
+        EXPECT_TRUE(others.registerService("org.freedesktop.UPower"));
+        EXPECT_TRUE(others.registerService("org.freedesktop.ScreenSaver"));
+        setenv("STANDIN_ASLEEP", qPrintable(asleep.filePath("asleep")), 1);
+    }
+    ~SurroundingsTest() override { QDBusConnection::disconnectFromBus(OTHERS); }
+
+    void setAsleep(bool sleeps) {
+        QFile file(asleep.filePath("asleep"));
+        if (sleeps)
+            ASSERT_TRUE(file.open(QIODevice::WriteOnly));
+        else
+            file.remove();
+    }
+
+    static constexpr char OTHERS[] = "other programs";
+    const QTemporaryDir asleep;
+    Power power;
+    Lock lock;
+    QDBusConnection others;
+};
+
+TEST_F(SurroundingsTest, TheMonitorFallsAsleepAndWakes) {
+    Surroundings surroundings;
+    EXPECT_FALSE(surroundings.asleep());
+    setAsleep(true);
+    EXPECT_TRUE(until([&] { return surroundings.asleep(); }));
+    EXPECT_TRUE(Surroundings().asleep()) << "known from the start";
+    setAsleep(false);
+    EXPECT_TRUE(until([&] { return !surroundings.asleep(); }));
+}
+
+TEST_F(SurroundingsTest, TheScreenIsLockedAndOpened) {
+    Surroundings surroundings;
+    lock.set(true);
+    EXPECT_TRUE(until([&] { return surroundings.locked(); }));
+    Surroundings late;
+    EXPECT_TRUE(until([&] { return late.locked(); })) << "asked for at the start";
+    lock.set(false);
+    EXPECT_TRUE(until([&] { return !surroundings.locked() && !late.locked(); }));
+}
+
+TEST_F(SurroundingsTest, ThePlugIsPulledAndPutIn) {
+    Surroundings surroundings;
+    power.set(others, true);
+    EXPECT_TRUE(until([&] { return surroundings.onBattery(); }));
+    Surroundings late;
+    EXPECT_TRUE(until([&] { return late.onBattery(); })) << "asked for at the start";
+    power.set(others, false);
+    EXPECT_TRUE(until([&] { return !surroundings.onBattery() && !late.onBattery(); }));
+}
+
+TEST_F(SurroundingsTest, WithoutThoseProgramsNothingIsSo) {
+    others.unregisterService("org.freedesktop.UPower");
+    others.unregisterService("org.freedesktop.ScreenSaver");
+    Surroundings surroundings;
+    // What another asks after it is answered after it.
+    QDBusConnection::systemBus().call(QDBusMessage::createMethodCall(
+        "org.freedesktop.DBus", "/", "org.freedesktop.DBus", "ListNames"));
+    QCoreApplication::processEvents();
+    EXPECT_FALSE(surroundings.asleep() || surroundings.locked() || surroundings.onBattery());
+    others.registerService("org.freedesktop.UPower");
+    others.registerService("org.freedesktop.ScreenSaver");
+}
+
+/// The wallpaper's own page, with the defaults of its settings, and in place of Plasma's list of
+/// windows one of the test's.
+class WallpaperTest : public SurroundingsTest {
+protected:
+    void show(const char* program) {
+        QCoreApplication::setApplicationName(program);
+        QFile covered(folder.filePath("Covered.qml"));
+        ASSERT_TRUE(covered.open(QIODevice::WriteOnly));
+        covered.write("import QtQuick 2.15\nItem { property bool covered: false }\n");
+        covered.close();
+        QQmlComponent component(&engine, QUrl::fromLocalFile(ATOLLIA_WALLPAPER "ReefView.qml"));
+        view.reset(qobject_cast<QQuickItem*>(component.createWithInitialProperties(
+            {{"settings", settings}, {"coveredBy", QUrl::fromLocalFile(covered.fileName())}})));
+        ASSERT_TRUE(view) << qPrintable(component.errorString());
+        reef = view->findChild<Reef*>();
+        ASSERT_TRUE(reef);
+    }
+    /// Every key with its default.
+    static QVariantMap defaults() {
+        QFile file(ATOLLIA_WALLPAPER "main.xml");
+        EXPECT_TRUE(file.open(QIODevice::ReadOnly));
+        QXmlStreamReader xml(&file);
+        QVariantMap values;
+        QString key, type;
+        while (!xml.atEnd()) {
+            xml.readNext();
+            if (xml.isStartElement() && xml.name() == QLatin1String("entry")) {
+                key = xml.attributes().value("name").toString();
+                type = xml.attributes().value("type").toString();
+            } else if (xml.isStartElement() && xml.name() == QLatin1String("default")) {
+                const QString text = xml.readElementText();
+                values[key] = type == "Bool" ? QVariant(text == "true") : QVariant(text.toInt());
+            }
+        }
+        return values;
+    }
+    void cover(bool covered) {
+        for (QQuickItem* item : view->findChildren<QQuickItem*>())
+            if (item->metaObject()->indexOfProperty("covered") >= 0)
+                item->setProperty("covered", covered);
+    }
+
+    QVariantMap settings = defaults();
+    QTemporaryDir folder;
+    QQmlEngine engine;
+    std::unique_ptr<QQuickItem> view;
+    Reef* reef = nullptr;
+};
+
+TEST_F(WallpaperTest, StandsStillOnTheDesktopWhileAWindowCoversIt) {
+    show("plasmashell");
+    EXPECT_TRUE(reef->running());
+    cover(true);
+    EXPECT_FALSE(reef->running());
+    cover(false);
+    EXPECT_TRUE(reef->running());
+}
+
+TEST_F(WallpaperTest, GoesOnBehindAWindowWhenAskedTo) {
+    settings["PauseCovered"] = false;
+    show("plasmashell");
+    cover(true);
+    EXPECT_TRUE(reef->running());
+}
+
+TEST_F(WallpaperTest, OnBatteryItStandsStillUnlessAskedNotTo) {
+    show("plasmashell");
+    power.set(others, true);
+    EXPECT_TRUE(until([&] { return !reef->running(); }));
+    view.reset();
+    settings["PauseBattery"] = false;
+    show("plasmashell");
+    const Surroundings same;
+    EXPECT_TRUE(until([&] { return same.onBattery(); }));
+    EXPECT_TRUE(reef->running());
+}
+
+TEST_F(WallpaperTest, NeverDrawsForASleepingMonitorOrBehindTheLock) {
+    settings["PauseCovered"] = settings["PauseBattery"] = false;
+    show("plasmashell");
+    setAsleep(true);
+    EXPECT_TRUE(until([&] { return !reef->running(); }));
+    setAsleep(false);
+    EXPECT_TRUE(until([&] { return reef->running(); }));
+    lock.set(true);
+    EXPECT_TRUE(until([&] { return !reef->running(); }));
+}
+
+TEST_F(WallpaperTest, TheLockScreenItselfMovesButNotOnASleepingMonitor) {
+    show("kscreenlocker_greet");
+    lock.set(true);
+    const Surroundings same;
+    EXPECT_TRUE(until([&] { return same.locked(); }));
+    EXPECT_TRUE(reef->running());
+    setAsleep(true);
+    EXPECT_TRUE(until([&] { return !reef->running(); }));
+}
+
+TEST_F(WallpaperTest, EverySettingReachesTheReef) {
+    // Each with another value than the reef has by itself.
+    const Reef usual;
+    for (auto setting = settings.begin(); setting != settings.end(); ++setting) {
+        if (setting.key().startsWith("Pause") || setting.key() == "SoundOn")
+            continue;
+        const QByteArray name =
+            setting.key().left(1).toLower().toLatin1() + setting.key().mid(1).toLatin1();
+        ASSERT_GE(usual.metaObject()->indexOfProperty(name), 0) << name.constData();
+        EXPECT_EQ(usual.property(name), setting.value()) << name.constData();
+        setting.value() = setting.value().type() == QVariant::Bool
+                              ? QVariant(!setting.value().toBool())
+                              : QVariant(setting.value().toInt() == 1 ? 0 : 1);
+    }
+    settings["CameraFixBottom"] = 7;
+    settings["SoundOn"] = true;
+    show("plasmashell");
+    EXPECT_FALSE(reef->muted());
+    for (auto setting = settings.begin(); setting != settings.end(); ++setting) {
+        if (setting.key().startsWith("Pause") || setting.key() == "SoundOn")
+            continue;
+        const QByteArray name =
+            setting.key().left(1).toLower().toLatin1() + setting.key().mid(1).toLatin1();
+        EXPECT_EQ(reef->property(name), setting.value()) << name.constData();
+    }
+}
+
+}  // namespace
+
+#include "surroundings_test.moc"
