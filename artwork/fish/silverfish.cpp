@@ -59,19 +59,23 @@ Fish anatomy() {
 }
 
 Vec3 bodyColour(const BodyPoint& p) {
-    // A dark back over a bright flank, so that it is seen before sand, sea and corals alike.
-    const Vec3 back = rgb(14, 66, 124), side = rgb(240, 249, 252), belly = rgb(255, 255, 255);
+    // A dark stripe between a pale ridge and a bright flank outlines each fish before sand, sea and
+    // corals, and before its neighbours, from above and behind too; there the ridge turns yellow.
+    const Vec3 back = rgb(12, 58, 116), side = rgb(240, 249, 252), belly = rgb(255, 255, 255);
+    const Vec3 yellow = rgb(255, 214, 44);
     Vec3 c = mix(belly, side, smoothstep(-0.75f, 0.05f, p.rise));
     c = mix(c, rgb(64, 176, 224), 0.80f * smoothstep(0.30f, 0.46f, p.rise));
-    c = mix(c, back, smoothstep(0.40f, 0.60f, p.rise));
-    c = mix(c, rgb(8, 36, 76), smoothstep(0.62f, 1.0f, p.rise));
+    c = mix(c, back, smoothstep(0.40f, 0.56f, p.rise));
+    const Vec3 ridge = mix(rgb(112, 204, 236), yellow, smoothstep(0.52f, 0.80f, p.along));
+    const float from = mix(0.82f, 0.52f, smoothstep(0.45f, 0.95f, p.along));
+    c = mix(c, ridge,
+            smoothstep(from - 0.08f, from + 0.08f, p.rise) * smoothstep(0.07f, 0.19f, p.along));
     const float line = (p.rise - 0.34f) / 0.105f;
-    c = mix(c, rgb(255, 214, 44),
-            0.92f * std::exp(-line * line / 2) * smoothstep(0.10f, 0.24f, p.along));
+    c = mix(c, yellow, 0.92f * std::exp(-line * line / 2) * smoothstep(0.10f, 0.24f, p.along));
     // The face is darker above, and a shoulder smudge sits behind the gill.
     c = mix(c, rgb(70, 104, 124),
             0.5f * smoothstep(0.12f, 0.0f, p.along) * smoothstep(-0.4f, 0.6f, p.rise));
-    return mix(c, rgb(244, 206, 64), smoothstep(0.93f, 1.0f, p.along));
+    return mix(c, rgb(244, 206, 64), smoothstep(0.90f, 1.0f, p.along));
 }
 
 Pixel finColour(const FinPoint& p) {
