@@ -43,7 +43,8 @@ Garden coral_a() {
     Layer& soft = garden.layer();
     soft.add(fan(51, 1.05f, rgb(180, 24, 116), rgb(255, 96, 186)),
              {{x - 1.75f, y + 0.60f, z - 0.95f}, {-8, 14, 6}});
-    soft.add(staghorn(31, 0.94f, 15, 0.056f, violet(), 3), {{x + 1.75f, y + 0.55f, z - 0.85f}});
+    soft.add(staghorn(31, 0.94f, 15, 0.056f, violet(), 3),
+             {{x + 1.92f, y + 0.52f, z - 1.02f}, {-6, 215, -6}});
     soft.add(staghorn(32, 0.78f, 12, 0.050f, cream(), 3),
              {{x - 0.3f, y + 0.85f, z - 1.35f}, {0, 30, 0}});
     soft.add(sponges(61, 1.04f, 5, rgb(236, 120, 30), rgb(255, 196, 92)),

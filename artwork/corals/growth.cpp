@@ -165,7 +165,7 @@ Growth stand(Growth growth, const Stand& where) {
     return growth;
 }
 
-Shades violet() { return {rgb(142, 88, 168), rgb(196, 120, 228), rgb(250, 228, 255)}; }
+Shades violet() { return {rgb(160, 106, 188), rgb(196, 120, 228), rgb(250, 228, 255)}; }
 Shades pink() { return {rgb(168, 70, 92), rgb(255, 116, 150), rgb(255, 236, 230)}; }
 Shades blue() { return {rgb(52, 78, 156), rgb(84, 136, 246), rgb(222, 240, 255)}; }
 Shades green() { return {rgb(72, 108, 48), rgb(150, 212, 84), rgb(246, 255, 190)}; }
