@@ -58,8 +58,10 @@ Growth pictured(uint32_t seed) {
     const Shades shades = pink();
     growth.material = [=](Vec2 texture, Vec3 p) {
         const float t = texture.y;
-        Vec3 c = mix(shades.foot * 0.6f, shades.foot, smoothstep(0, 0.20f, t));
-        c = mix(c, shades.middle, smoothstep(0.08f, 0.45f, t));
+        // Dead and overgrown where it comes out of the stone. It is dark there on the sand, and a
+        // fish's shadow, drawn before the thicket, may hide a foot.
+        Vec3 c = mix(rgb(84, 66, 66), shades.foot, smoothstep(0.06f, 0.26f, t));
+        c = mix(c, shades.middle, smoothstep(0.16f, 0.45f, t));
         c = mix(c, shades.tip,
                 0.34f * smoothstep(0.45f, 0.88f, t) + 0.34f * smoothstep(0.86f, 1.0f, t));
         return Paint{c * 1.18f * (1 + 0.18f * fractalNoise(p * 3, 2, seed)), {}};
@@ -148,7 +150,7 @@ private:
             for (const Placement& placement : kCorals)
                 if (placement.model == std::string("coral_b")) {
                     const Vec3 end = placement.toWorld(from + along * kLong);
-                    rises = rises && end.y > ground_.height(end.x, end.z) + 0.08f;
+                    rises = rises && end.y > ground_.height(end.x, end.z) + 0.20f;
                 }
             if (rises)
                 break;

@@ -167,13 +167,15 @@ void Builder::pairedFin(const Fin& fin, float side) {
     grid(first, fin.columns, fin.rows);
 }
 
-// A fan round one middle: the sheet has its darkness from the middle (u 0) to the rim (u 1).
+// A fan round one middle: the sheet has its darkness from the middle (u 0) to the rim (u 1). It
+// ends where nothing more is seen of it, since all of it hides what is drawn later.
 void Builder::shadow() {
     constexpr int kRound = 14;
+    constexpr float kRimmed = 0.84f;
     const Shadow& s = fish_.shadow;
     if (s.depth <= 0)
         return;
-    const float middle = (s.front + s.back) / 2, half = (s.back - s.front) / 2;
+    const float middle = (s.front + s.back) / 2, half = kRimmed * (s.back - s.front) / 2;
     const auto point = [&](Vec2 flat, float u) {
         return add({flat.x, flat.y, -s.depth / fish_.length}, onSheet(Part::SHADOW, u, 0.5f));
     };
@@ -182,7 +184,8 @@ void Builder::shadow() {
         const float turn = 2 * kPi * static_cast<float>(k) / kRound;
         const float along = -std::cos(turn);
         // Fullest before the middle, drawn out towards the tail.
-        point({s.width * std::sin(turn) * (1 - 0.30f * along), middle + half * along}, 0.9f);
+        point({kRimmed * s.width * std::sin(turn) * (1 - 0.30f * along), middle + half * along},
+              kRimmed);
     }
     for (int k = 0; k < kRound; ++k)
         mesh.triangle(hub, hub + 1 + k, hub + 1 + (k + 1) % kRound);

@@ -281,7 +281,7 @@ TEST(Fish, DropShadowsOnTheSand) {
             ++found;
             front = std::max(front, p.y);
             const float y = fish.swims + p.z * fish.scale;
-            EXPECT_GT(y, -7.3f) << fish.model << " sinks into the sand";
+            EXPECT_GT(y, -7.4f) << fish.model << " sinks into the sand";
             EXPECT_LT(y, -6.8f) << fish.model << " floats";
         }
         EXPECT_GE(found, 13u) << fish.model;
