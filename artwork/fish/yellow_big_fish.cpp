@@ -7,8 +7,8 @@ using namespace art;
 namespace {
 
 Vec3 bodyColour(const BodyPoint& p) {
-    Vec3 c = mix(rgb(250, 248, 236), rgb(198, 212, 214), smoothstep(-0.9f, -0.1f, p.rise));
-    c = mix(c, rgb(128, 150, 164), smoothstep(0.1f, 0.8f, p.rise));
+    Vec3 c = mix(rgb(252, 250, 240), rgb(212, 224, 226), smoothstep(-0.9f, -0.1f, p.rise));
+    c = mix(c, rgb(136, 158, 172), smoothstep(0.1f, 0.8f, p.rise));
     c = mix(c, rgb(74, 94, 110), smoothstep(0.75f, 1.0f, p.rise));
     // Slate bands rise from the head to the back, with golden lines between them; both end in
     // rows of dots towards the belly.

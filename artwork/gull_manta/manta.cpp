@@ -32,10 +32,13 @@ constexpr float kChords[] = {0, 0.04f, 0.12f, 0.26f, 0.44f, 0.64f, 0.83f, 1};
 // The sheet: the right half of the disc seen from above and from below, and a strip for the rest.
 constexpr int kSheet = 256;
 constexpr float kTopEnd = 0.45f, kBottomEnd = 0.90f, kRim = 1.5f / kSheet;
+/// Between the middle and the tip, which meet where the sheet repeats: at the ridge of the back a
+/// pixel's middle may lie beyond it.
+constexpr float kSeam = 6.0f / kSheet;
 constexpr float kFront = 12.0f, kBack = -15.0f;
 
 Vec2 onTop(float x, float y) {
-    return {mix(kRim, 1 - kRim, std::fabs(x) / kHalfSpan),
+    return {mix(kSeam, 1 - kSeam, std::fabs(x) / kHalfSpan),
             mix(kRim, kTopEnd - kRim, (kFront - y) / (kFront - kBack))};
 }
 Vec2 onBottom(float x, float y) { return onTop(x, y) + Vec2{0, kTopEnd}; }
@@ -210,6 +213,8 @@ Vec3 bottomColour(float x, float y) {
             smoothstep(0.16f, 0.35f, along));
     c = mix(c, rgb(84, 96, 112), 0.8f * smoothstep(0.86f, 0.98f, along));
     c = mix(c, rgb(120, 136, 152), 0.7f * smoothstep(0.16f, 0.0f, chord));
+    // Towards the tail too, or a sliver of white shows below the back.
+    c = mix(c, rgb(84, 98, 118), 0.85f * smoothstep(-6.5f, -11.5f, y));
     // Five gill slits, curved, on each side; the mouth is a dark band in front.
     for (int i = 0; i < 5; ++i) {
         const float middle = 5.2f - 1.75f * static_cast<float>(i);
@@ -258,7 +263,7 @@ int main(int, char** arguments) {
                                  (static_cast<float>(i / kSamples) + 0.5f) / kSamples) /
                                 kSheet;
                 const bool below = t >= kTopEnd;
-                const float x = clamp01((s - kRim) / (1 - 2 * kRim)) * kHalfSpan;
+                const float x = clamp01((s - kSeam) / (1 - 2 * kSeam)) * kHalfSpan;
                 const float y =
                     mix(kFront, kBack,
                         clamp01(((below ? t - kTopEnd : t) - kRim) / (kTopEnd - 2 * kRim)));

@@ -305,12 +305,12 @@ TEST(Manta, LeansLittle) {
     for (const auto& frame : manta.positions)
         for (size_t a = 0; a < frame.size(); ++a) {
             const art::Vec2 t = manta.texture[a];
-            if (t.x > 0.98f && t.y < 0.45f) {
+            if (t.x > 0.97f && t.y < 0.45f) {
                 tips_high = std::max(tips_high, frame[a].z);
                 tips_low = std::min(tips_low, frame[a].z);
             }
             // The same place left and right of the middle; there the wings do not bend yet.
-            if (t.x < 0.03f || t.x > 0.06f || t.y > 0.9f || frame[a].x < 0)
+            if (t.x < 0.05f || t.x > 0.08f || t.y > 0.9f || frame[a].x < 0)
                 continue;
             for (size_t b = 0; b < frame.size(); ++b)
                 if (frame[b].x < 0 && art::length(manta.texture[b] - t) < 1e-5f) {
