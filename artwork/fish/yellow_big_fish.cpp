@@ -7,9 +7,9 @@ using namespace art;
 namespace {
 
 Vec3 bodyColour(const BodyPoint& p) {
-    Vec3 c = mix(rgb(252, 250, 240), rgb(212, 224, 226), smoothstep(-0.9f, -0.1f, p.rise));
-    c = mix(c, rgb(136, 158, 172), smoothstep(0.1f, 0.8f, p.rise));
-    c = mix(c, rgb(74, 94, 110), smoothstep(0.75f, 1.0f, p.rise));
+    Vec3 c = mix(rgb(255, 252, 242), rgb(226, 234, 232), smoothstep(-0.9f, -0.1f, p.rise));
+    c = mix(c, rgb(112, 134, 150), smoothstep(0.15f, 0.70f, p.rise));
+    c = mix(c, rgb(56, 74, 92), smoothstep(0.60f, 0.95f, p.rise));
     // Slate bands rise from the head to the back, with golden lines between them; both end in
     // rows of dots towards the belly.
     const float turns = (p.girth - 0.075f * (p.along - 0.3f)) / 0.072f;

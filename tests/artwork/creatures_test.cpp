@@ -215,6 +215,26 @@ TEST(Fish, SchoolIsLongEnoughToBeSeen) {
     EXPECT_LT((nose - tail) * 0.015f, 1.10f);
 }
 
+/// From above and behind, one fish must stand out from the next: a pale ridge and a pale flank with
+/// a dark stripe between them.
+TEST(Fish, SchoolIsOutlinedFromAbove) {
+    const Picture skin = readPicture(fishFile("silverfish.nlt"));
+    ASSERT_GT(skin.width, 0);
+    // The body fills the sheet's upper half: the snout on the left, the ridge of the back on top.
+    for (const float along : {0.25f, 0.40f, 0.55f, 0.70f}) {
+        const auto brightness = [&](float round) {
+            const art::Vec3 c = skin.colour(static_cast<int>(along * skin.width),
+                                            static_cast<int>(round * 0.5f * skin.height));
+            return 0.30f * c.x + 0.59f * c.y + 0.11f * c.z;
+        };
+        float stripe = 255;
+        for (float round = 0.12f; round < 0.45f; round += 0.02f)
+            stripe = std::min(stripe, brightness(round));
+        EXPECT_GT(brightness(0.06f), stripe + 60) << "ridge at " << along;
+        EXPECT_GT(brightness(0.65f), stripe + 90) << "flank at " << along;
+    }
+}
+
 /// A texel that is clear still hides what is drawn after the fish.
 TEST(Fish, FinsEndWhereTheyAreDrawn) {
     const struct {
