@@ -277,6 +277,11 @@ Vec3 bodyColour(float along, float round) {
     const float tuft = fractalNoise({along * 70, round * 26, 0}, 3, 5);
     c *= 1 + (0.030f + 0.025f * mantle) * tuft;
     c = lit(c, up);
+    // The head shades neck and breast: seen from the front they would be one ball with it.
+    const float below = smoothstep(0.10f, 0.50f, round);
+    c = c * mix(Vec3{1, 1, 1}, {0.70f, 0.77f, 0.85f},
+                below * band(along, 0.235f, 0.31f, 0.05f) * mix(1.0f, 0.8f, up * up));
+    c = c * mix(Vec3{1, 1, 1}, {0.88f, 0.91f, 0.95f}, below * band(along, 0.31f, 0.44f, 0.08f));
 
     // Bill: yellow, paler at the cutting edge, red spot below near the tip.
     const float bill = smoothstep(0.128f, 0.118f, along + 0.012f * std::cos(2 * angle));
