@@ -53,7 +53,8 @@ bool isViewable(xcb_connection_t* connection, WId window) {
 
 }  // namespace
 
-FrameLimit::FrameLimit(double framesPerSecond) : period(1000.0 / framesPerSecond), next(0) {}
+FrameLimit::FrameLimit(double framesPerSecond)
+    : frames_per_second(framesPerSecond), period(1000.0 / framesPerSecond), next(0) {}
 
 bool FrameLimit::due(std::int64_t now) {
     const auto time = static_cast<double>(now);
@@ -111,7 +112,7 @@ bool FramePacer::readyToPaint() {
 void FramePacer::start() {
     paced.makeCurrent();
     software = isSoftwareRenderer(reinterpret_cast<const char*>(glGetString(GL_RENDERER)));
-    limit = FrameLimit(frameLimit(wanted_rate, paced.screen()->refreshRate(), software));
+    followRefreshRate();
     // Buffers are as large as the window was when its context was made, and are made anew when they
     // are swapped: without this the first picture would be a piece of one.
     glClear(GL_COLOR_BUFFER_BIT);
@@ -127,6 +128,12 @@ void FramePacer::followSize() {
     if (software)
         paced.swapBuffers();
     scene.set_view_size(paced.width(), paced.height());
+}
+
+void FramePacer::followRefreshRate() {
+    const double rate = frameLimit(wanted_rate, paced.screen()->refreshRate(), software);
+    if (rate != limit.rate())
+        limit = FrameLimit(rate);
 }
 
 bool FramePacer::mayDraw() {
@@ -154,6 +161,8 @@ void FramePacer::askServer() {
     xcb_connection_t* connection = QX11Info::connection();
     state.viewable = isViewable(connection, paced.internalWinId());
     state.asleep = monitorSleeps(connection);
+    if (started)
+        followRefreshRate();
     next_question = now() + QUESTION_PERIOD;
 }
 

@@ -24,8 +24,10 @@ public:
 
     /// True when a frame may be drawn now; counts it as drawn.
     bool due(std::int64_t now);
+    double rate() const { return frames_per_second; }
 
 private:
+    double frames_per_second;
     double period;
     double next;
 };
@@ -61,6 +63,7 @@ private:
     bool readyToPaint();
     void start();
     void followSize();
+    void followRefreshRate();
     void askServer();
 
     KDEFrame& paced;

@@ -152,8 +152,14 @@ void KScreenSaver::setFullScreen(bool full) {
         normal = geometry();
     setCursor(full ? Qt::BlankCursor : Qt::ArrowCursor);
     setWindowState(full ? Qt::WindowFullScreen : Qt::WindowNoState);
-    // Where there is no window manager nobody else does it.
+    // Where there is no window manager nobody else does it, nor follows a changed resolution.
     setGeometry(full ? screen()->geometry() : normal);
+    disconnect(following);
+    if (full)
+        following = connect(screen(), &QScreen::geometryChanged, this, [this](const QRect& whole) {
+            if (isFullScreen())
+                setGeometry(whole);
+        });
 }
 
 bool KScreenSaver::nativeEventFilter(const QByteArray& type, void* message, long*) {

@@ -35,8 +35,9 @@ private:
     void hostGone();
     bool fillsScreen() const;
 
-    WId host;           ///< the window we watch; 0 when there is none
-    QWindow* foreign;   ///< the toolkit's name for it, owned
-    QWidget* embedded;  ///< not owned
-    QRect normal;       ///< where our own window was before it filled the screen
+    WId host;                           ///< the window we watch; 0 when there is none
+    QWindow* foreign;                   ///< the toolkit's name for it, owned
+    QWidget* embedded;                  ///< not owned
+    QRect normal;                       ///< where our own window was before it filled the screen
+    QMetaObject::Connection following;  ///< to the size of the screen that it fills
 };

@@ -3,13 +3,15 @@
 #include <fcntl.h>
 #include <poll.h>
 #include <sys/prctl.h>
+#include <sys/uio.h>
 #include <sys/wait.h>
 #include <unistd.h>
+#include <xcb/randr.h>
+#include <xcb/xcbext.h>
 
 #include <chrono>
 #include <csignal>
 #include <cstdlib>
-#include <cstring>
 #include <memory>
 
 namespace test {
@@ -245,20 +247,20 @@ void Client::map(xcb_window_t window) {
     xcb_flush(xcb);
 }
 
+xcb_atom_t Client::atom(const std::string& name) {
+    const Owned<xcb_intern_atom_reply_t> reply(xcb_intern_atom_reply(
+        xcb, xcb_intern_atom(xcb, 0, static_cast<std::uint16_t>(name.size()), name.c_str()),
+        nullptr));
+    return reply ? reply->atom : XCB_NONE;
+}
+
 void Client::mark(xcb_window_t window, const char* property) {
-    const Owned<xcb_intern_atom_reply_t> atom(xcb_intern_atom_reply(
-        xcb, xcb_intern_atom(xcb, 0, std::strlen(property), property), nullptr));
-    xcb_change_property(xcb, XCB_PROP_MODE_REPLACE, window, atom->atom, XCB_ATOM_WINDOW, 32, 1,
+    xcb_change_property(xcb, XCB_PROP_MODE_REPLACE, window, atom(property), XCB_ATOM_WINDOW, 32, 1,
                         &window);
     xcb_flush(xcb);
 }
 
 void Client::askToClose(xcb_window_t window) {
-    const auto atom = [this](const char* name) {
-        const Owned<xcb_intern_atom_reply_t> reply(
-            xcb_intern_atom_reply(xcb, xcb_intern_atom(xcb, 0, std::strlen(name), name), nullptr));
-        return reply->atom;
-    };
     xcb_client_message_event_t event = {};
     event.response_type = XCB_CLIENT_MESSAGE;
     event.format = 32;
@@ -305,6 +307,57 @@ bool Client::exists(xcb_window_t window) {
     const Owned<xcb_get_geometry_reply_t> area(
         xcb_get_geometry_reply(xcb, xcb_get_geometry(xcb, window), nullptr));
     return area != nullptr;
+}
+
+void Client::setMode(int width, int height, double refresh_rate) {
+    const Owned<xcb_randr_get_screen_resources_reply_t> screen(xcb_randr_get_screen_resources_reply(
+        xcb, xcb_randr_get_screen_resources(xcb, root()), nullptr));
+    const xcb_randr_output_t output = *xcb_randr_get_screen_resources_outputs(screen.get());
+    const std::string name = std::to_string(refresh_rate);
+    xcb_randr_mode_info_t mode = {};
+    mode.width = mode.hsync_start = mode.hsync_end = mode.htotal =
+        static_cast<std::uint16_t>(width);
+    mode.height = mode.vsync_start = mode.vsync_end = mode.vtotal =
+        static_cast<std::uint16_t>(height);
+    mode.dot_clock = static_cast<std::uint32_t>(refresh_rate * width * height);
+    mode.name_len = static_cast<std::uint16_t>(name.size());
+    const Owned<xcb_randr_create_mode_reply_t> made(xcb_randr_create_mode_reply(
+        xcb, xcb_randr_create_mode(xcb, root(), mode, mode.name_len, name.c_str()), nullptr));
+    xcb_randr_add_output_mode(xcb, output, made->mode);
+    xcb_randr_set_crtc_config(xcb, *xcb_randr_get_screen_resources_crtcs(screen.get()),
+                              XCB_CURRENT_TIME, screen->config_timestamp, 0, 0, made->mode,
+                              XCB_RANDR_ROTATION_ROTATE_0, 1, &output);
+    xcb_randr_set_screen_size(xcb, root(), mode.width, mode.height, mode.width, mode.height);
+    xcb_flush(xcb);
+}
+
+void Client::setMonitors(const std::vector<AREA>& areas) {
+    const Owned<xcb_randr_get_screen_resources_reply_t> screen(xcb_randr_get_screen_resources_reply(
+        xcb, xcb_randr_get_screen_resources(xcb, root()), nullptr));
+    for (std::size_t i = 0; i < areas.size(); ++i) {
+        // By hand, for the library's own function aborts.
+        struct {
+            xcb_randr_set_monitor_request_t head = {};
+            xcb_randr_monitor_info_t info = {};
+            xcb_randr_output_t output = 0;
+        } request;
+        request.head.window = root();
+        request.info.name = atom("monitor " + std::to_string(i));
+        request.info.x = static_cast<std::int16_t>(areas[i].x);
+        request.info.y = static_cast<std::int16_t>(areas[i].y);
+        request.info.width = static_cast<std::uint16_t>(areas[i].width);
+        request.info.height = static_cast<std::uint16_t>(areas[i].height);
+        // The screen's output would be a monitor of its own if none of these had it.
+        request.info.nOutput = i == 0 ? 1 : 0;
+        request.output = *xcb_randr_get_screen_resources_outputs(screen.get());
+        iovec parts[3] = {};
+        parts[2] = {&request, sizeof request - (i == 0 ? 0 : sizeof request.output)};
+        const xcb_protocol_request_t kind = {1, &xcb_randr_id, XCB_RANDR_SET_MONITOR, 1};
+        xcb_send_request(xcb, 0, parts + 2, &kind);
+    }
+    // Answered when all of it has been done.
+    const Owned<xcb_get_input_focus_reply_t> done(
+        xcb_get_input_focus_reply(xcb, xcb_get_input_focus(xcb), nullptr));
 }
 
 void Client::blacken(xcb_window_t window) {

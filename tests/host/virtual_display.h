@@ -8,6 +8,8 @@
 #include <string>
 #include <vector>
 
+#include "host/Monitors.h"
+
 namespace test {
 
 /// A private X server without a screen, on a display number that nobody else has; ends with the
@@ -119,6 +121,12 @@ public:
     xcb_window_t findAny();
     bool exists(xcb_window_t window);
 
+    /// Gives the first screen, from its upper left corner on, this mode, which is not larger than
+    /// it.
+    void setMode(int width, int height, double refresh_rate);
+    /// Makes these, in pixels of the first screen, its only monitors.
+    void setMonitors(const std::vector<AREA>& areas);
+
     /// Paints a window black, now and whenever it is uncovered.
     void blacken(xcb_window_t window);
     /// What this part of the screen shows.
@@ -131,6 +139,7 @@ public:
     bool waitForEvent(int type);
 
 private:
+    xcb_atom_t atom(const std::string& name);
     /// First mapped window below the root whose size is wanted; 0 without one.
     xcb_window_t find(const std::function<bool(int width, int height)>& wanted);
 
