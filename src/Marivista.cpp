@@ -37,10 +37,6 @@ constexpr float FADER_WIDTH = 60;
 constexpr float WATER_WIDTH = 50;
 constexpr float HIGHLIGHT_WIDTH = 50;
 
-constexpr float CAMERA_TOP_PITCH = -25.0f;
-constexpr float CAMERA_MIDDLE_PITCH = -8.0f;
-constexpr float CAMERA_LOW_PITCH = 4.5f;
-
 void playAnimation(QModel& model, const char* name, int last, float fps) {
     model.addAnimation(0, last, name);
     model.setFPS(fps);

@@ -8,6 +8,13 @@ constexpr double MAX_ASPECT = 1.35;
 /// From this aspect on a picture that does so shows more to both sides than the one of MAX_ASPECT.
 constexpr double WIDER_FROM = 16.0 / 9;
 
+/// Where the camera begins: its line of sight falls by so much for each unit straight on.
+constexpr double CAMERA_FALL = 2.0 / 8;
+/// Where it rests, degrees farther down.
+constexpr float CAMERA_TOP_PITCH = -25.0f;
+constexpr float CAMERA_MIDDLE_PITCH = -8.0f;
+constexpr float CAMERA_LOW_PITCH = 4.5f;
+
 /// The picture's edges as tangents of the angles from the line of sight, up and right positive.
 struct VIEW_WINDOW {
     double left, right, bottom, top;

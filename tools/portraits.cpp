@@ -193,7 +193,7 @@ int main(int count, char** arguments) {
         return 1;
     }
     if (count == 4 && std::strcmp(arguments[1], "--jpeg") == 0) {
-        if (QImage(QString::fromLocal8Bit(arguments[2])).save(arguments[3], "JPEG", 88))
+        if (QImage(QString::fromLocal8Bit(arguments[2])).save(arguments[3], "JPEG", 80))
             return 0;
         std::fprintf(stderr, "portraits: cannot make %s\n", arguments[3]);
         return 1;

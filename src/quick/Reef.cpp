@@ -6,11 +6,15 @@
 #include <QSGImageNode>
 #include <QSGRendererInterface>
 #include <QScreen>
+#include <QtMath>
 #include <algorithm>
 #include <cmath>
 #include <cstdio>
 
+#include "DayLight.h"
 #include "Globals.h"
+#include "LocalTime.h"
+#include "Proportions.h"
 #include "framework/FrameRate.h"
 #include "quick/ReefRenderer.h"
 
@@ -21,17 +25,39 @@ namespace {
 
 constexpr double SECOND = 1000;  // milliseconds
 
-/// Decoded once per process.
-const QImage& stillImage() {
-    static const QImage image(QStringLiteral(":/org/atollia/reef/still.jpg"));
-    return image;
+/// How many pictures of the scene come through the still one, more and more, before it is gone.
+constexpr int FADING = 8;
+
+/// The still picture for a place of the camera and an hour of the day.
+QImage stillImage(int camera, const EXTRA_SETTINGS& extras) {
+    const char* hour = "noon";
+    if (extras.daytime) {
+        const LOCAL_TIME now = readLocalTime();
+        const double sun = sunHour(now.minute, extras.latitude, now.day);
+        const DAY_LIGHT light = lightAt(sun);
+        if (light.night >= 0.5f)
+            hour = "night";
+        else if (light.evening >= 0.5f)
+            hour = sun < NOON ? "morning" : "evening";
+    }
+    return QImage(QStringLiteral(":/org/atollia/reef/still%1-%2.jpg").arg(camera).arg(hour));
 }
 
-/// The part of an area of this size that has the item's proportions, around its middle.
-QRectF cut(const QSizeF& area, const QSizeF& item) {
-    QRectF part(QPointF(), item.scaled(area, Qt::KeepAspectRatio));
-    part.moveCenter(QRectF(QPointF(), area).center());
-    return part;
+/// The part of a still picture, which has the design's view, that the scene would show in an item
+/// of this size; where that shows more to the sides, as much as there is.
+QRectF shownPart(const QSizeF& picture, const QSizeF& item, int camera, bool true_proportions) {
+    constexpr float pitches[] = {0, CAMERA_TOP_PITCH, CAMERA_MIDDLE_PITCH, CAMERA_LOW_PITCH};
+    const double horizon =
+        std::tan(std::atan(CAMERA_FALL) + qDegreesToRadians(1.0 * pitches[camera]));
+    const double aspect = item.width() / item.height();
+    const VIEW_WINDOW whole = trueView(MAX_ASPECT, horizon);
+    const VIEW_WINDOW seen =
+        trueView(true_proportions ? aspect : std::min(aspect, MAX_ASPECT), horizon);
+    const double part = std::min(1.0, whole.right / seen.right);
+    const double across = picture.width() / whole.width();
+    const double down = picture.height() / whole.height();
+    return {(part * seen.left - whole.left) * across, (whole.top - part * seen.top) * down,
+            part * seen.width() * across, part * seen.height() * down};
 }
 
 }  // namespace
@@ -250,16 +276,28 @@ QString Reef::whatIsWrongHere() const {
 }
 
 QSGNode* Reef::stillPicture(QSGNode* old) {
+    const int camera = wishes.settings.camerapos;
     auto* node = static_cast<QSGImageNode*>(old);
     if (!node) {
         node = window()->createImageNode();
-        node->setTexture(window()->createTextureFromImage(stillImage()));
+        node->setTexture(window()->createTextureFromImage(stillImage(camera, wishes.extras)));
         node->setOwnsTexture(true);
         node->setFiltering(QSGTexture::Linear);
     }
     node->setRect(boundingRect());
-    node->setSourceRect(cut(node->texture()->textureSize(), size()));
+    node->setSourceRect(
+        shownPart(node->texture()->textureSize(), size(), camera, wishes.extras.proportions != 0));
     return node;
+}
+
+void Reef::fadeStill(QSGNode* reef) {
+    auto* still = static_cast<QSGOpacityNode*>(reef->firstChild());
+    if (!still)
+        return;
+    if (--fading > 0 && wishes.running)
+        still->setOpacity(static_cast<qreal>(fading) / FADING);
+    else
+        delete still;
 }
 
 QSGNode* Reef::updatePaintNode(QSGNode* old, UpdatePaintNodeData* data) {
@@ -267,29 +305,37 @@ QSGNode* Reef::updatePaintNode(QSGNode* old, UpdatePaintNodeData* data) {
         delete old;
         return nullptr;
     }
+    if (!old)
+        still_shown = false;
     const bool reef_shown = old && !still_shown;
-    if (!reef_shown && !hopeless) {
+    if (reef_shown) {
+        QSGNode* reef = QQuickFramebufferObject::updatePaintNode(old, data);
+        fadeStill(reef);
+        return reef;
+    }
+    QSGNode* still = stillPicture(old);
+    if (!hopeless) {
         const QString wrong = whatIsWrongHere();
-        if (!wrong.isEmpty())
+        if (!wrong.isEmpty()) {
             // Not in this thread: pages are told on their own.
             QMetaObject::invokeMethod(
                 this, [this, wrong] { standStill(wrong); }, Qt::QueuedConnection);
-        else if (seen_still && wishes.running) {
-            if (still_shown)
-                delete old;
+        } else if (seen_still && wishes.running) {
+            QSGNode* reef = QQuickFramebufferObject::updatePaintNode(nullptr, data);
+            if (still->parent())
+                still->parent()->removeChildNode(still);
+            auto* veil = new QSGOpacityNode;
+            veil->appendChildNode(still);
+            reef->appendChildNode(veil);
             still_shown = false;
-            return QQuickFramebufferObject::updatePaintNode(nullptr, data);
+            fading = FADING;
+            return reef;
         }
     }
-    if (reef_shown)
-        return QQuickFramebufferObject::updatePaintNode(old, data);
-    if (!old)
-        still_shown = false;
     if (!seen_still)
         QMetaObject::invokeMethod(
             this, [this] { drawWhenDue(); }, Qt::QueuedConnection);
     seen_still = true;
-    QSGNode* node = stillPicture(still_shown ? old : nullptr);
     still_shown = true;
-    return node;
+    return still;
 }

@@ -137,12 +137,15 @@ private:
     /// In the thread that renders, while the item's own waits: why its context does not do.
     QString whatIsWrongHere() const;
     QSGNode* stillPicture(QSGNode* old);
+    /// Lets the reef come through the still picture before it a little more.
+    void fadeStill(QSGNode* reef);
 
     REEF_WISHES wishes;
     QString problem_line;
     bool hopeless = false;     ///< it cannot be drawn at all
     bool still_shown = false;  ///< the paint node is that of the still picture
     bool seen_still = false;   ///< a page has shown the still picture
+    int fading = 0;            ///< pictures of the reef until the still one is gone
     bool interrupted = false;  ///< pictures did not follow each other since the last one
     bool was_moving = false;
     bool sounds = false;    ///< its scene is the one that is heard

@@ -1,5 +1,5 @@
 # The item and its QML module, for the Qt that QT names, in the import path module_dir; `still` is
-# the packed still picture.
+# the packed still pictures.
 set(quick ${CMAKE_CURRENT_LIST_DIR})
 add_library(atollia_quick STATIC
     ${quick}/Reef.cpp ${quick}/Reef.h ${quick}/ReefRenderer.cpp ${quick}/LentContext.cpp

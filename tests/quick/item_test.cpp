@@ -8,6 +8,7 @@
 #include <QPainter>
 #include <QTemporaryDir>
 #include <cmath>
+#include <ctime>
 #include <vector>
 
 #include "Globals.h"
@@ -23,9 +24,9 @@ using test::until;
 
 constexpr char FILLING[] = "Reef { anchors.fill: parent; cameraPos: 2; dayTime: 0 }";
 
-/// The still picture has been replaced by the scene's own.
+/// The still picture has gone, and the scene's own is there.
 bool waitForScene(Page& page) {
-    return page.waitFrames(3) && until([&] { return page.reef()->problem().isEmpty(); });
+    return page.waitFrames(12) && until([&] { return page.reef()->problem().isEmpty(); });
 }
 
 /// Share of pixels that differ.
@@ -188,6 +189,83 @@ double distance(const QImage& a, const QImage& b) {
 double roughness(const QImage& picture) {
     return distance(picture.copy(0, 0, picture.width() - 1, picture.height()),
                     picture.copy(1, 0, picture.width() - 1, picture.height()));
+}
+
+/// A page's still picture, and what the scene begins with.
+struct BEGINNING {
+    QImage still, scene;
+};
+BEGINNING begin(const QString& settings, const QSize& shape) {
+    test::setTicks(5000);
+    Page page(
+        "Reef { anchors.fill: parent; running: false; renderScale: 1; fishCount: 0;"
+        "boidCount: 0; birdGull: false;" +
+            settings + "}",
+        shape);
+    EXPECT_TRUE(page.waitFrames(1));
+    const QImage still = page.picture();
+    page.reef()->setRunning(true);
+    EXPECT_TRUE(waitForScene(page));
+    return {still, page.picture()};
+}
+
+TEST(ReefItem, TheStillPictureShowsTheViewThatTheSceneBeginsWith) {
+    constexpr int OFF = 3;
+    for (const QSize& shape : {QSize(320, 180), QSize(200, 320)})
+        for (int view = 0; view < 4; ++view)
+            for (const int proportions : {0, 1}) {
+                const auto [still, scene] =
+                    begin(QStringLiteral("dayTime: 0; cameraPos: %1; proportions: %2")
+                              .arg(view)
+                              .arg(proportions),
+                          shape);
+                const double difference = distance(still, scene);
+                EXPECT_LT(difference, 12) << view << ", " << proportions;
+                // A few lines higher or lower it would fit far worse.
+                const int height = shape.height() - OFF;
+                for (const int down : {0, OFF})
+                    EXPECT_LT(2 * difference,
+                              distance(still.copy(0, down, shape.width(), height),
+                                       scene.copy(0, OFF - down, shape.width(), height)))
+                        << view << ", " << proportions;
+            }
+}
+
+TEST(ReefItem, TheStillPictureHasTheLightOfTheHour) {
+    std::vector<QImage> stills;
+    for (const int minute : {6 * 60 + 45, 12 * 60, 17 * 60 + 18, 22 * 60}) {
+        // A time zone in which it is that late.
+        const std::time_t now = std::time(nullptr);
+        const int behind = (static_cast<int>(now / 60 % 1440) - minute + 1440) % 1440;
+        qputenv("TZ", QStringLiteral("TEST%1:%2").arg(behind / 60).arg(behind % 60).toLatin1());
+        tzset();
+        const auto [still, scene] = begin("dayTime: 1", {320, 200});
+        EXPECT_LT(distance(still, scene), 15) << minute;
+        for (const QImage& other : stills)
+            EXPECT_GT(distance(other, scene), 15) << minute;
+        stills.push_back(still);
+    }
+    qunsetenv("TZ");
+    tzset();
+}
+
+TEST(ReefItem, TheStillPictureFadesAway) {
+    test::setTicks(5000);
+    // The scene looks elsewhere than the picture before it.
+    Page page("Reef { anchors.fill: parent; dayTime: 0; running: false }");
+    ASSERT_TRUE(page.waitFrames(1));
+    const QImage still = page.picture();
+    page.reef()->set_cameraPos(1);
+    page.reef()->setRunning(true);
+    std::vector<double> differences;
+    for (int i = 0; i < 12; ++i) {
+        ASSERT_TRUE(page.waitFrames(1));
+        differences.push_back(distance(page.picture(), still));
+    }
+    EXPECT_GT(differences.back(), 30);
+    EXPECT_LT(differences.front(), 0.6 * differences.back());
+    for (size_t i = 1; i < differences.size(); ++i)
+        EXPECT_LT(differences[i] - differences[i - 1], 0.6 * differences.back()) << i;
 }
 
 TEST(ReefItem, DrawsAtAFractionOfTheResolutionWhenAsked) {
