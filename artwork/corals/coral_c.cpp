@@ -28,9 +28,11 @@ Garden coral_c() {
     gold.add(fan(93, 1.45f, rgb(186, 96, 20), rgb(255, 206, 84)),
              {{x + 0.95f, y + 0.30f, z - 0.60f}, {4, 25, -8}});
 
-    // Outposts on the sand in front, each a layer of its own so that its picture stays small.
+    // Outposts on the sand in front, each a layer of its own so that its picture stays small. They
+    // are drawn after the fish and stand before the fish's shadows, which would hide them.
     const auto outpost = [&](float at_x, float at_z) -> Layer& {
         Layer& layer = garden.layer();
+        layer.nearer = 1.5f;
         layer.add(rock(static_cast<uint32_t>(at_x * 10 + 300), {0.26f, 0.15f, 0.22f}),
                   {onFloor(at_x, at_z, -0.03f)});
         layer.add(rock(static_cast<uint32_t>(at_z * 10 + 300), {0.16f, 0.10f, 0.15f}),
@@ -45,6 +47,7 @@ Garden coral_c() {
     right.add(staghorn(203, 0.40f, 9, 0.034f, blue(), 1), {onFloor(-2.15f, 11.75f)});
     right.add(staghorn(204, 0.36f, 9, 0.032f, violet(), 1), {onFloor(-2.60f, 11.7f)});
     Layer& behind = outpost(-1.9f, 16.3f);
+    behind.nearer = Layer().nearer;  // or it would stand before a thicket
     behind.add(brain(205, {0.30f, 0.24f, 0.30f}, rgb(214, 218, 108), rgb(116, 138, 56)),
                {onFloor(-2.3f, 16.15f)});
     behind.add(staghorn(206, 0.5f, 9, 0.038f, violet(), 1), {onFloor(-1.75f, 16.2f)});

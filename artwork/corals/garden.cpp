@@ -61,7 +61,8 @@ public:
         : garden_(garden), camera_(camera), ground_(ground) {}
 
     /// Appends a picture's mesh, far triangles first; it stays before everything cut earlier.
-    void cut(const Picture& picture, Relief& relief) {
+    void cut(const Picture& picture, float nearer, Relief& relief) {
+        nearer_ = nearer;
         const int cell = garden_.cell;
         Grid grid{(picture.width + cell - 1) / cell, (picture.height + cell - 1) / cell, {}};
         grid.vertex.assign(size_t(grid.columns + 1) * size_t(grid.rows + 1), -1);
@@ -205,11 +206,10 @@ private:
             near = nearby(picture, column, row, reach);
         const float x = static_cast<float>(picture.x + column),
                     y = static_cast<float>(picture.y + row);
-        // A little nearer than it is, and before the floor: the picture already ends where the
-        // floor begins.
+        // Nearer than it is, and before the floor: the picture already ends where the floor begins.
         float depth = near.depth / near.weight;
         if (garden_.cut)
-            depth = std::min(depth - 0.10f, floorDepth(x, y) - 0.12f);
+            depth = std::min(depth - nearer_, floorDepth(x, y) - 0.12f);
         depth = std::min(depth, nearestBefore(x, y) - 0.02f);
         return {depth, near.bend / near.weight};
     }
@@ -272,6 +272,7 @@ private:
     const Camera& camera_;
     const Ground& ground_;
     std::vector<Node> nodes_;
+    float nearer_ = 0;  ///< of the layer that is being cut
 };
 
 /// The sea floor round a garden, which shades it and lights it from below.
@@ -375,7 +376,7 @@ void paintGarden(const Garden& garden, const std::string& folder) {
         for (int y = 0; y < picture.height; ++y)
             for (int x = 0; x < picture.width; ++x)
                 texture.at(picture.at_x + x, picture.at_y + y) = picture.image.at(x, y);
-        cutter.cut(picture, relief);
+        cutter.cut(picture, garden.layers[i].nearer, relief);
     }
     bleed(texture, 12);
 

@@ -13,6 +13,9 @@ namespace art {
 /// What sways together. Later layers stand before earlier ones as the eye sees them.
 struct Layer {
     std::vector<Growth> growths;
+    /// How much nearer to the eye than it is its mesh stands, world units. The eye never leaves its
+    /// place, so this does not show.
+    float nearer = 0.10f;
 
     void add(Growth growth, const Stand& where) {
         growths.push_back(stand(std::move(growth), where));
