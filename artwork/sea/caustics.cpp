@@ -131,21 +131,23 @@ Grid blurred(Grid grid, int reach) {
     return grid;
 }
 
-/// As film takes it: the lines burn out, what lies between keeps its gradations.
+/// As film takes it: the lines burn out where they meet, the sand around them lights up, what lies
+/// between keeps its gradations.
 Image develop(const Grid& gathered) {
     const Grid light = blurred(gathered, 1);
-    // The sand lights up around the lines.
+    const Grid halo = blurred(gathered, 7);
     const Grid bloom = blurred(gathered, 13);
-    const Vec3 between{0.660f, 0.673f, 0.600f}, line{1.0f, 1.0f, 1.0f};
+    const Vec3 between{0.690f, 0.698f, 0.617f}, line{1.0f, 1.0f, 1.0f};
     Image image(kSize, kSize);
     for (int y = 0; y < kSize; ++y)
         for (int x = 0; x < kSize; ++x) {
             const size_t i = size_t(y * kSize + x);
             const float e = light[i];
-            const float glow = 1 - std::exp(-0.85f * (0.4f * e + 0.6f * bloom[i]));
-            const float core = smoothstep(1.0f, 2.2f, e);
-            const float c = mix(0.90f * glow, 1.0f, core);
-            image.at(x, y).colour = mix(between, line, c);
+            const float around = 0.05f * e + 0.65f * halo[i] + 0.30f * bloom[i];
+            const float glow = 0.90f * (1 - std::exp(-0.70f * around));
+            const float core =
+                0.7f * smoothstep(0.85f, 1.35f, e) + 0.3f * smoothstep(1.35f, 2.5f, e);
+            image.at(x, y).colour = mix(between, line, mix(glow, 1.0f, core));
         }
     return image;
 }
