@@ -1,7 +1,6 @@
 // The settings that the program and its dialog share with the saver.
 #include <gtest/gtest.h>
 
-#include <QApplication>
 #include <QCheckBox>
 #include <QFile>
 #include <QRadioButton>
@@ -17,12 +16,10 @@ namespace {
 class SavedSettingsTest : public testing::Test {
 protected:
     SavedSettingsTest() {
-        setenv("QT_QPA_PLATFORM", "offscreen", 1);
         setenv("XDG_CONFIG_HOME", qPrintable(home.filePath("own")), 1);
         setenv("XDG_CONFIG_DIRS", qPrintable(home.filePath("everyone")), 1);
         QDir(home.path()).mkpath("own");
         QDir(home.path()).mkpath("everyone");
-        application = std::make_unique<QApplication>(count, arguments);
     }
 
     void write(const char* folder, const QByteArray& keys) const {
@@ -32,10 +29,6 @@ protected:
     }
 
     const QTemporaryDir home;
-    int count = 1;
-    char name[8] = "atollia";
-    char* arguments[2] = {name, nullptr};
-    std::unique_ptr<QApplication> application;
 };
 
 TEST_F(SavedSettingsTest, WithoutAFileTheProgramHasItsOwnDefaults) {
