@@ -28,12 +28,14 @@ constexpr float PATH_LEFT = 0.2f, PATH_RIGHT = 0.495f;
 
 constexpr int FULL_CONTRAST = 32;  // steps
 
+/// Degrees in which the evening comes over the noon's sky, and the night over the evening's: as
+/// high as what both cost there allows, and the first is another pass.
+constexpr float EVENING_BELT = 4, NIGHT_BELT = 9;
+
+constexpr SKY_ROWS ALL_ROWS = SKY_ROWS(ROWS_BEFORE | ROWS_SHARED | ROWS_AFTER);
+
 /// The shortest way round the day from one hour to another.
 double way(double from, double to) { return std::remainder(to - from, 24); }
-
-/// Comes early, comes late: both from 0 to 1.
-float early(float share) { return 1 - (1 - share) * (1 - share); }
-float late(float share) { return share * share; }
 
 void setColour(RenderObject& object, TINT tint) {
     object.setRenderColor(GLColor(tint.r, tint.g, tint.b, 1));
@@ -96,6 +98,9 @@ void HoursOfDay::addScenery(TexturedQuad& quad, const std::string& evening,
     scenery.quad = &quad;
     loadPicture(scenery.evening, evening);
     loadPicture(scenery.night, night);
+    const TEXTURE_ROWS shown = shownRows(evening.c_str());
+    if (!shown.empty())
+        scenery.rows = shown;
 }
 
 void HoursOfDay::addCaustics(Texture& frame, const std::string& file) {
@@ -171,50 +176,59 @@ void HoursOfDay::setContrast(bool all) {
     }
 }
 
-void HoursOfDay::renderSky(const GLVector3& eye) {
+SKY_CHANGE HoursOfDay::eveningComes() const { return {now.evening, EVENING_BELT}; }
+SKY_CHANGE HoursOfDay::nightComes() const { return {now.night, NIGHT_BELT}; }
+
+float HoursOfDay::noonSkyEnds() const {
+    return on && now.evening > 0 ? eveningComes().upper() : SKY_AHEAD::TOP;
+}
+
+void HoursOfDay::colourFog() const {
     if (!on)
         return;
     const GLfloat fog[] = {NOON_FOG.r * now.sea.r, NOON_FOG.g * now.sea.g, NOON_FOG.b * now.sea.b,
                            1};
     glFogfv(GL_FOG_COLOR, fog);
-    const TINT evening_sea = relative(now.sea, lightAt(EVENING_PICTURE).sea);
-    const bool crossing = now.night > 0 && now.night < 1;
-    if (crossing && twilight.multiTexturing) {
-        twilight.setPosition(eye.x, eye.y, -eye.z);
-        twilight.sky = now.glow;
-        twilight.sea = evening_sea;
-        shareNight(twilight);
-        twilight.render();
-        return;
-    }
-    band.setPosition(eye.x, eye.y, -eye.z);
-    if (now.evening > 0 && now.night < 1) {
-        band.setTexture(&sky_evening, 0);
-        band.sky = now.glow;
-        band.sea = evening_sea;
-        // The colours of the low sun spread from the horizon.
-        band.low = band.surface = now.evening;
-        band.high = late(now.evening);
-        band.mist = now.mist;
-        band.enableAlphaBlending(now.evening < 1);
-        band.render();
-    }
-    if (now.night > 0) {
-        band.setTexture(&sky_night, 0);
-        band.sky = WHITE;
-        band.sea = relative(now.sea, lightAt(NIGHT_PICTURE).sea);
-        shareNight(band);
-        band.mist = 0;
-        band.enableAlphaBlending(crossing);
-        band.render();
-    }
 }
 
-void HoursOfDay::shareNight(SkyBand& sky) const {
-    // The evening's colours stay at the horizon longest.
-    sky.low = late(now.night);
-    sky.high = early(now.night);
-    sky.surface = now.night;
+void HoursOfDay::renderSky(const GLVector3& eye) {
+    if (!on || now.evening <= 0)
+        return;
+    band.setPosition(eye.x, eye.y, -eye.z);
+    band.sky = now.glow;
+    band.sea = relative(now.sea, lightAt(EVENING_PICTURE).sea);
+    band.mist = now.mist;
+    if (now.night <= 0) {
+        band.change = eveningComes();
+        renderBand(sky_evening, ROWS_AFTER, false);
+        if (now.evening < 1)
+            renderBand(sky_evening, ROWS_SHARED, true);
+        return;
+    }
+    band.change = nightComes();
+    if (now.night < 1) {
+        renderBand(sky_evening, twilight.multiTexturing ? ROWS_BEFORE : ALL_ROWS, false);
+        if (twilight.multiTexturing) {
+            twilight.setPosition(eye.x, eye.y, -eye.z);
+            twilight.sky = band.sky;
+            twilight.sea = band.sea;
+            twilight.change = band.change;
+            twilight.rows = ROWS_SHARED;
+            twilight.render();
+        }
+    }
+    band.sky = WHITE;
+    band.sea = relative(now.sea, lightAt(NIGHT_PICTURE).sea);
+    if (now.night < 1 && !twilight.multiTexturing)
+        renderBand(sky_night, ROWS_SHARED, true);
+    renderBand(sky_night, ROWS_AFTER, false);
+}
+
+void HoursOfDay::renderBand(Texture& picture, SKY_ROWS rows, bool blending) {
+    band.setTexture(&picture, 0);
+    band.rows = rows;
+    band.enableAlphaBlending(blending);
+    band.render();
 }
 
 void HoursOfDay::renderGlints(TexturedQuad& quad, Texture& other_frame) {
@@ -233,7 +247,7 @@ void HoursOfDay::renderGlints(TexturedQuad& quad, Texture& other_frame) {
 void HoursOfDay::renderScenery(TexturedQuad& quad) {
     const auto found = std::find_if(sceneries.begin(), sceneries.end(),
                                     [&](const SCENERY& one) { return one.quad == &quad; });
-    if (!on || found == sceneries.end()) {
+    if (!on || now.evening <= 0 || found == sceneries.end()) {
         quad.render();
         return;
     }
@@ -247,6 +261,8 @@ void HoursOfDay::renderScenery(TexturedQuad& quad) {
         {&found->evening, now.glow, now.evening, now.night},
         {&found->night, WHITE, now.night, 0},
     };
+    // Two of these cost no more than the whole of one.
+    quad.setRows(static_cast<float>(found->rows.first), static_cast<float>(found->rows.last));
     for (const auto& layer : layers) {
         if (layer.share <= 0 || layer.covered >= 1)
             continue;
@@ -255,6 +271,8 @@ void HoursOfDay::renderScenery(TexturedQuad& quad) {
         quad.setAlpha(layer.share);
         quad.render();
     }
+    quad.setRows(0, 1);
     quad.setTexture(layers[0].picture, 0);
+    setColour(quad, WHITE);
     quad.setAlpha(1);
 }

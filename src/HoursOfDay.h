@@ -9,6 +9,7 @@
 
 #include "DayLight.h"
 #include "LocalTime.h"
+#include "ShownRows.h"
 #include "SkyBand.h"
 #include "system/Texture.h"
 #include "system/TexturedQuad.h"
@@ -47,17 +48,22 @@ public:
     bool showsNoonSky() const { return !on || now.evening < 1; }
     /// Whether the glints are on the path of light only.
     bool showsPath() const { return on && now.path >= 0.5f; }
-    /// Draws the hour's sky round the eye and colours the fog.
+    /// Degrees above the horizon from which on nothing of the noon's sky is to be seen.
+    float noonSkyEnds() const;
+    void colourFog() const;
+    /// Draws the hour's sky round the eye.
     void renderSky(const GLVector3& eye);
     /// Draws the glints, and those of another moment between them on a path of light.
     void renderGlints(TexturedQuad& quad, Texture& other_frame);
-    /// Draws a quad that was added as scenery, or any other as it is.
+    /// Draws a quad that was added as scenery, its two pictures in one where both show, or any
+    /// other quad as it is.
     void renderScenery(TexturedQuad& quad);
 
 private:
     struct SCENERY {
         TexturedQuad* quad;
         Texture evening, night;
+        TEXTURE_ROWS rows{0, 1};  ///< that show something
     };
     struct FRAME {
         Texture* texture;
@@ -67,7 +73,9 @@ private:
 
     void loadPicture(Texture& texture, const std::string& file);
     void apply();
-    void shareNight(SkyBand& sky) const;
+    SKY_CHANGE eveningComes() const;
+    SKY_CHANGE nightComes() const;
+    void renderBand(Texture& picture, SKY_ROWS rows, bool blending);
     /// Gives frames the contrast of the light: all of them, or the next one that has another.
     void setContrast(bool all);
 

@@ -336,6 +336,8 @@ bool CMarivistaScreensaver::initScene() {
     if (draw_in_rows) {
         fader_covers = opaqueRows(dataFile("gwfader.nlt").c_str());
         sparkle_shows = shownRows(dataFile("blendmap.nlt").c_str());
+        if (extras.daytime)
+            path_shows = shownRows(dataFile("hours/path.nlt").c_str());
     }
 
     const GLVector3 leader = vegetarian1.getPositionVector();
@@ -948,20 +950,28 @@ void CMarivistaScreensaver::renderBackOfIsland() {
 }
 
 void CMarivistaScreensaver::renderNoonSky() {
-    const auto draw = [this] {
-        if (wantedwssettings.skytype == 0) {
-            sky.render();
-        } else {
-            skyflat.render();
-            renderBeyond(skyflat, SKYFLAT_WIDTH);
-        }
-    };
-    if (!sparesRows()) {
-        draw();
+    if (wantedwssettings.skytype == 0) {
+        sky.render();
+    } else {
+        skyflat.render();
+        renderBeyond(skyflat, SKYFLAT_WIDTH);
+    }
+}
+
+void CMarivistaScreensaver::renderSky() {
+    if (!draw_in_rows) {
+        if (hours.showsNoonSky())
+            renderNoonSky();
+        hours.renderSky(camera.vEye);
         return;
     }
-    for (const ROWS& rows : rowsOfSky(sight(), terrain, gwfader, fader_covers, resolution_y))
-        draw_in_rows(rows.low, rows.high, draw);
+    const double noon_ends = rowsBelow(sight(), hours.noonSkyEnds(), resolution_y);
+    for (const ROWS& rows : rowsOfSky(sight(), terrain, gwfader, fader_covers, resolution_y)) {
+        if (hours.showsNoonSky() && rows.low < noon_ends)
+            draw_in_rows(rows.low, std::min(rows.high, noon_ends), [this] { renderNoonSky(); });
+        if (hours.isOn())
+            draw_in_rows(rows.low, rows.high, [this] { hours.renderSky(camera.vEye); });
+    }
 }
 
 void CMarivistaScreensaver::renderSparkle() {
@@ -970,11 +980,12 @@ void CMarivistaScreensaver::renderSparkle() {
         if (!hours.showsPath())
             renderBeyond(highlight, HIGHLIGHT_WIDTH);
     };
-    if (!sparesRows()) {
+    if (!draw_in_rows) {
         draw();
         return;
     }
-    const ROWS rows = rowsOf(sight(), highlight, sparkle_shows, resolution_y);
+    const TEXTURE_ROWS& shown = hours.showsPath() ? path_shows : sparkle_shows;
+    const ROWS rows = rowsOf(sight(), highlight, shown, resolution_y);
     draw_in_rows(rows.low, rows.high, draw);
 }
 
@@ -990,9 +1001,8 @@ void CMarivistaScreensaver::renderScene() {
 
     if (bird_gull)
         gull.render();
-    if (hours.showsNoonSky())
-        renderNoonSky();
-    hours.renderSky(camera.vEye);
+    renderSky();
+    hours.colourFog();
 
     glEnable(GL_FOG);
     terrain.setTexture(&tex_caustics[animationFrame()], 1);

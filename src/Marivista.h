@@ -193,9 +193,8 @@ private:
     VIEW_WINDOW view() const;
     /// The projection of a picture that keeps its proportions.
     void setTrueView();
-    /// The other hours have sparkles and skies elsewhere.
-    bool sparesRows() const { return draw_in_rows && !extras.daytime; }
-    /// The noon sky, without what lies below everything that can be seen of it.
+    /// Without what lies below everything that can be seen of it.
+    void renderSky();
     void renderNoonSky();
     void renderSparkle();
     Sight sight() const { return {camera.vEye, camera.vAt, view()}; }
@@ -212,7 +211,7 @@ private:
 
     SceneClock clock;
     std::string missing;
-    TEXTURE_ROWS fader_covers, sparkle_shows;
+    TEXTURE_ROWS fader_covers, sparkle_shows, path_shows;
     bool wide = false;     ///< the picture shows more to the sides than the design's
     bool unseen = false;   ///< the time until the next tick is seen by nobody
     bool drawn = false;    ///< the last tick has become a picture

@@ -21,6 +21,7 @@ public:
     Sight(const GLVector3& eye, const GLVector3& at, const VIEW_WINDOW& window);
 
     bool isLevel() const;
+    GLVector3 eye() const { return {float(eye_x), float(eye_y), float(eye_z)}; }
     /// Before the eye, and not in its plane.
     bool isAhead(double y, double z) const;
     // Of a point that is ahead.
@@ -61,3 +62,6 @@ ROWS rowsOf(const Sight& sight, const TexturedQuad& quad, const TEXTURE_ROWS& ro
 /// may show. Some rows can be in two of them.
 std::vector<ROWS> rowsOfSky(const Sight& sight, const WaterGround& floor, const TexturedQuad& fader,
                             const TEXTURE_ROWS& opaque, int height);
+/// Where in the picture, `height` pixels high, the standing sky is at some degrees above the
+/// horizon or lower: below this row. 1 where that cannot be said.
+double rowsBelow(const Sight& sight, float elevation, int height);

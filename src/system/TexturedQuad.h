@@ -24,6 +24,12 @@ public:
         part_right = to;
     }
 
+    /// The same of its height, from the top edge.
+    void setRows(float from, float to) {
+        part_top = from;
+        part_bottom = to;
+    }
+
     float size_x = 1;
     float size_y = 1;
     float halfsize_x = 0.5f;
@@ -32,4 +38,6 @@ public:
     float texturefactor_y = 1;
     float part_left = 0;
     float part_right = 1;
+    float part_top = 0;
+    float part_bottom = 1;
 };

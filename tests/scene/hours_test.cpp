@@ -4,6 +4,7 @@
 
 #include <algorithm>
 #include <cmath>
+#include <map>
 
 #include "scene_fixture.h"
 
@@ -110,19 +111,56 @@ TEST_F(HoursTest, AtDuskBothPicturesShow) {
     EXPECT_EQ(scene().island.rendercolor.a, 1);
 }
 
-TEST_F(HoursTest, TheSkyIsDrawnOnceWithoutBlendingWhereNothingShowsThrough) {
-    for (const double hour : {7.0, 17.8, 19.7, 23.0}) {
+TEST_F(HoursTest, EveryHeightOfTheSkyIsDrawnOnceAndBlendedInANarrowBelt) {
+    for (const double hour : {7.0, 16.9, 17.8, 19.7, 23.0}) {
         makeAt(hour);
         build();
         update(10);
         test::clear();
         scene().hours.renderSky(scene().camera.vEye);
-        EXPECT_EQ(test::count("glPushMatrix"), 1) << hour;
-        EXPECT_EQ(test::count("glBlendFunc"), hour == 7.0 ? 1 : 0) << hour;
+        std::map<int, std::array<float, 2>> strips;  // from, to
+        std::map<int, bool> shared;
+        for (const test::GL_VERTEX& vertex : test::vertices()) {
+            auto& strip = strips.try_emplace(vertex.begin, std::array{1e9f, -1e9f}).first->second;
+            strip = {std::min(strip[0], vertex.y), std::max(strip[1], vertex.y)};
+            shared[vertex.begin] |= vertex.color[3] < 1;
+        }
+        std::vector<std::array<float, 2>> sorted;
+        float blended = 0;
+        for (const auto& [begin, strip] : strips) {
+            sorted.push_back(strip);
+            blended += shared[begin] ? strip[1] - strip[0] : 0;
+        }
+        std::sort(sorted.begin(), sorted.end());
+        for (size_t i = 1; i < sorted.size(); ++i)
+            EXPECT_EQ(sorted[i][0], sorted[i - 1][1]) << hour;
+        // In the belt noon's shows through the evening's; the night's has the evening's in it.
+        const bool is_shared = hour == 7.0 || hour == 16.9;
+        EXPECT_EQ(test::count("glBlendFunc"), is_shared ? 1 : 0) << hour;
+        EXPECT_LT(blended, 20) << hour;
+        EXPECT_GE(strips.size(), 2u) << hour;
         EXPECT_EQ(test::imbalance(), "") << hour;
         EXPECT_FALSE(test::isEnabled(GL_COLOR_SUM)) << hour;
         EXPECT_FALSE(test::isEnabled(GL_BLEND)) << hour;
     }
+}
+
+TEST_F(HoursTest, TwoPicturesOfTheIslandAreDrawnWithoutTheirEmptyRows) {
+    makeAt(17);
+    build();
+    picture();
+    std::array<float, 2> all{1e9f, -1e9f};
+    int corners = 0;
+    for (const test::GL_VERTEX& vertex : test::vertices())
+        if (vertex.texture[0] == scene().tex_island.id) {
+            all = {std::min(all[0], vertex.y), std::max(all[1], vertex.y)};
+            ++corners;
+        }
+    EXPECT_EQ(corners, 4);
+    EXPECT_LE(all[1] - all[0], 30);
+    EXPECT_GT(all[1] - all[0], 1);
+    EXPECT_EQ(scene().island.part_top, 0) << "put back";
+    EXPECT_EQ(scene().island.part_bottom, 1);
 }
 
 TEST_F(HoursTest, GlintsOnThePathAreDrawnNoWiderThanIt) {

@@ -22,7 +22,8 @@ class ShownRowsTest : public testing::Test {
 protected:
     ShownRowsTest() : context(LARGEST, LARGEST) {}
 
-    void build(int skytype, bool proportions, int width, int height, bool daytime = false) {
+    /// At an hour of the day, or without hours.
+    void build(int skytype, bool proportions, int width, int height, double hour = 0) {
         test::setTicks(1000);
         scene = std::make_unique<CMarivistaScreensaver>();
         scene->loadSettings(width, height);
@@ -30,8 +31,8 @@ protected:
         scene->wantedwssettings.camerapos = 4;
         scene->wantedwssettings.skytype = skytype;
         scene->extras.proportions = proportions;
-        scene->extras.daytime = daytime;
-        scene->localTime = [] { return LOCAL_TIME{20 * 60, 0}; };
+        scene->extras.daytime = hour > 0;
+        scene->localTime = [hour] { return LOCAL_TIME{hour * 60, 0}; };
         scene->draw_in_rows = clip;
         scene->buildWorld();
     }
@@ -116,9 +117,13 @@ TEST_F(ShownRowsTest, PicturesAreTheSameWithTrueProportions) {
     expectSameTravel();
 }
 
-TEST_F(ShownRowsTest, PicturesAreTheSameInTheEvening) {
-    build(0, true, 720, 309, true);
-    expectSameTravel();
+TEST_F(ShownRowsTest, PicturesAreTheSameAtAllHours) {
+    for (const double hour : {7.1, 12.0, 16.7, 17.0, 17.25, 18.0, 19.7, 23.0}) {
+        build(hour<17, hour> 16.9, 360, hour < 20 ? 203 : 155, hour);
+        expectSameTravel();
+        EXPECT_FALSE(bands.empty());
+        scene->cleanup();
+    }
 }
 
 TEST_F(ShownRowsTest, PicturesAreTheSameForAnEyeThatLooksAside) {
