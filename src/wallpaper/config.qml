@@ -44,14 +44,14 @@ ColumnLayout {
     component Picture: Image {
         property string name
         source: "qrc:/setup/" + name + ".png"
-        fillMode: Image.PreserveAspectFit
-        Layout.preferredWidth: 120
+        Layout.preferredWidth: implicitHeight > 0 ? 66 * implicitWidth / implicitHeight : 120
         Layout.preferredHeight: 66
     }
 
     /// A row of such pictures.
     component Pictures: RowLayout {
         property var names
+        spacing: 4
         Repeater {
             model: parent.names
             Picture { name: modelData }
@@ -83,6 +83,7 @@ ColumnLayout {
         property string key
         property int value
         property alias title: button.text
+        Layout.preferredWidth: Math.max(190, implicitWidth)
         Pictures { names: parent.pictures; Layout.alignment: Qt.AlignHCenter }
         RadioButton {
             id: button
@@ -137,6 +138,7 @@ ColumnLayout {
         ColumnLayout {
             anchors.fill: parent
             RowLayout {
+                spacing: 12
                 Choice { picture: "boid1"; key: "BoidModel"; value: 0; title: page.text("school_silver") }
                 Choice { picture: "boid2"; key: "BoidModel"; value: 1; title: page.text("school_angel") }
             }
@@ -172,6 +174,7 @@ ColumnLayout {
         title: page.text("skytext")
         Layout.fillWidth: true
         RowLayout {
+            spacing: 12
             Choice { picture: "cloudy"; key: "SkyType"; value: 0; title: page.text("cloudy") }
             Choice { picture: "cloudless"; key: "SkyType"; value: 1; title: page.text("cloudless") }
         }
@@ -181,6 +184,7 @@ ColumnLayout {
         Layout.fillWidth: true
         ColumnLayout {
             RowLayout {
+                spacing: 12
                 Choice {
                     pictures: ["noon"]; key: "DayTime"; value: 0; title: page.text("noon")
                 }
