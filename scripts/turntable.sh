@@ -3,10 +3,4 @@
 # [CELL]. MODEL is a ".nlm" file; without TEXTURE the ".nlt" file beside it is used. CELL is the
 # size of one view in pixels. Needs no display.
 set -eu
-top=$(cd "$(dirname "$0")/.." && pwd)
-(
-    cd "$top"
-    scripts/configure.sh release
-    cmake --build --preset release --target turntable
-) >&2
-exec "$top/build/release/tools/turntable" "$@"
+exec "$(dirname "$0")/tool.sh" turntable "$@"

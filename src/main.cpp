@@ -40,12 +40,30 @@ unsigned seed(WId window) {
            static_cast<unsigned>(window) * (SPREAD >> 1);
 }
 
+/// SDL 1.2 opens the device to choose its driver. Layers over its successors, whose versions count
+/// from 1.2.50 on, do not, and find no device only when the sounds start.
+bool deviceOpens() {
+    if (SDL_Linked_Version()->patch < 50)
+        return true;
+    SDL_AudioSpec wanted = {};
+    wanted.freq = 22050;
+    wanted.format = AUDIO_S16LSB;
+    wanted.channels = 2;
+    wanted.samples = 4096;
+    wanted.callback = [](void*, Uint8*, int) {};
+    if (SDL_OpenAudio(&wanted, nullptr) != 0)
+        return false;
+    SDL_CloseAudio();
+    return true;
+}
+
 /// Where no sound can be had, one line says so, and the scene plays to nobody: it would find fault
 /// with each of its sounds.
 void findSoundDevice() {
     char driver[2];
     // The result of the start does not tell: it may be well without a driver.
-    if (SDL_InitSubSystem(SDL_INIT_AUDIO) == 0 && SDL_AudioDriverName(driver, sizeof driver))
+    if (SDL_InitSubSystem(SDL_INIT_AUDIO) == 0 && SDL_AudioDriverName(driver, sizeof driver) &&
+        deviceOpens())
         return;
     std::printf("no sound: %s\n", SDL_GetError());
     SDL_QuitSubSystem(SDL_INIT_AUDIO);

@@ -2,6 +2,7 @@
 
 #include <algorithm>
 #include <cstdio>
+#include <cstdlib>
 
 namespace {
 
@@ -157,6 +158,8 @@ Sound::~Sound() {
 }
 
 bool Sound::initialize() {
+    // Newer SDL takes the signals that end a program, and does nothing with them.
+    setenv("SDL_NO_SIGNAL_HANDLERS", "1", 0);
     if (Mix_OpenAudio(audio_rate, audio_format, audio_channels, audio_buffers) != 0)
         return false;
     device_gone = false;

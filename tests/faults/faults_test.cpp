@@ -327,7 +327,8 @@ TEST_F(Faults, RunsWithoutAnyData) {
 
 TEST_F(Faults, RunsWithAHomeThatTakesNothing) {
     const xcb_window_t host = hostWindow();
-    Process saver = start(host, {"HOME=/dev/null/none"});
+    // Newer Mesa says itself what it misses there.
+    Process saver = start(host, {"HOME=/dev/null/none", "MESA_SHADER_CACHE_DISABLE=true"});
     EXPECT_TRUE(waitForPicture(saver));
     expectToEnd(saver, "home");
     expectNothingLeft();
@@ -349,7 +350,8 @@ TEST_F(Faults, RunsWithoutAnAudioDeviceAndSaysSoInOneLine) {
         EXPECT_TRUE(waitForPicture(saver));
         saver.signal(SIGTERM);
         EXPECT_EQ(saver.wait().signal, SIGTERM);
-        EXPECT_EQ(saver.output(), "no sound: No available audio device\n") << silence[0];
+        // The library's words behind the colon differ.
+        EXPECT_THAT(saver.output(), testing::MatchesRegex("no sound: [^\n]+\n")) << silence[0];
         EXPECT_EQ(saver.errors(), "") << silence[0];
         client.destroy(host);
     }

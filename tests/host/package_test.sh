@@ -30,6 +30,9 @@ make_packages() { # says where they are
     grep "\.deb$" "$tmp/package.log"
 }
 packages=$(make_packages)
+# One a line, in a folder that may have a space in its name.
+IFS="
+"
 package=$(echo "$packages" | grep /atollia_)
 root="$tmp/root"
 mkdir "$root" "$tmp/first"
@@ -141,6 +144,8 @@ if [ "$(id -u)" -eq 0 ]; then
     left=$(cd "$tmp/system" && find . -mindepth 1 -not -path "./var*")
     [ "$left" = ./opt ] || fail "left behind, where only ./opt was: $left"
 fi
+
+unset IFS
 
 # A root with the system's libraries and the package: this needs mounts of our own.
 own_mounts=""

@@ -18,6 +18,7 @@
 #include <optional>
 
 #include "host/virtual_display.h"
+#include "support/sdl.h"
 
 namespace {
 
@@ -473,7 +474,10 @@ TEST_F(Sounds, AreHeardOnlyWhileSomethingIsDrawn) {
     EXPECT_EQ(saver.wait().status, 0);
     const auto samples = heard("one");
     EXPECT_LT(largestStep(samples), NO_CLICK);
-    EXPECT_EQ(samples.back(), 0) << "not faded at the end";
+    // A layer drops what its device has not played yet.
+    if (!test::sdlIsALayer()) {
+        EXPECT_EQ(samples.back(), 0) << "not faded at the end";
+    }
 }
 
 TEST_F(Sounds, OfOneSaverAtATime) {
@@ -757,7 +761,7 @@ TEST_F(Program, NoGlx) {
 }
 
 TEST_F(Program, NoContext) {
-    for (const char* trouble : {"LIBGL_DRIVERS_PATH=/nix", "LIBGL_ALWAYS_INDIRECT=1"}) {
+    for (const char* trouble : {"GALLIUM_DRIVER=none", "LIBGL_ALWAYS_INDIRECT=1"}) {
         Process saver = start({"-demo"}, {trouble});
         const END end = saver.wait();
         EXPECT_EQ(end.status, 1) << trouble;

@@ -10,7 +10,10 @@
 #include <cstring>
 #include <fstream>
 #include <iterator>
+#include <mutex>
 #include <thread>
+
+#include "support/sdl.h"
 
 namespace {
 
@@ -49,9 +52,11 @@ Bytes wavBytes(const std::vector<FRAME>& frames, const WAV& wav = {}) {
             bytes.push_back(Uint8(value >> (8 * i)));
     };
     const Uint32 size = Uint32(frames.size() * sizeof(FRAME));
+    const Uint32 block = wav.channels * wav.bits / 8;
     text(wav.riff), number(36 + size, 4), text(wav.wave), text(wav.before);
     text(wav.format), number(wav.format_size, 4), number(wav.coding, 2), number(wav.channels, 2);
-    number(wav.rate, 4), number(wav.rate * 4, 4), number(4, 2), number(wav.bits, 2);
+    number(wav.rate, 4), number(wav.rate * block, 4), number(block, 2);
+    number(wav.bits, 2);
     text(wav.data), number(wav.data_size < 0 ? size : Uint32(wav.data_size), 4);
     for (const FRAME& frame : frames)
         number(Uint16(frame.left), 2), number(Uint16(frame.right), 2);
@@ -94,6 +99,7 @@ protected:
         setenv("SDL_AUDIODRIVER", "dummy", 1);
     }
     ~SoundTest() override {
+        Mix_SetPostMix(nullptr, nullptr);
         SDL_QuitSubSystem(SDL_INIT_AUDIO);
         EXPECT_EQ(system(("rm -r " + folder).c_str()), 0);
     }
@@ -110,24 +116,36 @@ protected:
         setenv("SDL_AUDIODRIVER", "disk", 1);
         setenv("SDL_DISKAUDIOFILE", raw.c_str(), 1);
         setenv("SDL_DISKAUDIODELAY", "1", 1);
+        mixed.clear();
+        Mix_SetPostMix(
+            [](void* test, Uint8* stream, int bytes) {
+                const auto* const frames = reinterpret_cast<const FRAME*>(stream);
+                auto& self = *static_cast<SoundTest*>(test);
+                const std::lock_guard<std::mutex> guard(self.lock);
+                self.mixed.insert(self.mixed.end(), frames, frames + bytes / int(sizeof(FRAME)));
+            },
+            this);
     }
 
-    size_t rawSize() {
-        std::ifstream in(raw, std::ios::binary | std::ios::ate);
-        return in ? size_t(in.tellg()) : 0;
+    /// What the mixer has given to the device, which may have another rate.
+    std::vector<FRAME> given() {
+        const std::lock_guard<std::mutex> guard(lock);
+        return mixed;
     }
 
-    /// Until the disk device has played so many more frames; fails after a minute.
+    /// Until the disk device has been given so many more frames; fails after a minute.
     void waitFor(size_t frames) {
-        const size_t wanted = rawSize() + frames * sizeof(FRAME);
+        const size_t wanted = given().size() + frames;
         const auto deadline = std::chrono::steady_clock::now() + std::chrono::minutes(1);
-        while (rawSize() < wanted) {
+        while (given().size() < wanted) {
             ASSERT_LT(std::chrono::steady_clock::now(), deadline) << "the device stands still";
             std::this_thread::yield();
         }
     }
 
     std::string folder, raw;
+    std::mutex lock;  ///< of what is mixed, on the mixer's thread
+    std::vector<FRAME> mixed;
 };
 
 size_t firstHeard(const std::vector<FRAME>& played) {
@@ -199,7 +217,8 @@ TEST_F(SoundTest, ThePlayerAfterHasAllItsChannels) {
 TEST_F(SoundTest, SecondPlayerMayFindTheDeviceGone) {
     { EXPECT_TRUE(Sound().initialize()); }
     setenv("SDL_AUDIODRIVER", "none at all", 1);
-    EXPECT_FALSE(Sound().initialize());
+    // A layer chooses its driver once.
+    EXPECT_EQ(Sound().initialize(), test::sdlIsALayer());
 }
 
 TEST_F(SoundTest, LeavesSignalsAndVideoAlone) {
@@ -217,9 +236,9 @@ TEST_F(SoundTest, LeavesSignalsAndVideoAlone) {
 }
 
 TEST_F(SoundTest, WaterLoopsPastItsEndWithoutAGap) {
-    useDisk();
     // Shorter than what is mixed at a time, and longer, with ends inside a mixed block.
     for (size_t length : {1000u, 5000u, 30011u}) {
+        useDisk();
         const std::vector<FRAME> loop = pattern(length, 20000, 1);
         {
             Sound sound;
@@ -228,7 +247,7 @@ TEST_F(SoundTest, WaterLoopsPastItsEndWithoutAGap) {
             sound.playMusic();
             waitFor(3 * length + 3 * 4096);
         }
-        const std::vector<FRAME> played = readFrames(raw);
+        const std::vector<FRAME> played = given();
         const size_t begin = firstHeard(played);
         const size_t heard = lengthOfLooping(played, begin, loop);
         EXPECT_GT(heard, 2 * length);
@@ -251,7 +270,7 @@ TEST_F(SoundTest, CallIsMixedOnTop) {
         sound.playSound(3, 0);
         waitFor(call.size() + 4 * 4096);
     }
-    const std::vector<FRAME> played = readFrames(raw);
+    const std::vector<FRAME> played = given();
     const size_t begin = firstHeard(played);
     const size_t at = begin + lengthOfLooping(played, begin, loop);
     ASSERT_LT(at + call.size() + 4096, played.size()) << "no call was heard";
@@ -302,7 +321,7 @@ TEST_F(SoundTest, RealWaterLoops) {
         sound.playMusic();
         waitFor(loop.size() + 20 * 4096);
     }
-    const std::vector<FRAME> played = readFrames(raw);
+    const std::vector<FRAME> played = given();
     EXPECT_GT(lengthOfLooping(played, firstHeard(played), loop), loop.size() + 10 * 4096);
 }
 
@@ -588,16 +607,19 @@ TEST_F(SoundTest, BrokenFilesAreToldAndLeftOut) {
     ASSERT_TRUE(sound.initialize());
     for (const auto& [name, bytes] : cases) {
         const std::string file = fileWith(bytes);
+        const size_t before = sound.sounds.size();
         testing::internal::CaptureStdout();
         sound.loadSound(file.c_str(), 0);
-        EXPECT_EQ(testing::internal::GetCapturedStdout(), "sc.chunk == NULL\n")
+        const bool kept = sound.sounds.size() > before;
+        EXPECT_EQ(testing::internal::GetCapturedStdout(), kept ? "" : "sc.chunk == NULL\n")
             << name << ", " << bytes.size() << " bytes";
+        // A layer over newer libraries makes something of a few of them.
+        EXPECT_TRUE(!kept || test::sdlIsALayer()) << name << ", " << bytes.size() << " bytes";
         testing::internal::CaptureStdout();
         EXPECT_TRUE(sound.loadMusic(file.c_str()));
-        EXPECT_EQ(testing::internal::GetCapturedStdout(), "musicchunk == 0\n")
+        EXPECT_EQ(testing::internal::GetCapturedStdout(), kept ? "" : "musicchunk == 0\n")
             << name << ", " << bytes.size() << " bytes";
     }
-    EXPECT_TRUE(sound.sounds.empty());
 }
 
 TEST_F(SoundTest, FolderIsNoSound) {
