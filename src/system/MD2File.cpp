@@ -161,10 +161,9 @@ std::string animationName(const MD2_FRAME_NAMES& frame) {
 
 std::optional<MODEL_MESH> decodeMD2File(const uint8_t* data, size_t size, const char* path) {
     const ModelBytes file(data, size, "loadMD2", path);
-    if (!file.fits(0, 1, sizeof(MD2_Header)))
-        return file.broken("the header needs %zu bytes, the file has %zu", sizeof(MD2_Header),
-                           size);
-    const auto header = file.read<MD2_Header>(0);
+    MD2_Header header;
+    if (!file.begin(header))
+        return std::nullopt;
     if (header.nFrames <= 0)
         return file.broken("the model has %d frames", header.nFrames);
     if (header.nVerts <= 0)

@@ -98,10 +98,9 @@ static_assert(sizeof(MD3_TRI) == 8);
 
 std::optional<MODEL_MESH> decodeMD3File(const uint8_t* data, size_t size, const char* path) {
     const ModelBytes file(data, size, "loadMD3", path);
-    if (!file.fits(0, 1, sizeof(MD3_Header)))
-        return file.broken("the header needs %zu bytes, the file has %zu", sizeof(MD3_Header),
-                           size);
-    const auto header = file.read<MD3_Header>(0);
+    MD3_Header header;
+    if (!file.begin(header))
+        return std::nullopt;
     const int64_t bones = sizeof(MD3_Header);
     if (!file.fits(bones, header.numFrames, sizeof(MD3Bone)))
         return file.broken("no room for %d frame records", header.numFrames);

@@ -57,6 +57,17 @@ public:
         return record;
     }
 
+    /// Reads the record at the start; false, after the one line, when the file is shorter.
+    template <class Record>
+    bool begin(Record& header) const {
+        if (fits(0, 1, sizeof(Record))) {
+            header = read<Record>(0);
+            return true;
+        }
+        broken("the header needs %zu bytes, the file has %zu", sizeof(Record), size_t(size_));
+        return false;
+    }
+
     /// Prints the one line that says what is wrong, and is nothing.
     __attribute__((format(printf, 2, 3))) std::nullopt_t broken(const char* what, ...) const {
         char text[160];

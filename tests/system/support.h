@@ -43,6 +43,12 @@ inline void put(std::vector<uint8_t>& bytes, size_t offset, uint32_t value, int 
         bytes[offset + i] = static_cast<uint8_t>(value >> 8 * i);
 }
 
+/// The bytes with a number of four of them changed.
+inline std::vector<uint8_t> changed(std::vector<uint8_t> bytes, size_t offset, uint32_t value) {
+    put(bytes, offset, value, 4);
+    return bytes;
+}
+
 /// A bitmap file, row 0 at the top. `pixel` gives the bytes of the pixel (x, y) as a little-endian
 /// number: the palette index at 8 bits per pixel, blue first at 24 and 32.
 inline std::vector<uint8_t> bitmap(int width, int height, int depth,

@@ -200,11 +200,6 @@ TEST_F(TextureTest, namesAFileThatIsMissing) {
 
 TEST_F(TextureTest, badBitmapsGiveOneLineAndNoTexture) {
     const auto good = bitmap(4, 4, 24, numbered);
-    const auto changed = [&](size_t offset, uint32_t value) {
-        auto bytes = good;
-        put(bytes, offset, value, 4);
-        return bytes;
-    };
     const struct {
         const char* name;
         std::vector<uint8_t> bytes;
@@ -213,10 +208,10 @@ TEST_F(TextureTest, badBitmapsGiveOneLineAndNoTexture) {
         {"no bitmap", std::vector<uint8_t>(5000, 'x')},
         {"cut in the header", {good.begin(), good.begin() + 40}},
         {"cut in the last row", {good.begin(), good.end() - 1}},
-        {"oversized", changed(18, 30000)},
-        {"oversized upwards", changed(22, 1 << 30)},
-        {"zero columns", changed(18, 0)},
-        {"zero rows", changed(22, 0)},
+        {"oversized", changed(good, 18, 30000)},
+        {"oversized upwards", changed(good, 22, 1 << 30)},
+        {"zero columns", changed(good, 18, 0)},
+        {"zero rows", changed(good, 22, 0)},
     };
     for (const auto& c : CASES) {
         SCOPED_TRACE(c.name);
