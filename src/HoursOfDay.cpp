@@ -30,7 +30,7 @@ constexpr int FULL_CONTRAST = 32;  // steps
 
 /// Degrees in which the evening comes over the noon's sky, and the night over the evening's: as
 /// high as what both cost there allows, and the first is another pass.
-constexpr float EVENING_BELT = 4, NIGHT_BELT = 9;
+constexpr float EVENING_BELT = 4, NIGHT_BELT = 8;
 
 constexpr SKY_ROWS ALL_ROWS = SKY_ROWS(ROWS_BEFORE | ROWS_SHARED | ROWS_AFTER);
 
