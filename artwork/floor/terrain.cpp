@@ -95,13 +95,7 @@ Vec3 sand(float x, float z) {
         1 -
         smoothstep(0.0f, 0.11f, std::fabs(fractalNoise({x * 0.11f + 40, z * 0.07f, 0.5f}, 3, 509)));
     c = mix(c, rgb(254, 255, 246), 0.5f * channel);
-    // Single grains, here and there a dark one.
-    const int column = static_cast<int>(std::lround(x / kTexelX)),
-              row = static_cast<int>(std::lround(z / kTexelZ));
-    const float grain = hashUnit(column, row, 0, 504) - 0.5f;
-    const float coarse = 0.55f + 0.9f * clamp01(0.5f + 1.3f * middle);
-    const float dark = smoothstep(0.975f, 1.0f, hashUnit(column, row, 1, 504));
-    c = c * (1.03f + 0.05f * middle + coarse * (0.045f * fine + 0.17f * grain - 0.15f * dark));
+    c = c * (1.03f + 0.05f * middle);
 
     const float light = lit(dx + 0.4f * mx, dz + 0.4f * mz);
     // The short dark sides take a little of the water's colour; the sand around lights them up.
@@ -109,6 +103,14 @@ Vec3 sand(float x, float z) {
         std::min(std::max(light, 1.0f), 1.06f);
     // Where the sun would burn it, it keeps its hue.
     c = c * (1 / std::max({1.0f, c.x, c.y, c.z}));
+
+    // Grains, light and dark alike: last, since burnt sand would keep only the dark ones, and those
+    // look like hair.
+    const int column = static_cast<int>(std::lround(x / kTexelX)),
+              row = static_cast<int>(std::lround(z / kTexelZ));
+    const float grain = hashUnit(column, row, 0, 504) - 0.5f;
+    const float coarse = 0.55f + 0.9f * clamp01(0.5f + 1.3f * middle);
+    c = c * (0.98f + coarse * (0.025f * fine + 0.065f * grain));
 
     const float w = weed(x, z);
     if (w > 0) {
