@@ -55,7 +55,7 @@ is_version CMakeLists.txt "$(sed -n 's/^project(atollia VERSION \([0-9.]*\) .*/\
 is_version changelog "$(dpkg-parsechangelog -l "$top/packaging/changelog" -S Version)"
 is_version CHANGELOG.md "$(sed -n 's/^## \([0-9.]*\)$/\1/p' "$top/CHANGELOG.md" | head -n 1)"
 is_version metainfo.xml "$(sed -n 's/.*<release version="\([^"]*\)".*/\1/p' \
-    "$root/usr/share/metainfo/atollia.metainfo.xml" | head -n 1)"
+    "$root/usr/share/metainfo/org.orvo.atollia.metainfo.xml" | head -n 1)"
 for page in man6/atollia.kss.6.gz man1/atollia-xscreensaver.1.gz man1/atollia.1.gz; do
     is_version "$page" "$(gunzip -c "$root/usr/share/man/$page" |
         sed -n 's/^\.TH .*"Atollia \([^"]*\)".*/\1/p')"
@@ -67,7 +67,7 @@ for file in usr/bin/atollia usr/bin/atollia.kss usr/bin/atollia-xscreensaver \
     usr/libexec/xsecurelock/saver_atollia usr/share/applications/screensavers/atollia.desktop \
     usr/share/applications/atollia.desktop \
     usr/share/applnk/System/ScreenSavers/atollia.kss.desktop \
-    usr/share/xscreensaver/config/atollia.xml usr/share/metainfo/atollia.metainfo.xml \
+    usr/share/xscreensaver/config/atollia.xml usr/share/metainfo/org.orvo.atollia.metainfo.xml \
     usr/share/icons/hicolor/scalable/apps/atollia.svg usr/share/man/man6/atollia.kss.6.gz \
     usr/share/man/man6/atollia.6.gz usr/share/man/man1/atollia-xscreensaver.1.gz usr/share/doc/atollia/copyright \
     opt/Orvo/Screensaver/Atollia/Language.dat opt/Orvo/Screensaver/Atollia/font.nlf \
@@ -99,10 +99,10 @@ desktop-file-validate "$root"/usr/share/applications/atollia.desktop
 desktop-file-validate "$root"/usr/share/applications/atollia-settings.desktop
 desktop-file-validate "$root"/usr/share/applications/screensavers/atollia.desktop
 appstreamcli validate --no-net --pedantic \
-    "$root"/usr/share/metainfo/atollia.metainfo.xml ||
+    "$root"/usr/share/metainfo/org.orvo.atollia.metainfo.xml ||
     fail "AppStream"
 grep -q "<url type=\"homepage\">$(sed -n 's/^hyperlink *= *{ *\(.*[^ ]\) *}.*/\1/p' \
-    "$top/data/Language.dat" | sort -u)</url>" "$root"/usr/share/metainfo/atollia.metainfo.xml ||
+    "$top/data/Language.dat" | sort -u)</url>" "$root"/usr/share/metainfo/org.orvo.atollia.metainfo.xml ||
     fail "the project's page is not one"
 for page in man6/atollia.kss.6.gz man1/atollia-xscreensaver.1.gz man1/atollia.1.gz; do
     gunzip -c "$root/usr/share/man/$page" >"$tmp/page"
