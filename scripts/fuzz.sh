@@ -21,8 +21,10 @@ for target in "$@"; do
     [ ! -d "fuzz/regressions/$target" ] || extra="fuzz/regressions/$target"
     [ ! -f "fuzz/dictionaries/$target" ] || extra="$extra -dict=fuzz/dictionaries/$target"
     echo "$target: $seconds seconds"
+    # Memory that a file claims may be asked for; what is filled counts.
     # shellcheck disable=SC2086  # no word at all when there is nothing
     "build/fuzz/fuzz/fuzz_$target" -max_total_time="$seconds" -timeout=10 -rss_limit_mb=1024 \
-        -max_len=4096 -print_final_stats=1 -verbosity=0 -artifact_prefix="build/fuzz/found/$target-" \
+        -malloc_limit_mb=8192 -max_len=4096 -print_final_stats=1 -verbosity=0 \
+        -artifact_prefix="build/fuzz/found/$target-" \
         "build/fuzz/corpus/$target" "fuzz/corpus/$target" $extra
 done
