@@ -17,7 +17,7 @@ echo "|---|---|---|---|"
 scripts/with-display.sh build/release/bench/page_bench
 echo
 # The quickest of five, and the most memory of them.
-for run in 1 2 3 4 5; do
+for _ in 1 2 3 4 5; do
     # shellcheck disable=SC2016  # the inner shell's
     scripts/with-display.sh sh -c \
         'build/release/bench/page_bench "$(awk "{ print \$1 * 1000 }" /proc/uptime)"'
