@@ -23,8 +23,10 @@ constexpr double GRAIN = 0.001;
 /// How much smaller than the others the second glints on the path are.
 constexpr float FINER = 1.6f;
 
-/// Nothing of the path's picture lies outside of these, in parts of its width.
-constexpr float PATH_LEFT = 0.2f, PATH_RIGHT = 0.495f;
+/// The path slants and narrows towards the eye; nothing of its picture lies outside of these, in
+/// parts of its width.
+constexpr float PATH_FAR_LEFT = 0.18f, PATH_FAR_RIGHT = 0.405f;
+constexpr float PATH_NEAR_LEFT = 0.385f, PATH_NEAR_RIGHT = 0.525f;
 
 constexpr int FULL_CONTRAST = 32;  // steps
 
@@ -69,8 +71,9 @@ void reload(const Texture& texture, const std::string& file, int contrast) {
                 value = static_cast<std::uint8_t>(mean + (value - mean) * contrast / FULL_CONTRAST);
             }
         glBindTexture(GL_TEXTURE_2D, texture.id);
-        glTexImage2D(GL_TEXTURE_2D, 0, GL_RGB, image->w, image->h, 0, GL_BGR, GL_UNSIGNED_BYTE,
-                     pixels);
+        // In its place: a new one beside the old would cost memory.
+        glTexSubImage2D(GL_TEXTURE_2D, 0, 0, 0, image->w, image->h, GL_BGR, GL_UNSIGNED_BYTE,
+                        pixels);
     }
     SDL_FreeSurface(image);
 }
@@ -155,7 +158,7 @@ void HoursOfDay::apply() {
         // The maps change places while no glint is to be seen.
         glints->setTexture(showsPath() ? &path : glints_all_over, 0);
         if (showsPath())
-            glints->setPart(PATH_LEFT, PATH_RIGHT);
+            glints->setTaperedPart(PATH_FAR_LEFT, PATH_FAR_RIGHT, PATH_NEAR_LEFT, PATH_NEAR_RIGHT);
         else
             glints->setPart(0, 1);
         setColour(*glints, now.sparkle);

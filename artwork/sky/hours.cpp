@@ -268,7 +268,7 @@ int main(int argc, char** argv) {
     const Night dark;
     const Hour& hour = night ? static_cast<const Hour&>(dark) : evening;
     std::vector<sky::Clouds> clouds(std::strcmp(argv[3], "cloudy") == 0 ? 1 : 0);
-    const int width = std::atoi(argv[5]), height = width > 1024 ? width * 7 / 16 : width;
+    const int width = std::atoi(argv[5]), height = width > 1024 ? width / 2 : width;
     Image image(width, height);
     const float texel = 1 / columns(image) * kPi / 180;
     parallelFor(height, [&](int y) {

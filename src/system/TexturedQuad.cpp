@@ -15,20 +15,16 @@ void TexturedQuad::preRender() {
 }
 
 void TexturedQuad::renderMesh() {
-    const float left = (2 * part_left - 1) * halfsize_x, u_left = part_left * texturefactor_x;
-    const float right = (2 * part_right - 1) * halfsize_x, u_right = part_right * texturefactor_x;
-    const float top = (1 - 2 * part_top) * halfsize_y, v_top = part_top * texturefactor_y;
-    const float bottom = (1 - 2 * part_bottom) * halfsize_y,
-                v_bottom = part_bottom * texturefactor_y;
+    const auto corner = [this](const float(&side)[2], float row) {
+        const float part = side[0] + (side[1] - side[0]) * row;
+        textureCoord(part * texturefactor_x, row * texturefactor_y);
+        glVertex3f((2 * part - 1) * halfsize_x, (1 - 2 * row) * halfsize_y, 0);
+    };
     glBegin(GL_QUADS);
-    textureCoord(u_right, v_top);
-    glVertex3f(right, top, 0);
-    textureCoord(u_left, v_top);
-    glVertex3f(left, top, 0);
-    textureCoord(u_left, v_bottom);
-    glVertex3f(left, bottom, 0);
-    textureCoord(u_right, v_bottom);
-    glVertex3f(right, bottom, 0);
+    corner(part_right, part_top);
+    corner(part_left, part_top);
+    corner(part_left, part_bottom);
+    corner(part_right, part_bottom);
     glEnd();
 }
 

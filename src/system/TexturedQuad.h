@@ -19,9 +19,14 @@ public:
     void setTextureFactorY(float f) { texturefactor_y = f; }
 
     /// Draws only the piece between two parts of the width, from the left edge: 0 to 1 is all.
-    void setPart(float from, float to) {
-        part_left = from;
-        part_right = to;
+    void setPart(float from, float to) { setTaperedPart(from, to, from, to); }
+
+    /// The same with sides that slant from the top edge to the bottom edge.
+    void setTaperedPart(float top_from, float top_to, float bottom_from, float bottom_to) {
+        part_left[0] = top_from;
+        part_left[1] = bottom_from;
+        part_right[0] = top_to;
+        part_right[1] = bottom_to;
     }
 
     /// The same of its height, from the top edge.
@@ -36,8 +41,8 @@ public:
     float halfsize_y = 0.5f;
     float texturefactor_x = 1;
     float texturefactor_y = 1;
-    float part_left = 0;
-    float part_right = 1;
+    float part_left[2] = {0, 0};  ///< at the top and at the bottom edge
+    float part_right[2] = {1, 1};
     float part_top = 0;
     float part_bottom = 1;
 };

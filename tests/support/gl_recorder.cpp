@@ -415,6 +415,13 @@ void GLAPIENTRY glTexImage2D(GLenum target, GLint level, GLint internal, GLsizei
         noteBytes(pixels, imageBytes(format, width, height));
 }
 
+void GLAPIENTRY glTexSubImage2D(GLenum target, GLint level, GLint x, GLint y, GLsizei width,
+                                GLsizei height, GLenum format, GLenum type, const void* pixels) {
+    if (note("glTexSubImage2D", {double(target), double(level), double(x), double(y), double(width),
+                                 double(height), double(format), double(type)}))
+        noteBytes(pixels, imageBytes(format, width, height));
+}
+
 GLint GLAPIENTRY gluBuild2DMipmaps(GLenum target, GLint internal, GLsizei width, GLsizei height,
                                    GLenum format, GLenum type, const void* pixels) {
     if (note("gluBuild2DMipmaps", {double(target), double(internal), double(width), double(height),

@@ -120,4 +120,16 @@ TEST_F(TexturedQuadTest, APartIsAPieceOfTheWidth) {
     expectCorners({{0.5f, 0, 0, 1}, {0.25f, 0, -2, 1}, {0.25f, 1, -2, -1}, {0.5f, 1, 0, -1}});
 }
 
+TEST_F(TexturedQuadTest, ATaperedPartHasSlantingSides) {
+    quad.setSize(8, 2);
+    quad.setTaperedPart(0, 1, 0.25f, 0.5f);
+    quad.render();
+    expectCorners({{1, 0, 4, 1}, {0, 0, -4, 1}, {0.25f, 1, -2, -1}, {0.5f, 1, 0, -1}});
+    quad.setRows(0.5f, 1);
+    test::clear();
+    quad.render();
+    expectCorners(
+        {{0.75f, 0.5f, 2, 0}, {0.125f, 0.5f, -3, 0}, {0.25f, 1, -2, -1}, {0.5f, 1, 0, -1}});
+}
+
 }  // namespace
