@@ -7,7 +7,10 @@ start_sway <<'CONFIG'
 output HEADLESS-1 resolution 640x480
 CONFIG
 
-start program swayidle -w timeout 1 "$atollia --fullscreen --until-input"
+# A shell reads the command, and the program's path may have blanks and quotes in it.
+ATOLLIA=$atollia
+export ATOLLIA
+start program swayidle -w timeout 1 '"$ATOLLIA" --fullscreen --until-input'
 until_true "no lagoon when nobody is there" lagoon_on HEADLESS-1
 keep_output HEADLESS-1 swayidle
 press_key() {
