@@ -71,7 +71,7 @@ void reload(const Texture& texture, const std::string& file, int contrast) {
                 value = static_cast<std::uint8_t>(mean + (value - mean) * contrast / FULL_CONTRAST);
             }
         glBindTexture(GL_TEXTURE_2D, texture.id);
-        // In its place: a new one beside the old would cost memory.
+        // In its place, since this may happen in every tick.
         glTexSubImage2D(GL_TEXTURE_2D, 0, 0, 0, image->w, image->h, GL_BGR, GL_UNSIGNED_BYTE,
                         pixels);
     }
