@@ -55,8 +55,8 @@ public:
     void renderSky(const GLVector3& eye);
     /// Draws the glints, and those of another moment between them on a path of light.
     void renderGlints(TexturedQuad& quad, Texture& other_frame);
-    /// Draws a quad that was added as scenery, its two pictures in one where both show, or any
-    /// other quad as it is.
+    /// Draws a quad that was added as scenery, with two of its pictures over each other where both
+    /// show, or any other quad as it is.
     void renderScenery(TexturedQuad& quad);
 
 private:
