@@ -81,7 +81,8 @@ void reload(const Texture& texture, const std::string& file, int contrast) {
 }  // namespace
 
 void HoursOfDay::loadPicture(Texture& texture, const std::string& file) {
-    if (!texture.loadBMP(file.c_str(), PICTURE) && missing.empty())
+    const bool complete = texture.loadBMP(file.c_str(), PICTURE) && texture.has_image;
+    if (!complete && missing.empty())
         missing = file;
 }
 

@@ -247,7 +247,8 @@ void CMarivistaScreensaver::sharpenSlants() {
 void CMarivistaScreensaver::loadTextures() {
     for (const PICTURE& picture : pictures()) {
         const std::string file = dataFile(picture.name.c_str());
-        note(picture.texture.loadBMP(file.c_str(), picture.flags), file);
+        Texture& texture = picture.texture;
+        note(texture.loadBMP(file.c_str(), picture.flags) && texture.has_image, file);
     }
 }
 

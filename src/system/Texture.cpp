@@ -52,6 +52,7 @@ bool Texture::loadBMP(SDL_RWops* source, const char* name, TEXTURE_FLAG flags) {
 
     const bool mipmaps = flags & QUALITY_MIPMAP;
     const int depth = image->format->BytesPerPixel;
+    has_image = depth == 3 || depth == 4;
     if (depth == 3)
         upload(*image, GL_RGB, GL_BGR, mipmaps);
     else if (depth == 4)

@@ -88,6 +88,7 @@ public:
     float tilefactor_x = 1;
     float tilefactor_y = 1;
     bool loaded = false;
+    bool has_image = false;  ///< the file's depth was one that can be used
     MULTITEXTURE_FLAG multitexturemode = LIGHTMAP;
 };
 

@@ -7,6 +7,7 @@
 
 #include "Globals.h"
 #include "quick/page.h"
+#include "system/support.h"
 
 namespace {
 
@@ -93,6 +94,16 @@ TEST_P(Almost, ItDrawsWithoutTheFileAndSaysSo) {
 
 TEST_P(Almost, TheSameWithAFileThatCannotBeRead) {
     writeGarbage(lost());
+    test::Page page(FILLING);
+    expectOneLineAbout(page, QFileInfo(lost()).fileName());
+}
+
+TEST_P(Almost, TheSameWithAPictureOfADepthThatNothingTakes) {
+    const auto bytes = bitmap(16, 16, 16, [](int x, int) { return x; });
+    QFile picture(lost());
+    ASSERT_TRUE(picture.open(QIODevice::WriteOnly));
+    picture.write(reinterpret_cast<const char*>(bytes.data()), static_cast<int>(bytes.size()));
+    picture.close();
     test::Page page(FILLING);
     expectOneLineAbout(page, QFileInfo(lost()).fileName());
 }

@@ -237,6 +237,7 @@ TEST_F(TextureTest, otherDepthsGiveATextureWithoutAnImage) {
                                                                 std::to_string(depth / 8) +
                                                                 " bytes per pixel, not 3 or 4\n");
         EXPECT_TRUE(texture.loaded);
+        EXPECT_FALSE(texture.has_image);
         EXPECT_TRUE(test::wasCalled("glGenTextures"));
         EXPECT_TRUE(test::wasCalled("glBindTexture"));
         EXPECT_FALSE(test::wasCalled("glTexImage2D"));
