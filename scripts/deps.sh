@@ -21,7 +21,8 @@ packages_of() { # GROUP|PACKAGE
         echo qtdeclarative5-dev liblayershellqtinterface-dev libwayland-dev qtwayland5
         echo qml-module-qtquick2 qml-module-qtquick-window2
         echo libgl-dev libegl-dev libglu1-mesa-dev libgl1-mesa-dri
-        echo libxcb1-dev libxcb-dpms0-dev libxcb-randr0-dev libx11-dev libpng-dev
+        echo libxcb1-dev libxcb-dpms0-dev libxcb-randr0-dev libxcb-render0-dev libxcb-shm0-dev
+        echo libx11-dev libpng-dev
         echo povray libfreetype-dev fonts-dejavu-core
         ;;
     display) echo xvfb imagemagick ;;

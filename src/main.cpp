@@ -5,6 +5,7 @@
 
 #include <QCoreApplication>
 #include <QLocale>
+#include <cmath>
 #include <cstdio>
 #include <cstdlib>
 #include <ctime>
@@ -131,6 +132,9 @@ SCENE_PICTURE pictureOf(KScreenSaver& saver) {
             [&scene] {
                 if (scene.fpsOn)
                     scene.fpstext.render();
+            },
+            [&scene] {
+                return scene.fpsOn ? static_cast<int>(std::ceil(scene.fpstext.getLineheight())) : 0;
             },
             [&scene] { return scene.autoCameraDirection != 0; },
             [&scene](int width, int height) { scene.setViewSize(width, height); },

@@ -56,6 +56,9 @@ public:
 
     /// Draws every frame in the place of renderScene, when there is one.
     std::function<void()> painter;
+    /// A painter that shows its frames otherwise leaves the buffers as they are.
+    using QGLWidget::autoBufferSwap;
+    using QGLWidget::setAutoBufferSwap;
 
 protected:
     void timerEvent(QTimerEvent* event) override;

@@ -125,7 +125,7 @@ void FramePacer::followSize() {
     paced.makeCurrent();
     // Software renderers find the new size out only when they swap. What is shown meanwhile is the
     // last picture, in its place.
-    if (software)
+    if (software && paced.autoBufferSwap())
         paced.swapBuffers();
     scene.set_view_size(paced.width(), paced.height());
 }

@@ -106,7 +106,8 @@ void ScaledDrawing::free(TARGET& target) {
 void ScaledDrawing::release() {
     free(drawn_);
     free(resolved_);
-    width_ = height_ = 0;
+    free(top_);
+    width_ = height_ = top_width_ = top_height_ = 0;
 }
 
 bool ScaledDrawing::prepare(int width, int height) {
@@ -126,7 +127,8 @@ bool ScaledDrawing::prepare(int width, int height) {
     return true;
 }
 
-void ScaledDrawing::draw(double fraction, const std::function<void()>& picture) {
+void ScaledDrawing::draw(double fraction, const std::function<void()>& picture,
+                         const std::function<bool(int, int)>& shown) {
     if ((fraction >= 1 && samples_ == 0) || impossible_ || !hasFramebuffers()) {
         picture();
         return;
@@ -154,17 +156,42 @@ void ScaledDrawing::draw(double fraction, const std::function<void()>& picture) 
     glBindFramebuffer(GL_FRAMEBUFFER, drawn_.frame);
     glViewport(0, 0, width, height);
     picture();
-    GLuint drawn = drawn_.picture;
     if (resolved_.frame) {
         glBindFramebuffer(GL_DRAW_FRAMEBUFFER, resolved_.frame);
         glBlitFramebuffer(0, 0, width, height, 0, 0, width, height, GL_COLOR_BUFFER_BIT,
                           GL_NEAREST);
-        drawn = resolved_.picture;
+        glBindFramebuffer(GL_READ_FRAMEBUFFER, resolved_.frame);
     }
+    const bool done = shown && shown(width, height);
     if (cut)
         glEnable(GL_SCISSOR_TEST);
     glBindFramebuffer(GL_FRAMEBUFFER, static_cast<GLuint>(target));
     glViewport(area[0], area[1], area[2], area[3]);
     // A fifth cheaper on a software renderer than to have the frame buffer itself copied.
-    fill(drawn);
+    if (!done)
+        fill(smallerPicture());
+}
+
+void ScaledDrawing::drawTop(int rows, const std::function<void()>& over,
+                            const std::function<void()>& shown) {
+    GLint area[4], target = 0;
+    glGetIntegerv(GL_VIEWPORT, area);
+    glGetIntegerv(GL_DRAW_FRAMEBUFFER_BINDING, &target);
+    if (area[2] != top_width_ || rows != top_height_) {
+        free(top_);
+        make(top_, area[2], rows, 0, true);
+        top_width_ = area[2];
+        top_height_ = rows;
+    }
+    const GLboolean cut = glIsEnabled(GL_SCISSOR_TEST);
+    glDisable(GL_SCISSOR_TEST);
+    glBindFramebuffer(GL_FRAMEBUFFER, top_.frame);
+    glViewport(0, rows - area[3], area[2], area[3]);
+    fill(smallerPicture());
+    over();
+    shown();
+    if (cut)
+        glEnable(GL_SCISSOR_TEST);
+    glBindFramebuffer(GL_FRAMEBUFFER, static_cast<GLuint>(target));
+    glViewport(area[0], area[1], area[2], area[3]);
 }

@@ -29,21 +29,40 @@ ScreenPainter::ScreenPainter(KDEFrame& frame, SCENE_PICTURE picture, std::option
 
 ScreenPainter::~ScreenPainter() { painted.painter = nullptr; }
 
-void ScreenPainter::paint() {
-    if (!std::exchange(begun, true) &&
-        !isSoftwareRenderer(reinterpret_cast<const char*>(glGetString(GL_RENDERER))))
+void ScreenPainter::begin() {
+    if (isSoftwareRenderer(reinterpret_cast<const char*>(glGetString(GL_RENDERER))))
+        server.emplace(QX11Info::connection(), static_cast<std::uint32_t>(painted.internalWinId()));
+    else
         scene.sharpen();
+}
+
+void ScreenPainter::paint() {
+    if (!std::exchange(begun, true))
+        begin();
     const double start = now();
+    bool rearranged = false;
     if (start >= static_cast<double>(next_question)) {
-        monitors = monitorsUnder(QX11Info::connection(),
-                                 static_cast<std::uint32_t>(painted.internalWinId()));
+        auto found = monitorsUnder(QX11Info::connection(),
+                                   static_cast<std::uint32_t>(painted.internalWinId()));
+        rearranged = found != monitors;
+        monitors = std::move(found);
         next_question = static_cast<std::int64_t>(start) + QUESTION_PERIOD;
     }
     const double fraction = wanted_fraction.value_or(scale.fraction());
+    server_ready = fraction < 1 && server && server->begin();
+    // Behind the server's pictures stands what was swapped last, as large as it was then.
+    const bool behind = !painted.autoBufferSwap();
+    if (rearranged || (behind && !server_ready && painted.size() != buffer_size)) {
+        glClear(GL_COLOR_BUFFER_BIT);
+        painted.swapBuffers();
+        buffer_size = painted.size();
+    }
+    shown = false;
     if (monitors.empty())
-        paintArea(fraction);
+        paintArea(fraction, {0, 0, painted.resolution_x, painted.resolution_y});
     else
         paintMonitors(fraction);
+    setShownByServer(shown);
     if (wanted_fraction)
         return;
     glFinish();
@@ -51,9 +70,31 @@ void ScreenPainter::paint() {
     scale.drawn(end, end - start, scene.travelling());
 }
 
-void ScreenPainter::paintArea(double fraction) {
-    drawing.draw(fraction, scene.draw);
-    scene.draw_text();
+void ScreenPainter::paintArea(double fraction, const AREA& area) {
+    const int text = scene.text_height();
+    const auto show = [&](int width, int height) {
+        return server_ready && server->show(width, height, area, text);
+    };
+    bool done = false;
+    drawing.draw(fraction, scene.draw,
+                 [&](int width, int height) { return done = show(width, height); });
+    if (!done) {
+        scene.draw_text();
+        return;
+    }
+    shown = true;
+    if (text > 0)
+        drawing.drawTop(text, scene.draw_text, [&] {
+            server->show(area.width, text, {area.x, area.y, area.width, text});
+        });
+}
+
+void ScreenPainter::setShownByServer(bool by_server) {
+    if (painted.autoBufferSwap() != by_server)
+        return;
+    painted.setAutoBufferSwap(!by_server);
+    if (by_server)
+        buffer_size = painted.size();
 }
 
 void ScreenPainter::paintMonitors(double fraction) {
@@ -65,7 +106,7 @@ void ScreenPainter::paintMonitors(double fraction) {
         glViewport(area.x, bottom, area.width, area.height);
         glScissor(area.x, bottom, area.width, area.height);
         glEnable(GL_SCISSOR_TEST);
-        paintArea(fraction);
+        paintArea(fraction, area);
         glDisable(GL_SCISSOR_TEST);
     }
     scene.set_view_size(width, height);

@@ -153,9 +153,25 @@ INSTANTIATE_TEST_SUITE_P(
                     WINDOW_CASE{"-demo", 3840, 2160}, WINDOW_CASE{"-root", 3840, 2160},
                     WINDOW_CASE{"-window-id", 3840, 2160}));
 
-TEST_F(Program, EveryPictureAfterAResizeIsWhole) {
+struct SCALE_CASE {
+    const char* scale;
+    std::vector<std::string> server;  ///< options
+};
+
+void PrintTo(const SCALE_CASE& c, std::ostream* out) {
+    *out << c.scale;
+    for (const std::string& option : c.server)
+        *out << " " << option;
+}
+
+class Scales : public Program, public testing::WithParamInterface<SCALE_CASE> {};
+
+TEST_P(Scales, EveryPictureAfterAResizeIsWhole) {
+    std::vector<std::string> options = {"-screen", "0", "800x600x24"};
+    options.insert(options.end(), GetParam().server.begin(), GetParam().server.end());
+    begin(options);
     const xcb_window_t host = client->window(0, 0, 300, 200);
-    Process saver = start({"-window-id", hex(host)});
+    Process saver = start({"-window-id", hex(host), "-scale", GetParam().scale});
     ASSERT_TRUE(saver.waitForLine("drawing")) << saver.errors();
     ASSERT_TRUE(client->waitForPixel(299, 199, scene_colour));
     client->resize(host, 780, 560);
@@ -165,10 +181,16 @@ TEST_F(Program, EveryPictureAfterAResizeIsWhole) {
     client->resize(host, 100, 500);
     ASSERT_TRUE(saver.waitForLine("setViewSize 100 x 500")) << saver.output();
     ASSERT_TRUE(client->waitForPixel(99, 499, scene_colour));
+    EXPECT_TRUE(everywhere(client->picture(0, 0, 100, 500), scene_colour));
     EXPECT_EQ(count(saver.output(), "initScene"), 1) << "nothing is loaded again";
     client->destroy(host);
     expectCleanEnd(saver, saver.wait());
 }
+
+INSTANTIATE_TEST_SUITE_P(Servers, Scales,
+                         testing::Values(SCALE_CASE{"1", {}}, SCALE_CASE{"0.5", {}},
+                                         SCALE_CASE{"0.5", {"-extension", "MIT-SHM"}},
+                                         SCALE_CASE{"0.5", {"-extension", "RENDER"}}));
 
 TEST_F(Program, EndsWhenItsHostDies) {
     std::optional<Client> other(std::in_place, display->name());

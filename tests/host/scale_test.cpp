@@ -197,6 +197,67 @@ TEST_F(ScaledDrawingTest, OnlyTheViewportIsDrawnAndStays) {
     drawing.release();
 }
 
+TEST_F(ScaledDrawingTest, WhoeverShowsTheSmallerPictureFindsItToRead) {
+    for (const int samples : {0, 4}) {
+        SetUp();
+        ScaledDrawing drawing(samples);
+        std::array<std::array<uint8_t, 3>, 2> found{};
+        drawing.draw(0.5, paint, [&](int width, int height) {
+            EXPECT_EQ(width, SIZE / 2);
+            EXPECT_EQ(height, SIZE / 2);
+            for (int i = 0; i < 2; ++i)
+                glReadPixels(i * (width - 1), height / 2, 1, 1, GL_RGB, GL_UNSIGNED_BYTE,
+                             found[size_t(i)].data());
+            return true;
+        });
+        EXPECT_EQ(found[0], (std::array<uint8_t, 3>{0, 255, 0}));
+        EXPECT_EQ(found[1], (std::array<uint8_t, 3>{0, 0, 255}));
+        EXPECT_EQ(colourAt(2, 30), 'r') << "it is not enlarged as well";
+        drawing.draw(0.5, paint, [](int, int) { return false; });
+        EXPECT_EQ(colourAt(2, 30), 'g');
+        drawing.release();
+    }
+}
+
+TEST_F(ScaledDrawingTest, TheTopIsEnlargedBelowWhatIsDrawnOverIt) {
+    ScaledDrawing drawing;
+    drawing.draw(0.5, paint, [](int, int) { return true; });
+    Picture top{SIZE, 6, std::vector<uint8_t>(3 * SIZE * 6)};
+    drawing.drawTop(
+        6,
+        [] {
+            // The third row of the viewport, from its left edge to the middle.
+            glEnable(GL_SCISSOR_TEST);
+            GLint area[4];
+            glGetIntegerv(GL_VIEWPORT, area);
+            EXPECT_EQ(area[2], SIZE);
+            EXPECT_EQ(area[3], SIZE);
+            glScissor(area[0], area[1] + SIZE - 3, SIZE / 2, 1);
+            glClearColor(1, 1, 1, 1);
+            glClear(GL_COLOR_BUFFER_BIT);
+            glDisable(GL_SCISSOR_TEST);
+        },
+        [&] {
+            glPixelStorei(GL_PACK_ALIGNMENT, 1);
+            glReadPixels(0, 0, SIZE, 6, GL_RGB, GL_UNSIGNED_BYTE, top.rgb.data());
+        });
+    const auto pixel = [&](int x, int y) {
+        const uint8_t* const rgb = &top.rgb[3 * (size_t(5 - y) * SIZE + size_t(x))];
+        return std::array<int, 3>{rgb[0], rgb[1], rgb[2]};
+    };
+    EXPECT_EQ(pixel(2, 1), (std::array<int, 3>{0, 255, 0}));
+    EXPECT_EQ(pixel(2, 2), (std::array<int, 3>{255, 255, 255}));
+    EXPECT_EQ(pixel(31, 2), (std::array<int, 3>{255, 255, 255}));
+    EXPECT_EQ(pixel(60, 2), (std::array<int, 3>{0, 0, 255}));
+    EXPECT_EQ(pixel(2, 3), (std::array<int, 3>{0, 255, 0}));
+    EXPECT_EQ(pixel(60, 5), (std::array<int, 3>{0, 0, 255}));
+    EXPECT_EQ(colourAt(2, 2), 'r') << "the frame buffer bound before";
+    GLint area[4];
+    glGetIntegerv(GL_VIEWPORT, area);
+    EXPECT_EQ(area[3], SIZE);
+    drawing.release();
+}
+
 TEST_F(ScaledDrawingTest, SamplesAreMadeOne) {
     ScaledDrawing smooth(4), wishful(4096);
     for (ScaledDrawing* const drawing : {&smooth, &wishful})

@@ -132,8 +132,12 @@ QDialog* createSetup(const std::string&) { return nullptr; }
 
 SCENE_PICTURE pictureOf(KScreenSaver& saver) {
     Standin& scene = standin(saver);
-    return {[&scene] { scene.renderScene(); }, [] {}, [] { return false; },
-            [&scene](int width, int height) { scene.setArea(width, height); }, [] {}};
+    return {[&scene] { scene.renderScene(); },
+            [] {},
+            [] { return 0; },
+            [] { return false; },
+            [&scene](int width, int height) { scene.setArea(width, height); },
+            [] {}};
 }
 
 void showFrameRate(KScreenSaver&) { say("frame rate"); }
