@@ -33,9 +33,9 @@ Fish anatomy() {
 
 Vec3 bodyColour(const BodyPoint& p) {
     Vec3 c = mix(rgb(255, 236, 226), rgb(250, 150, 128), smoothstep(-0.95f, -0.35f, p.rise));
-    c = mix(c, rgb(236, 84, 66), smoothstep(-0.35f, 0.25f, p.rise));
-    c = mix(c, rgb(190, 44, 44), smoothstep(0.30f, 0.80f, p.rise));
-    c = mix(c, rgb(120, 24, 34), smoothstep(0.78f, 1.0f, p.rise));
+    c = mix(c, rgb(242, 78, 56), smoothstep(-0.35f, 0.25f, p.rise));
+    c = mix(c, rgb(182, 34, 36), smoothstep(0.25f, 0.70f, p.rise));
+    c = mix(c, rgb(88, 12, 22), smoothstep(0.62f, 0.95f, p.rise));
     // Broad saddles, barely there, break up the flank; golden on the cheek.
     const float saddles = smoothstep(0.0f, 0.9f, std::sin(p.along * 25 + 1.2f + 3 * p.height));
     c = mix(c, rgb(142, 26, 36),

@@ -8,8 +8,8 @@ namespace {
 
 Vec3 bodyColour(const BodyPoint& p) {
     Vec3 c = mix(rgb(255, 252, 242), rgb(226, 234, 232), smoothstep(-0.9f, -0.1f, p.rise));
-    c = mix(c, rgb(112, 134, 150), smoothstep(0.15f, 0.70f, p.rise));
-    c = mix(c, rgb(56, 74, 92), smoothstep(0.60f, 0.95f, p.rise));
+    c = mix(c, rgb(104, 124, 140), smoothstep(0.15f, 0.70f, p.rise));
+    c = mix(c, rgb(34, 46, 60), smoothstep(0.55f, 0.90f, p.rise));
     // Slate bands rise from the head to the back, with golden lines between them; both end in
     // rows of dots towards the belly.
     const float turns = (p.girth - 0.075f * (p.along - 0.3f)) / 0.072f;
@@ -17,12 +17,12 @@ Vec3 bodyColour(const BodyPoint& p) {
     const float dots = 0.5f + 0.5f * std::sin(p.along * 104 + std::floor(turns) * 2.4f);
     const float round = mix(1.0f, dots, smoothstep(0.35f, -0.10f, p.rise));
     const float lined = band(p.along, 0.285f, 0.93f, 0.04f) * smoothstep(-0.60f, -0.10f, p.rise);
-    c = mix(c, rgb(70, 88, 108),
-            0.72f * lined * smoothstep(0.15f, 0.55f, std::max(0.0f, wave) * round));
+    c = mix(c, rgb(34, 48, 68),
+            0.80f * lined * smoothstep(0.15f, 0.55f, std::max(0.0f, wave) * round));
     c = mix(c, rgb(240, 196, 74),
             0.75f * lined * smoothstep(0.35f, 0.75f, std::max(0.0f, -wave) * round));
     // A dark back over a pale flank: at a distance grey alone would be the colour of the water.
-    c = mix(c, rgb(46, 62, 80), 0.48f * smoothstep(0.10f, 0.62f, p.rise));
+    c = mix(c, rgb(18, 28, 40), 0.72f * smoothstep(0.22f, 0.66f, p.rise));
     // Head: a golden flush with fine blue-grey lines.
     const float head = smoothstep(0.29f, 0.22f, p.along);
     const float worm = std::sin(p.girth * 190 + 2.2f * std::sin(p.along * 60 + p.girth * 30));
