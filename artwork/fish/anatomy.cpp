@@ -171,7 +171,7 @@ void Builder::pairedFin(const Fin& fin, float side) {
 // ends where nothing more is seen of it, since all of it hides what is drawn later.
 void Builder::shadow() {
     constexpr int kRound = 14;
-    constexpr float kRimmed = 0.84f;
+    constexpr float kRimmed = 0.80f;
     const Shadow& s = fish_.shadow;
     if (s.depth <= 0)
         return;
