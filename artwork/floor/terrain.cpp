@@ -212,12 +212,15 @@ void paintStone(Image& image, const Ground& ground, const Stone& stone) {
             Pixel& pixel = image.at(column, row);
             // Its shadow: the stone seen along the sun, softened.
             {
-                const float slide = stone.height * 0.5f;
+                // That of a small one falls well aside: all round, it would be a black ring.
+                const float small = 1 - smoothstep(0.08f, 0.16f, stone.radius);
+                const float slide = stone.height * 0.5f + 0.40f * small * stone.radius;
                 const float px = (x - stone.x + sun.x / sun.y * slide) / stone.radius,
                             pz = (z - stone.z + sun.z / sun.y * slide) / stone.radius;
                 const float d = std::sqrt(px * px * 0.8f + pz * pz);
                 blend(pixel, pixel.colour * Vec3{0.52f, 0.58f, 0.60f},
-                      0.85f * (1 - smoothstep(0.75f, 1.45f, d)));
+                      mix(0.85f, 0.65f, small) *
+                          (1 - smoothstep(0.75f, mix(1.45f, 1.25f, small), d)));
             }
             // The stone itself: the ray from the eye against an uneven half ellipsoid.
             const Vec3 scale{1 / stone.radius, 1 / stone.height, 1 / stone.radius};
@@ -255,6 +258,7 @@ void paintStones(Image& image) {
     std::vector<Stone> stones;
     const Vec3 colours[] = {rgb(238, 212, 172), rgb(222, 186, 146), rgb(232, 158, 166),
                             rgb(208, 150, 172), rgb(200, 184, 124), rgb(250, 236, 208)};
+    const Vec3 shells[] = {rgb(255, 248, 236), rgb(255, 224, 204), rgb(250, 208, 196)};
     const auto colour = [&] { return colours[random.index(6)]; };
     // Rubble: thick round the gardens, thinning outwards; a litter of bits elsewhere.
     for (const Footprint& f : kFootprints) {
@@ -270,13 +274,19 @@ void paintStones(Image& image) {
     }
     for (int i = 0; i < 2100; ++i) {
         const float x = random.range(-22, 22), z = random.range(1.3f, 27);
-        const float r = 0.018f + 0.055f * std::pow(random.unit(), 4.0f);
+        // Before the eye a texel is as large as the smallest would be: fewer and larger ones there.
+        const float close = 1 - smoothstep(9, 15, z);
+        const float r = mix(0.018f + 0.055f * std::pow(random.unit(), 4.0f),
+                            0.055f + 0.080f * std::pow(random.unit(), 3.0f), close);
+        if (random.unit() < 0.72f * close)
+            continue;
         const bool shell = random.unit() < 0.5f;
         const float patch = gradientNoise({x * 0.3f, z * 0.3f, 0.5f}, 571);
         if (random.unit() > 0.55f + 0.9f * patch)
             continue;
         stones.push_back({x, z, r, r * random.range(0.3f, 0.6f),
-                          shell ? rgb(255, 246, 232) : colour() * 0.95f, random.bits(), 0.4f});
+                          shell ? shells[random.index(3)] * 1.2f : colour() * 0.95f, random.bits(),
+                          0.4f});
     }
     // A few larger lumps in the open, with their own little heap.
     const Vec2 lumps[] = {{-9.3f, 11.6f}, {-1.2f, 15.6f}, {2.1f, 18.6f},   {5.2f, 15.4f},
@@ -301,8 +311,11 @@ void paintPits(Image& image) {
     Random random(1902);
     for (int i = 0; i < 1100; ++i) {
         const float x = random.range(-22, 22), z = random.range(1.3f, 27);
-        const float radius = 0.035f + 0.06f * std::pow(random.unit(), 2.0f);
-        const float depth = random.range(0.35f, 0.9f);
+        const float close = 1 - smoothstep(9, 15, z);
+        const float radius = mix(0.035f, 0.060f, close) + 0.06f * std::pow(random.unit(), 2.0f);
+        const float depth = random.range(0.35f, 0.9f) * mix(1.0f, 0.6f, close);
+        if (random.unit() < 0.6f * close)
+            continue;
         for (int row = static_cast<int>(rowOf(z + radius));
              row <= static_cast<int>(rowOf(z - radius)); ++row)
             for (int column = static_cast<int>(columnOf(x - radius));
@@ -311,7 +324,8 @@ void paintPits(Image& image) {
                             dz = (worldZ(static_cast<float>(row) + 0.5f) - z) / radius;
                 Pixel& pixel = image.at(column, row);
                 blend(pixel, pixel.colour * Vec3{0.68f, 0.74f, 0.70f},
-                      depth * (1 - smoothstep(0.35f, 1.0f, std::sqrt(dx * dx + dz * dz))));
+                      depth * (1 - smoothstep(mix(0.35f, 0.60f, close), 1.0f,
+                                              std::sqrt(dx * dx + dz * dz))));
             }
     }
 }
@@ -454,7 +468,7 @@ Image paintFloor() {
     // The floor is never seen less slanting than by half: half as many rows do. Near the eye they
     // are enlarged, and a little sharpened for that.
     Image floor = shrunk(soften(image), 1, 2);
-    const Image sharp = sharpened(floor, 0.3f, 0.4f);
+    const Image sharp = sharpened(floor, 0.45f, 0.55f);
     for (int row = 0; row < floor.height(); ++row) {
         const float near = 1 - smoothstep(12, 22, worldZ(2 * static_cast<float>(row) + 1));
         for (int column = 0; column < floor.width(); ++column)
