@@ -49,7 +49,7 @@ Pixel over(Pixel top, Pixel bottom) {
 
 /// What lies under water: the ground, fading into the blue, and above it a trembling reflection.
 void sink(Image& image, float waterline, float depth, TINT light) {
-    const Vec3 shallow = tinted(rgb(112, 208, 208), light);
+    const Vec3 shallow = tinted(rgb(146, 226, 214), light);
     const Vec3 deep = tinted(sea::kFarSea, light);
     const int first = static_cast<int>(std::ceil(waterline));
     for (int y = first; y < image.height(); ++y)
@@ -71,10 +71,11 @@ void sink(Image& image, float waterline, float depth, TINT light) {
         }
 }
 
-/// Foam where something stands in the water, a little wider than it: a broken line, and above it
-/// the scallops that the last swell has left, each with a bright rim and a thin film inside.
+/// Where something stands in the water, a little wider than it: wet ground, the scallops that the
+/// last swell has left on it, each with a bright rim and a thin film inside, and a line of foam
+/// with long gaps.
 void foam(Image& image, float waterline, float thickness, TINT light) {
-    constexpr int kReach = 7;
+    constexpr int kReach = 7, kSlope = 30;
     const int row = static_cast<int>(waterline) - 1;
     const std::vector<Pixel> foot = [&] {
         std::vector<Pixel> pixels;
@@ -83,6 +84,7 @@ void foam(Image& image, float waterline, float thickness, TINT light) {
         return pixels;
     }();
     const Vec3 white = tinted({0.97f, 0.995f, 1}, light);
+    const Vec3 film = tinted(rgb(226, 244, 238), light);
     for (int x = 0; x < image.width(); ++x) {
         float near = 0;
         for (int a = -kReach; a <= kReach; ++a)
@@ -90,24 +92,36 @@ void foam(Image& image, float waterline, float thickness, TINT light) {
                 near = std::max(near, foot[size_t(x + a)].alpha *
                                           (1 - std::fabs(static_cast<float>(a)) / (kReach + 1)));
         const float u = static_cast<float>(x) / 20;
-        const float swell = 0.8f * fractalNoise({u * 0.5f, 0.5f, 0.5f}, 3, 5);
-        const float broken = smoothstep(-0.35f, 0.35f, fractalNoise({u, 2.5f, 0.5f}, 3, 3));
-        const float half = thickness * (0.6f + 0.8f * broken);
+        const float swell = 1.6f * thickness * fractalNoise({u * 0.4f, 0.5f, 0.5f}, 3, 5);
+        const float broken = smoothstep(-0.12f, 0.30f, fractalNoise({u * 0.7f, 2.5f, 0.5f}, 3, 3));
+        const float half = thickness * (0.5f + 1.1f * broken);
         // Arcs of uneven length that meet in cusps at the water.
-        const float arc = u * 0.34f + 0.9f * gradientNoise({u * 0.45f, 7.5f, 0.5f}, 8);
+        const float arc = u * 0.15f + 0.8f * gradientNoise({u * 0.22f, 7.5f, 0.5f}, 8);
         const float turn = arc - std::floor(arc);
-        const float size = 0.45f + hashUnit(static_cast<int>(std::floor(arc)), 0, 0, 9);
-        const float top =
-            thickness * 4.6f * size * std::sqrt(std::max(0.0f, 4 * turn * (1 - turn)));
-        for (int y = row - 12; y <= row + 8; ++y) {
+        const float size = 0.35f + hashUnit(static_cast<int>(std::floor(arc)), 0, 0, 9);
+        const float top = thickness * (0.6f + 3.6f * size * std::max(0.0f, 4 * turn * (1 - turn)));
+        const float wet =
+            thickness * (10 + 5 * fractalNoise({u * 0.3f, 4.5f, 0.5f}, 2, 6)) + 0.4f * top;
+        // Not the flat point of the beach, which the water washes over.
+        float land = 0;
+        for (int a = -kSlope; a <= kSlope; ++a)
+            land += image.wrapped(x + a, row - 24).alpha / (2 * kSlope + 1);
+        const float ashore = near * land;
+        for (int y = row - 20; y <= row + 8; ++y) {
             const float below = static_cast<float>(y) + 0.5f - waterline - swell;
-            const float off = below / half, rim = (below + top) / (0.75f * thickness);
-            const float line = mix(0.25f, 0.9f, broken) * std::exp(-off * off);
-            const float film = 0.5f * smoothstep(-top - thickness, -top + thickness, below);
-            const float scallop = below > 0 ? 0
-                                            : std::max(film * (0.4f + 0.6f * broken),
-                                                       0.6f * broken * std::exp(-rim * rim));
-            image.at(x, y) = over({white, near * std::max(line, scallop)}, image.at(x, y));
+            const float off = below / half, rim = (below + top) / (0.8f * thickness);
+            Pixel& pixel = image.at(x, y);
+            const float damp =
+                ashore * smoothstep(-wet - 2 * thickness, -wet + 3 * thickness, below);
+            pixel.colour = mix(pixel.colour, pixel.colour * Vec3{0.80f, 0.79f, 0.80f}, damp);
+            const float line = mix(0.15f, 0.95f, broken) * std::exp(-off * off);
+            const float washed = below > 0
+                                     ? 0
+                                     : mix(0.25f, 0.70f, broken) *
+                                           smoothstep(-top - thickness, -top + thickness, below);
+            pixel = over({film, near * washed}, pixel);
+            const float edge = below > 0 ? 0 : mix(0.55f, 0.30f, broken) * std::exp(-rim * rim);
+            pixel = over({white, near * std::max(line, edge)}, pixel);
         }
     }
 }
