@@ -59,8 +59,8 @@ void draw(const Glint& glint, int frame, Image& image) {
                 around((static_cast<float>(x) + 0.5f) * kTileWidth / kColumns - centre_x,
                        kTileWidth) /
                 length;
-            // A lens shape that bends a little, as the flank of a ripple.
-            const float across = z / glint.depth + 0.5f * along * along;
+            // A lens shape: one that bends would end a row lower, as a squiggle.
+            const float across = z / glint.depth;
             const float inside = 1 - along * along - across * across;
             // A texel is as high as the glint: only its light can taper.
             const float taper = 1 - std::fabs(along);
