@@ -14,12 +14,22 @@
 namespace {
 
 constexpr int ending_signals[] = {SIGTERM, SIGINT, SIGHUP};
-// The sounds get most of it for fading; the kernel needs its own time afterwards.
-constexpr long PATIENCE = 65'000'000;  // nanoseconds
+// In milliseconds. The kernel needs its own time afterwards.
+constexpr long PATIENCE_OF_A_HOST = 65;
+// Enough for the next turn of the mixer and for what the device has then.
+constexpr long PATIENCE = 1000;
 
 int wakeup[2] = {-1, -1};
 timer_t backstop;
 volatile std::sig_atomic_t received = 0;
+volatile std::sig_atomic_t somebody_waits = 1;
+
+/// Async-signal-safe.
+void startBackstop() {
+    const long patience = somebody_waits ? PATIENCE_OF_A_HOST : PATIENCE;
+    const itimerspec limit = {{0, 0}, {patience / 1000, patience % 1000 * 1'000'000}};
+    timer_settime(backstop, 0, &limit, nullptr);
+}
 
 /// Async-signal-safe.
 void dieBy(int number) {
@@ -35,8 +45,7 @@ void onSignal(int number) {
     if (received)
         return;
     received = number;
-    const itimerspec limit = {{0, 0}, {0, PATIENCE}};
-    timer_settime(backstop, 0, &limit, nullptr);
+    startBackstop();
     const char byte = 0;
     // Nothing is lost when the pipe is full or closed: the timer runs.
     if (write(wakeup[1], &byte, 1) < 0)
@@ -100,11 +109,12 @@ Ending::Ending(std::function<void()> stop) : stop_drawing(std::move(stop)) {
             handle(number, onSignal);
 }
 
-Ending::~Ending() {
-    // From here on the process is ending anyway.
-    for (const int number : ending_signals)
-        if (!isIgnored(number))
-            std::signal(number, SIG_DFL);
+Ending::~Ending() { nobodyWaits(); }
+
+void Ending::nobodyWaits() {
+    somebody_waits = 0;
+    if (received)
+        startBackstop();
 }
 
 void prepareEnding() {

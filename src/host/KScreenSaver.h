@@ -22,6 +22,9 @@ public:
     void embed(QWidget* widget);
     /// Only for a window of our own.
     void setFullScreen(bool full);
+    /// Takes a window of our own from the screen. Whether nothing of ours is seen any more: a
+    /// host's window is for the host to take away or to cover.
+    bool leaveScreen();
 
 protected:
     void resizeEvent(QResizeEvent* event) override;

@@ -105,12 +105,14 @@ void SoundGate::setDrawing(bool now) {
         release();
 }
 
-void SoundGate::end(int milliseconds) {
+bool SoundGate::silent() const {
+    return fade.closed() || !Mix_QuerySpec(nullptr, nullptr, nullptr);
+}
+
+void SoundGate::waitForSilence(int milliseconds) const {
     using namespace std::chrono;
-    fade.open(false);
     const auto until = steady_clock::now() + std::chrono::milliseconds(milliseconds);
-    while (!fade.closed() && Mix_QuerySpec(nullptr, nullptr, nullptr) &&
-           steady_clock::now() < until)
+    while (!silent() && steady_clock::now() < until)
         std::this_thread::sleep_for(std::chrono::milliseconds(2));
 }
 

@@ -34,8 +34,12 @@ public:
 
     /// Drawing goes on or stops.
     void setDrawing(bool drawing);
-    /// Silence for the rest. Waits until it has been mixed, but no longer than this.
-    void end(int milliseconds);
+    /// Silence for the rest, from the mixer's next turn on.
+    void fadeOut() { fade.open(false); }
+    /// Silence has been mixed, or nothing is mixed at all.
+    bool silent() const;
+    /// Waits for that, but no longer than this.
+    void waitForSilence(int milliseconds) const;
 
 private:
     bool nativeEventFilter(const QByteArray& type, void* message, long* result) override;

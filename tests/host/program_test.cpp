@@ -448,9 +448,12 @@ protected:
     }
     ~Sounds() override { std::filesystem::remove_all(folder); }
 
-    Process startSounding(const std::string& file, const std::vector<std::string>& words) const {
+    /// The mixer's turn comes every so many milliseconds.
+    Process startSounding(const std::string& file, const std::vector<std::string>& words,
+                          int turn = 10) const {
         return start(words, {"STANDIN_SOUNDS=1", "STANDIN_COUNTS=1", "SDL_AUDIODRIVER=disk",
-                             "SDL_DISKAUDIODELAY=10", "SDL_DISKAUDIOFILE=" + folder + "/" + file});
+                             "SDL_DISKAUDIODELAY=" + std::to_string(turn),
+                             "SDL_DISKAUDIOFILE=" + folder + "/" + file});
     }
     /// What was played so far, left and right in turn.
     std::vector<std::int16_t> heard(const std::string& file) const {
@@ -480,6 +483,15 @@ protected:
         return largest;
     }
 
+    void expectFaded(const std::string& file) const {
+        const auto samples = heard(file);
+        EXPECT_LT(largestStep(samples), NO_CLICK);
+        // A layer drops what its device has not played yet.
+        if (!test::sdlIsALayer()) {
+            EXPECT_EQ(samples.back(), 0) << "not faded at the end";
+        }
+    }
+
     static constexpr int NO_CLICK = 2500;  ///< a cut would be a step of 32000
     std::string folder;
 };
@@ -494,12 +506,57 @@ TEST_F(Sounds, AreHeardOnlyWhileSomethingIsDrawn) {
     EXPECT_TRUE(becomes("one", true));
     client->destroy(host);
     EXPECT_EQ(saver.wait().status, 0);
-    const auto samples = heard("one");
-    EXPECT_LT(largestStep(samples), NO_CLICK);
-    // A layer drops what its device has not played yet.
-    if (!test::sdlIsALayer()) {
-        EXPECT_EQ(samples.back(), 0) << "not faded at the end";
+    expectFaded("one");
+}
+
+TEST_F(Sounds, FadeAtASignalInAWindowOfTheirOwn) {
+    for (const int number : {SIGTERM, SIGINT}) {
+        const std::string file = std::to_string(number);
+        Process saver = startSounding(file, {"-demo"});
+        ASSERT_TRUE(becomes(file, true)) << saver.output() << saver.errors();
+        saver.signal(number);
+        EXPECT_EQ(saver.wait().signal, number);
+        EXPECT_EQ(count(saver.output(), "releaseGL current\ncleanup\n"), 1) << saver.output();
+        EXPECT_EQ(client->find(533, 400), 0U);
+        expectFaded(file);
     }
+}
+
+TEST_F(Sounds, FadeAtASignalWhenTheHostHasTakenItsWindowAway) {
+    const xcb_window_t host = client->window(0, 0, 300, 200);
+    Process saver = startSounding("one", {"-window-id", hex(host)});
+    ASSERT_TRUE(becomes("one", true)) << saver.output() << saver.errors();
+    client->destroy(host);
+    ASSERT_FALSE(client->exists(host));
+    saver.signal(SIGTERM);
+    // Whichever of the two it hears of first.
+    const END end = saver.wait();
+    EXPECT_TRUE(end.signal == SIGTERM || end.status == 0) << end.signal << " " << end.status;
+    expectFaded("one");
+}
+
+TEST_F(Sounds, FadeAtASignalWhenTheHostHasPutAnotherWindowThere) {
+    const xcb_window_t host = client->window(50, 50, 300, 200);
+    Process saver = startSounding("one", {"-window-id", hex(host)});
+    ASSERT_TRUE(becomes("one", true)) << saver.output() << saver.errors();
+    ASSERT_TRUE(client->exists(client->window(50, 50, 300, 200)));
+    saver.signal(SIGTERM);
+    EXPECT_EQ(saver.wait().signal, SIGTERM);
+    EXPECT_TRUE(client->exists(host));
+    expectFaded("one");
+}
+
+TEST_F(Sounds, DoNotKeepItAliveWhenTheMixersTurnDoesNotCome) {
+    constexpr int NEVER = 3600 * 1000;
+    const xcb_window_t host = client->window(0, 0, 300, 200);
+    for (const std::vector<std::string>& words :
+         {std::vector<std::string>{"-window-id", hex(host)}, {"-demo"}}) {
+        Process saver = startSounding("one", words, NEVER);
+        ASSERT_TRUE(saver.waitForLine("drawing")) << saver.errors();
+        saver.signal(SIGTERM);
+        EXPECT_EQ(saver.wait().signal, SIGTERM);
+    }
+    EXPECT_TRUE(client->exists(host));
 }
 
 TEST_F(Sounds, OfOneSaverAtATime) {
