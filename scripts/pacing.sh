@@ -8,7 +8,7 @@ cd "$top"
 seconds=${1:-60}
 scripts/deps.sh build display tests
 scripts/configure.sh release -DATOLLIA_TESTS=ON
-cmake --build --preset release --target atollia.kss standin_saver window_start data >/dev/null
+cmake --build --preset release --target atollia.kss standin_saver window_start window_bench data >/dev/null
 
 tmp=$(mktemp -d)
 pids=""
@@ -92,3 +92,7 @@ echo "Processor time of one core, $seconds s each:"
         stop
     done
 }
+echo
+echo "As large as a screen, default settings, the camera at rest, $seconds s each:"
+echo
+SCREEN=1920x1080 scripts/with-display.sh build/release/bench/window_bench "$seconds"

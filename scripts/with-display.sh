@@ -1,10 +1,10 @@
 #!/bin/sh
-# with-display.sh COMMAND...: runs the command on a virtual display of its own, 1280 x 1024, and
-# ends with the command's status. Several may run at once.
+# with-display.sh COMMAND...: runs the command on a virtual display of its own, 1280x1024 or as
+# SCREEN says, and ends with the command's status. Several may run at once.
 set -eu
 folder=$(mktemp -d)
 mkfifo "$folder/display"
-Xvfb -displayfd 3 -screen 0 1280x1024x24 +extension GLX -nolisten tcp -noreset \
+Xvfb -displayfd 3 -screen 0 "${SCREEN:-1280x1024}x24" +extension GLX -nolisten tcp -noreset \
     3>"$folder/display" 2>"$folder/log" &
 server=$!
 trap 'kill $server 2>/dev/null; wait $server 2>/dev/null; rm -rf "$folder"' EXIT
