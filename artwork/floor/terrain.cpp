@@ -42,7 +42,8 @@ float nearness(float x, float z) {
 float rippleStrength(float x, float z) {
     const float near = 1 - smoothstep(20, 33, z);
     const float patch = fractalNoise({x * 0.13f + 5, z * 0.13f, 0.5f}, 2, 516);
-    return near * (0.30f + 0.70f * smoothstep(-0.3f, 0.3f, patch));
+    const float least = mix(0.52f, 0.30f, smoothstep(10, 18, z));
+    return near * mix(least, 1.0f, smoothstep(-0.3f, 0.3f, patch));
 }
 
 /// Relief of the sand, world units, above the smooth floor.
@@ -197,6 +198,7 @@ void paintStone(Image& image, const Ground& ground, const Stone& stone) {
     const float y = ground.height(stone.x, stone.z);
     const float eye_high = kEye.y - y;
     const float reach = stone.radius * 1.5f;
+    const float small = 1 - smoothstep(0.08f, 0.16f, stone.radius);
     // The eye sees the top of the stone against the sand this far behind it.
     const float behind = stone.height * (stone.z - kEye.z) / eye_high + reach;
     const float shadow = stone.height * 1.1f + reach;
@@ -213,7 +215,6 @@ void paintStone(Image& image, const Ground& ground, const Stone& stone) {
             // Its shadow: the stone seen along the sun, softened.
             {
                 // That of a small one falls well aside: all round, it would be a black ring.
-                const float small = 1 - smoothstep(0.08f, 0.16f, stone.radius);
                 const float slide = stone.height * 0.5f + 0.40f * small * stone.radius;
                 const float px = (x - stone.x + sun.x / sun.y * slide) / stone.radius,
                             pz = (z - stone.z + sun.z / sun.y * slide) / stone.radius;
@@ -236,14 +237,15 @@ void paintStone(Image& image, const Ground& ground, const Stone& stone) {
                 normalize(closest + ray * -std::sqrt(std::max(0.0f, 1 - miss * miss)));
             const float lump = fractalNoise(
                 around * 1.5f + Vec3{static_cast<float>(stone.seed % 997), 0, 0}, 3, stone.seed);
-            const float edge = 1 + 0.30f * lump;
+            const float edge = 1 + mix(0.30f, 0.12f, small) * lump;
             const float inside = 1 - smoothstep(edge - 0.12f, edge + 0.02f, miss);
             if (inside <= 0)
                 continue;
             const Vec3 wrinkle{fractalNoise(around * 3.1f + Vec3{7, 0, 0}, 2, stone.seed + 1),
                                fractalNoise(around * 3.1f + Vec3{0, 9, 0}, 2, stone.seed + 2),
                                fractalNoise(around * 3.1f + Vec3{0, 0, 5}, 2, stone.seed + 3)};
-            const Vec3 n = normalize(normalize(around * scale) + wrinkle * 0.55f);
+            const Vec3 n =
+                normalize(normalize(around * scale) + wrinkle * mix(0.55f, 0.25f, small));
             const float light = 0.62f + 0.14f * n.y + 0.72f * std::max(0.0f, dot(n, sun));
             const float foot = smoothstep(-0.25f, 0.45f, around.y);
             const Vec3 c =
@@ -285,7 +287,7 @@ void paintStones(Image& image) {
         if (random.unit() > 0.55f + 0.9f * patch)
             continue;
         stones.push_back({x, z, r, r * random.range(0.3f, 0.6f),
-                          shell ? shells[random.index(3)] * 1.2f : colour() * 0.95f, random.bits(),
+                          shell ? shells[random.index(3)] * 1.08f : colour() * 0.95f, random.bits(),
                           0.4f});
     }
     // A few larger lumps in the open, with their own little heap.

@@ -146,7 +146,7 @@ Image develop(const Grid& gathered) {
             const float around = 0.05f * e + 0.65f * halo[i] + 0.30f * bloom[i];
             const float glow = 0.90f * (1 - std::exp(-0.70f * around));
             const float core =
-                0.7f * smoothstep(0.85f, 1.35f, e) + 0.3f * smoothstep(1.35f, 2.5f, e);
+                0.7f * smoothstep(0.74f, 1.26f, e) + 0.3f * smoothstep(1.35f, 2.5f, e);
             image.at(x, y).colour = mix(between, line, mix(glow, 1.0f, core));
         }
     return image;
