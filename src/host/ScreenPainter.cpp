@@ -27,7 +27,10 @@ ScreenPainter::ScreenPainter(KDEFrame& frame, SCENE_PICTURE picture, std::option
     painted.painter = [this] { paint(); };
 }
 
-ScreenPainter::~ScreenPainter() { painted.painter = nullptr; }
+ScreenPainter::~ScreenPainter() {
+    painted.painter = nullptr;
+    painted.setAutoBufferSwap(true);
+}
 
 void ScreenPainter::begin() {
     if (isSoftwareRenderer(reinterpret_cast<const char*>(glGetString(GL_RENDERER))))
