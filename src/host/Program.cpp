@@ -278,6 +278,8 @@ int main(int argc, char* argv[]) {
     // The driver's vertex buffers, half a mebibyte and more, come and go with every frame. Among
     // smaller things they would leave holes, and memory would grow for hours.
     mallopt(M_MMAP_THRESHOLD, 256 * 1024);
+    // Small ones do, too; given back each time, they would be asked for again eighty times a frame.
+    mallopt(M_TRIM_THRESHOLD, 16 * 1024 * 1024);
     ARGUMENTS arguments = parseArguments(std::vector<std::string>(argv + (argc > 0), argv + argc),
                                          std::getenv("XSCREENSAVER_WINDOW"));
     for (const std::string& line : arguments.complaints)
