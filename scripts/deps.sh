@@ -30,6 +30,7 @@ packages_of() { # GROUP|PACKAGE
     tests)
         echo libgtest-dev libgmock-dev libbenchmark-dev libxcb-xtest0-dev
         echo clang-format git xdotool x11-utils dbus qml
+        echo qml-module-qtquick-controls2 qml-module-qtquick-layouts
         ;;
     hosts)
         echo xscreensaver mate-screensaver xsecurelock

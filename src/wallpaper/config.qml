@@ -37,6 +37,13 @@ ColumnLayout {
 
     function text(key) { return texts.text(key) }
 
+    /// The wheel scrolls the page. The desktop's own style would move sliders with it.
+    function leaveWheelAlone(background) {
+        for (let i = 0; i < background.children.length; ++i)
+            if (background.children[i] instanceof MouseArea)
+                background.children[i].enabled = false
+    }
+
     spacing: 12
 
     ReefTexts { id: texts }
@@ -46,6 +53,12 @@ ColumnLayout {
         source: "qrc:/setup/" + name + ".png"
         Layout.preferredWidth: implicitHeight > 0 ? 66 * implicitWidth / implicitHeight : 120
         Layout.preferredHeight: 66
+    }
+
+    /// Plasma's scroll bar lies over the page.
+    component Box: GroupBox {
+        Layout.fillWidth: true
+        Layout.rightMargin: 20
     }
 
     /// A row of such pictures.
@@ -87,7 +100,6 @@ ColumnLayout {
         Pictures { names: parent.pictures; Layout.alignment: Qt.AlignHCenter }
         RadioButton {
             id: button
-            autoExclusive: false
             checked: page["cfg_" + parent.key] === parent.value
             onClicked: page["cfg_" + parent.key] = parent.value
             Layout.alignment: Qt.AlignHCenter
@@ -102,13 +114,14 @@ ColumnLayout {
         property alias from: slider.from
         property alias to: slider.to
         property alias step: slider.stepSize
-        Label { text: parent.title; Layout.preferredWidth: 180; wrapMode: Text.Wrap }
+        Label { text: parent.title; Layout.preferredWidth: 200; wrapMode: Text.Wrap }
         Slider {
             id: slider
             stepSize: 1
             snapMode: Slider.SnapAlways
             value: page["cfg_" + parent.key]
             onMoved: page["cfg_" + parent.key] = Math.round(value)
+            Component.onCompleted: page.leaveWheelAlone(background)
             Layout.fillWidth: true
             Accessible.name: parent.title
         }
@@ -132,9 +145,9 @@ ColumnLayout {
         }
     }
 
-    GroupBox {
+    Box {
         title: page.text("boid")
-        Layout.fillWidth: true
+        Layout.topMargin: page.spacing
         ColumnLayout {
             anchors.fill: parent
             RowLayout {
@@ -145,9 +158,8 @@ ColumnLayout {
             Number { key: "BoidCount"; title: page.text("boidcount"); from: 0; to: 20; step: 5 }
         }
     }
-    GroupBox {
+    Box {
         title: page.text("fishtype")
-        Layout.fillWidth: true
         ColumnLayout {
             anchors.fill: parent
             GridLayout {
@@ -165,23 +177,22 @@ ColumnLayout {
             Number { key: "FishCount"; title: page.text("fishcount"); from: 0; to: 10 }
         }
     }
-    GroupBox {
+    Box {
         title: page.text("birdtype")
-        Layout.fillWidth: true
-        Switch { picture: "gull"; key: "BirdGull"; title: page.text("gull") }
+        RowLayout {
+            Switch { picture: "gull"; key: "BirdGull"; title: page.text("gull") }
+        }
     }
-    GroupBox {
+    Box {
         title: page.text("skytext")
-        Layout.fillWidth: true
         RowLayout {
             spacing: 12
             Choice { picture: "cloudy"; key: "SkyType"; value: 0; title: page.text("cloudy") }
             Choice { picture: "cloudless"; key: "SkyType"; value: 1; title: page.text("cloudless") }
         }
     }
-    GroupBox {
+    Box {
         title: page.text("daytime")
-        Layout.fillWidth: true
         ColumnLayout {
             RowLayout {
                 spacing: 12
@@ -200,12 +211,12 @@ ColumnLayout {
             }
         }
     }
-    GroupBox {
+    Box {
         title: page.text("cameratext")
-        Layout.fillWidth: true
         ColumnLayout {
             anchors.fill: parent
             ComboBox {
+                wheelEnabled: false
                 model: [page.text("automatic"), page.text("top"), page.text("middle"),
                         page.text("bottom")]
                 currentIndex: page.cfg_CameraPos
@@ -219,9 +230,8 @@ ColumnLayout {
             }
         }
     }
-    GroupBox {
+    Box {
         title: page.text("soundtext")
-        Layout.fillWidth: true
         ColumnLayout {
             anchors.fill: parent
             CheckBox {
@@ -252,9 +262,9 @@ ColumnLayout {
         checked: page.cfg_Proportions === 1
         onToggled: page.cfg_Proportions = checked ? 1 : 0
     }
-    GroupBox {
+    Box {
         title: page.text("pausetext")
-        Layout.fillWidth: true
+        Layout.bottomMargin: page.spacing
         ColumnLayout {
             CheckBox {
                 text: page.text("pause_covered")

@@ -278,6 +278,55 @@ TEST_F(WallpaperTest, EverySettingReachesTheReef) {
     }
 }
 
+/// The wallpaper's page in Plasma's settings, with its defaults.
+class SettingsPage : public WallpaperTest {
+protected:
+    void SetUp() override {
+        QQmlComponent component(&engine, QUrl::fromLocalFile(ATOLLIA_WALLPAPER "config.qml"));
+        QVariantMap values;
+        for (auto setting = settings.begin(); setting != settings.end(); ++setting)
+            values["cfg_" + setting.key()] = setting.value();
+        page.reset(qobject_cast<QQuickItem*>(component.createWithInitialProperties(values)));
+        ASSERT_TRUE(page) << qPrintable(component.errorString());
+    }
+    /// The button of one of several values.
+    QQuickItem* button(const char* key, int value) const {
+        for (QQuickItem* choice : page->findChildren<QQuickItem*>())
+            if (choice->property("key") == key && choice->property("value") == value)
+                for (QQuickItem* child : choice->childItems())
+                    if (child->property("checked").isValid())
+                        return child;
+        return nullptr;
+    }
+
+    std::unique_ptr<QQuickItem> page;
+};
+
+TEST_F(SettingsPage, HasEverySetting) {
+    for (auto setting = settings.begin(); setting != settings.end(); ++setting)
+        EXPECT_EQ(page->property(qPrintable("cfg_" + setting.key())), setting.value())
+            << qPrintable(setting.key());
+}
+
+TEST_F(SettingsPage, OneOfTwoIsChosen) {
+    for (const char* key : {"BoidModel", "SkyType", "DayTime"}) {
+        const std::string property = std::string("cfg_") + key;
+        for (const int wanted : {1, 0, 1}) {
+            QQuickItem* const chosen = button(key, wanted);
+            QQuickItem* const other = button(key, 1 - wanted);
+            ASSERT_TRUE(chosen && other) << key;
+            // What a click does.
+            if (!chosen->property("checked").toBool())
+                QMetaObject::invokeMethod(chosen, "toggle");
+            QMetaObject::invokeMethod(chosen, "clicked");
+            EXPECT_EQ(page->property(property.c_str()), wanted) << key;
+            EXPECT_EQ(chosen->property("checked"), true) << key;
+            EXPECT_EQ(other->property("checked"), false) << key;
+            EXPECT_EQ(chosen->property("autoExclusive"), true) << "drawn as a check box without";
+        }
+    }
+}
+
 }  // namespace
 
 #include "surroundings_test.moc"
