@@ -308,6 +308,16 @@ TEST_F(SettingsPage, HasEverySetting) {
             << qPrintable(setting.key());
 }
 
+TEST_F(SettingsPage, ScrollsWhereItIsGivenLessThanItNeeds) {
+    page->setWidth(700);
+    page->setHeight(page->implicitHeight());
+    EXPECT_GT(page->implicitHeight(), 500);
+    EXPECT_EQ(page->property("interactive"), false);
+    page->setHeight(300);
+    EXPECT_EQ(page->property("interactive"), true);
+    EXPECT_EQ(page->property("contentHeight"), page->implicitHeight());
+}
+
 TEST_F(SettingsPage, OneOfTwoIsChosen) {
     for (const char* key : {"BoidModel", "SkyType", "DayTime"}) {
         const std::string property = std::string("cfg_") + key;
