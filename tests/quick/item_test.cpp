@@ -323,13 +323,21 @@ TEST(ReefItem, GraphicsHardwareDrawsEveryPixelSharply) {
     constexpr char PICTURE[] = "ATOLLIA_TEST_PICTURE";
     if (qEnvironmentVariableIsEmpty(PICTURE)) {
         const QTemporaryDir folder;
+        // The software renderer keeps the name that it is given, which a leak sanitizer would
+        // report: a byte of a strdup of its own.
+        QFile driver(folder.filePath("driver.supp"));
+        ASSERT_TRUE(driver.open(QIODevice::WriteOnly) && driver.write("leak:swrast_dri.so\n"));
+        driver.close();
+        const std::string forgiven =
+            "LSAN_OPTIONS=print_suppressions=0:suppressions=" + driver.fileName().toStdString();
         const auto picture = [&](const char* renderer, const char* name) {
             test::Process again(
                 {QCoreApplication::applicationFilePath().toStdString(),
                  "--gtest_filter=ReefItem.GraphicsHardware*"},
-                {renderer, std::string(PICTURE) + "=" + folder.filePath(name).toStdString()});
+                {renderer, std::string(PICTURE) + "=" + folder.filePath(name).toStdString(),
+                 forgiven});
             const test::END end = again.wait(300000);
-            EXPECT_EQ(end.status, 0) << again.output();
+            EXPECT_EQ(end.status, 0) << again.output() << again.errors();
             return QImage(folder.filePath(name));
         };
         const QImage hard = picture(PRETENDED, "hard.png");
