@@ -1,6 +1,6 @@
 #!/bin/sh
-# Plasma's desktop with the wallpaper on a screen of its own for each of two monitors, and what it
-# costs while a window covers it.
+# Plasma's desktop with the wallpaper on a screen of its own for each of two monitors: which of them
+# move while windows cover them, and what it costs then.
 . "$(dirname "$0")/common.sh"
 need plasmashell plasma-workspace
 need kwin_x11 kwin-x11
@@ -62,6 +62,7 @@ desktops().forEach(function(desktop) {
 });
 SCRIPT
 cat >"$tmp/session" <<'SESSION'
+echo "$DBUS_SESSION_BUS_ADDRESS" >"$1/bus"
 kwin_x11 >"$1/kwin.log" 2>&1 &
 plasmashell >"$1/log" 2>&1 &
 echo $! >"$1/shell"
@@ -89,34 +90,90 @@ used_in_ten_seconds() {
     echo $(($(ticks) - before))
 }
 seen=$(used_in_ten_seconds)
-# Each monitor gets a window that fills it.
+
+# A window on each monitor. What state they are in, 2 normal, 3 minimised, 4 maximised, 5 full
+# screen, stands in a file.
 cat >"$tmp/cover.qml" <<'QML'
 import QtQuick 2.15
 import QtQuick.Window 2.15
 Item {
+    id: covers
+    property string told: "2 2"
+    property var states: told.split(" ")
     component Cover: Window {
-        id: cover
-        width: 400; height: 300; y: 50; color: "red"; visible: true
-        property Timer timer: Timer {
-            interval: 500; running: true; onTriggered: cover.showFullScreen()
+        property int number
+        width: 300; height: 200; y: 50; color: "red"; visible: true
+        visibility: parseInt(covers.states[number])
+    }
+    Cover { x: 100; number: 0 }
+    Cover { x: 740; number: 1 }
+    Timer {
+        interval: 200; running: true; repeat: true
+        onTriggered: {
+            const file = new XMLHttpRequest()
+            file.onload = () => covers.told = file.responseText.trim()
+            file.open("GET", "file://" + Qt.application.arguments[Qt.application.arguments.length - 1])
+            file.send()
         }
     }
-    Cover { x: 100 }
-    Cover { x: 740 }
 }
 QML
-/usr/lib/qt5/bin/qml "$tmp/cover.qml" >/dev/null 2>&1 &
+windows() { # STATE STATE
+    echo "$1 $2" >"$tmp/states.new"
+    mv "$tmp/states.new" "$tmp/states"
+}
+windows 2 2
+QT_LOGGING_RULES="*=false" /usr/lib/qt5/bin/qml "$tmp/cover.qml" -- "$tmp/states" >/dev/null 2>&1 &
 cover=$!
 stop_cover() { kill $cover; }
 at_end="stop_cover stop_shell"
 red() {
-    for x in 100 740; do
+    for x in 120 760; do
         import -silent -window root -crop "1x1+$x+100" +repage -depth 8 txt: | grep -q "#FF0000" ||
             return 1
     done
 }
 until_true "the windows do not come" red
-sleep 5
+
+# What the shell draws for a monitor, whether windows cover it or not: kwin keeps it.
+desktop_at() { # X
+    xwininfo -root -tree | awk -v place="640x480+0+0  +$1+0" \
+        '/"Desktop @/ && index($0, place) { print $1; exit }'
+}
+left=$(desktop_at 0)
+right=$(desktop_at 640)
+[ -n "$left" ] && [ -n "$right" ] || fail "no window for every desktop"
+two_pictures() { # WINDOW SECONDS
+    import -silent -window "$1" "$tmp/one.png" && sleep "$2" &&
+        import -silent -window "$1" "$tmp/other.png"
+}
+moves() { two_pictures "$1" 0.5 && ! cmp -s "$tmp/one.png" "$tmp/other.png"; }
+stands() { two_pictures "$1" 2 && cmp -s "$tmp/one.png" "$tmp/other.png"; }
+expect() { # WHAT LEFT RIGHT
+    until_true "$1: the left one does not do what it should: $2" "$2" "$left"
+    until_true "$1: the right one does not do what it should: $3" "$3" "$right"
+    echo "$1: the left one $2, the right one $3"
+}
+show_desktop() { # and back
+    DBUS_SESSION_BUS_ADDRESS=$(cat "$tmp/bus") as_person dbus-send --session --print-reply \
+        --dest=org.kde.kglobalaccel /component/kwin \
+        org.kde.kglobalaccel.Component.invokeShortcut "string:Show Desktop" >/dev/null
+}
+expect "small windows" moves moves
+windows 4 2
+expect "maximised on the left" stands moves
+windows 2 2
+expect "restored" moves moves
+windows 2 5
+expect "full screen on the right" moves stands
+show_desktop
+expect "the desktop is shown" moves moves
+show_desktop
+expect "and hidden" moves stands
+windows 4 3
+expect "maximised and minimised" stands moves
+windows 5 5
+expect "both full screen" stands stands
 covered=$(used_in_ten_seconds)
 echo "processor time in ten seconds: seen $seen, covered $covered hundredths of a second"
 [ "$covered" -lt $((seen / 5)) ] || fail "it draws on while windows cover it"
