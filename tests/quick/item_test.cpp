@@ -9,6 +9,7 @@
 #include <QTemporaryDir>
 #include <cmath>
 #include <ctime>
+#include <memory>
 #include <vector>
 
 #ifdef __SANITIZE_ADDRESS__
@@ -424,15 +425,16 @@ TEST(ReefItem, WindowsComeAndGo) {
 }
 
 TEST(ReefItem, GoesOnWhenTheGraphicsAreLostAndFoundAgain) {
+    // Qt's render loop of two threads makes a QOffscreenSurface on this one with every context, and
+    // forgets that of the context before; some of what it lets go of its graphics with, too.
+    auto of_the_toolkit = std::make_unique<ForgivenLeaks>();
     Page page(FILLING);
     page.window().setPersistentSceneGraph(false);
     page.window().setPersistentOpenGLContext(false);
     ASSERT_TRUE(waitForScene(page));
     page.window().hide();
-    {
-        const ForgivenLeaks of_the_toolkit;  // what it lets go of its graphics with
-        page.window().releaseResources();
-    }
+    page.window().releaseResources();
+    of_the_toolkit.reset();
     page.window().show();
     ASSERT_TRUE(page.waitFrames(4));
     EXPECT_GT(test::colours(page.picture()), 1000);
