@@ -6,6 +6,7 @@
 #include <cmath>
 #include <cstdint>
 
+#include "TwoPictures.h"
 #include "system/Bitmap.h"
 
 namespace {
@@ -23,10 +24,12 @@ constexpr double GRAIN = 0.001;
 /// How much smaller than the others the second glints on the path are.
 constexpr float FINER = 1.6f;
 
-/// The path slants and narrows towards the eye; nothing of its picture lies outside of these, in
-/// parts of its width.
-constexpr float PATH_FAR_LEFT = 0.18f, PATH_FAR_RIGHT = 0.405f;
-constexpr float PATH_NEAR_LEFT = 0.385f, PATH_NEAR_RIGHT = 0.525f;
+/// The path slants and narrows towards the eye, and ends before its picture does; nothing of it
+/// lies outside of these, in parts of the picture's width at its far and its near edge, and of its
+/// depth.
+constexpr float PATH_FAR_LEFT = 0.115f, PATH_FAR_RIGHT = 0.43f;
+constexpr float PATH_NEAR_LEFT = 0.46f, PATH_NEAR_RIGHT = 0.505f;
+constexpr float PATH_END = 0.9f;
 
 constexpr int FULL_CONTRAST = 32;  // steps
 
@@ -100,11 +103,36 @@ void HoursOfDay::addScenery(TexturedQuad& quad, const std::string& evening,
                             const std::string& night) {
     SCENERY& scenery = sceneries.emplace_back();
     scenery.quad = &quad;
-    loadPicture(scenery.evening, evening);
-    loadPicture(scenery.night, night);
-    const TEXTURE_ROWS shown = shownRows(evening.c_str());
+    const TEXTURE_ROWS shown = loadScenery(scenery.evening, evening);
+    loadScenery(scenery.night, night);
+    scenery.single = quad;
     if (!shown.empty())
-        scenery.rows = shown;
+        scenery.single.setRows(static_cast<float>(shown.first), static_cast<float>(shown.last));
+    scenery.both = scenery.single;
+    scenery.both.addTexture(&scenery.evening);
+}
+
+TEXTURE_ROWS HoursOfDay::loadScenery(Texture& texture, const std::string& file) {
+    SDL_Surface* const image = readBitmap(SDL_RWFromFile(file.c_str(), "rb"));
+    if (!image) {
+        loadPicture(texture, file);  // says so
+        return {};
+    }
+    const TEXTURE_ROWS shown = shownRows(*image);
+    SDL_Surface loaded = *image;
+    const int half = image->h / 2;
+    const int last = static_cast<int>(std::lround(shown.last * image->h));
+    const int first = std::min(half, static_cast<int>(std::lround(shown.first * image->h)));
+    // Its first row and its last one are empty. As textures repeat, one of them will do.
+    if (!shown.empty() && image->h % 2 == 0 && last - first - 1 <= half) {
+        loaded.pixels = static_cast<std::uint8_t*>(image->pixels) + first * image->pitch;
+        loaded.h = half;
+        texture.setTileFactor_Y(2);
+        texture.setOffset(0, -static_cast<float>(first) / static_cast<float>(half));
+    }
+    texture.load(loaded, file.c_str(), PICTURE);
+    SDL_FreeSurface(image);
+    return shown;
 }
 
 void HoursOfDay::addCaustics(Texture& frame, const std::string& file) {
@@ -162,6 +190,7 @@ void HoursOfDay::apply() {
             glints->setTaperedPart(PATH_FAR_LEFT, PATH_FAR_RIGHT, PATH_NEAR_LEFT, PATH_NEAR_RIGHT);
         else
             glints->setPart(0, 1);
+        glints->setRows(0, showsPath() ? PATH_END : 1);
         setColour(*glints, now.sparkle);
         glints->setAlpha(now.glints * std::fabs(1 - 2 * now.path));
     }
@@ -195,21 +224,22 @@ void HoursOfDay::colourFog() const {
     glFogfv(GL_FOG_COLOR, fog);
 }
 
-void HoursOfDay::renderSky(const GLVector3& eye) {
-    if (!on || now.evening <= 0)
-        return;
+void HoursOfDay::prepareEvening(const GLVector3& eye) {
     band.setPosition(eye.x, eye.y, -eye.z);
     band.sky = now.glow;
     band.sea = relative(now.sea, lightAt(EVENING_PICTURE).sea);
     band.mist = now.mist;
+    band.change = now.night > 0 ? nightComes() : eveningComes();
+}
+
+void HoursOfDay::renderSky(const GLVector3& eye) {
+    if (!on || now.evening <= 0)
+        return;
+    prepareEvening(eye);
     if (now.night <= 0) {
-        band.change = eveningComes();
         renderBand(sky_evening, ROWS_AFTER, false);
-        if (now.evening < 1)
-            renderBand(sky_evening, ROWS_SHARED, true);
         return;
     }
-    band.change = nightComes();
     if (now.night < 1) {
         renderBand(sky_evening, twilight.multiTexturing ? ROWS_BEFORE : ALL_ROWS, false);
         if (twilight.multiTexturing) {
@@ -226,6 +256,13 @@ void HoursOfDay::renderSky(const GLVector3& eye) {
     if (now.night < 1 && !twilight.multiTexturing)
         renderBand(sky_night, ROWS_SHARED, true);
     renderBand(sky_night, ROWS_AFTER, false);
+}
+
+void HoursOfDay::renderSkyOverNoon(const GLVector3& eye) {
+    if (!on || now.evening <= 0 || now.evening >= 1)
+        return;
+    prepareEvening(eye);
+    renderBand(sky_evening, ROWS_SHARED, true);
 }
 
 void HoursOfDay::renderBand(Texture& picture, SKY_ROWS rows, bool blending) {
@@ -255,28 +292,35 @@ void HoursOfDay::renderScenery(TexturedQuad& quad) {
         quad.render();
         return;
     }
-    const struct {
-        Texture* picture;
-        TINT tint;
-        float share;
-        float covered;  // by those that follow
-    } layers[] = {
-        {quad.textures[0], now.above, 1, std::max(now.evening, now.night)},
-        {&found->evening, now.glow, now.evening, now.night},
-        {&found->night, WHITE, now.night, 0},
-    };
-    // Two of these cost no more than the whole of one.
-    quad.setRows(static_cast<float>(found->rows.first), static_cast<float>(found->rows.last));
-    for (const auto& layer : layers) {
-        if (layer.share <= 0 || layer.covered >= 1)
-            continue;
-        quad.setTexture(layer.picture, 0);
-        setColour(quad, layer.tint);
-        quad.setAlpha(layer.share);
-        quad.render();
+    const LAYER noon{quad.textures[0], now.above, 1};
+    const LAYER evening{&found->evening, now.glow, now.evening};
+    const LAYER night{&found->night, WHITE, now.night};
+    // The night's comes over the whole of the evening's.
+    if (now.night <= 0)
+        renderLayers(*found, noon, evening);
+    else
+        renderLayers(*found, evening, night);
+}
+
+void HoursOfDay::renderLayers(SCENERY& scenery, const LAYER& under, const LAYER& over) {
+    if (over.share > 0 && over.share < 1 && scenery.both.multiTexturing) {
+        TexturedQuad& both = scenery.both;
+        both.setTexture(under.picture, 0);
+        both.setTexture(over.picture, 1);
+        both.preRender();
+        const TINT colour = coverByShare(under.tint, over.tint, over.share);
+        glColor4f(colour.r, colour.g, colour.b, 1);
+        both.renderMesh();
+        both.postRender();
+        return;
     }
-    quad.setRows(0, 1);
-    quad.setTexture(layers[0].picture, 0);
-    setColour(quad, WHITE);
-    quad.setAlpha(1);
+    for (const LAYER* layer : {&under, &over}) {
+        if (layer->share <= 0 || (layer == &under && over.share >= 1))
+            continue;
+        TexturedQuad& single = scenery.single;
+        single.setTexture(layer->picture, 0);
+        setColour(single, layer->tint);
+        single.setAlpha(layer->share);
+        single.render();
+    }
 }

@@ -44,26 +44,35 @@ public:
     bool update(const LOCAL_TIME& clock, int latitude, unsigned elapsed, bool unseen);
     const DAY_LIGHT& light() const { return now; }
 
-    /// Whether something of the noon's sky is to be seen; it must be drawn before the hour's.
+    /// Whether something of the noon's sky is to be seen; it must be drawn after what hides it and
+    /// before what is blended over it.
     bool showsNoonSky() const { return !on || now.evening < 1; }
     /// Whether the glints are on the path of light only.
     bool showsPath() const { return on && now.path >= 0.5f; }
     /// Degrees above the horizon from which on nothing of the noon's sky is to be seen.
     float noonSkyEnds() const;
     void colourFog() const;
-    /// Draws the hour's sky round the eye.
+    /// Draws the hour's sky round the eye, where it hides noon's.
     void renderSky(const GLVector3& eye);
+    /// The same where noon's is seen through it.
+    void renderSkyOverNoon(const GLVector3& eye);
     /// Draws the glints, and those of another moment between them on a path of light.
     void renderGlints(TexturedQuad& quad, Texture& other_frame);
-    /// Draws a quad that was added as scenery, with two of its pictures over each other where both
+    /// Draws a quad that was added as scenery, with two of its pictures in each other where both
     /// show, or any other quad as it is.
     void renderScenery(TexturedQuad& quad);
 
 private:
+    /// Copies of a quad, without the empty rows of its pictures, are drawn for it.
     struct SCENERY {
-        TexturedQuad* quad;
+        const TexturedQuad* quad;
+        TexturedQuad single, both;  ///< with one picture, with two
         Texture evening, night;
-        TEXTURE_ROWS rows{0, 1};  ///< that show something
+    };
+    struct LAYER {
+        Texture* picture;
+        TINT tint;
+        float share;
     };
     struct FRAME {
         Texture* texture;
@@ -72,9 +81,14 @@ private:
     };
 
     void loadPicture(Texture& texture, const std::string& file);
+    /// The rows of the picture that show something. Where these are no more than half of it, only
+    /// that half is loaded.
+    TEXTURE_ROWS loadScenery(Texture& texture, const std::string& file);
     void apply();
     SKY_CHANGE eveningComes() const;
     SKY_CHANGE nightComes() const;
+    void renderLayers(SCENERY& scenery, const LAYER& under, const LAYER& over);
+    void prepareEvening(const GLVector3& eye);
     void renderBand(Texture& picture, SKY_ROWS rows, bool blending);
     /// Gives frames the contrast of the light: all of them, or the next one that has another.
     void setContrast(bool all);

@@ -337,8 +337,6 @@ bool CMarivistaScreensaver::initScene() {
     if (draw_in_rows) {
         fader_covers = opaqueRows(dataFile("gwfader.nlt").c_str());
         sparkle_shows = shownRows(dataFile("blendmap.nlt").c_str());
-        if (extras.daytime)
-            path_shows = shownRows(dataFile("hours/path.nlt").c_str());
     }
 
     const GLVector3 leader = vegetarian1.getPositionVector();
@@ -961,17 +959,21 @@ void CMarivistaScreensaver::renderNoonSky() {
 
 void CMarivistaScreensaver::renderSky() {
     if (!draw_in_rows) {
+        hours.renderSky(camera.vEye);
         if (hours.showsNoonSky())
             renderNoonSky();
-        hours.renderSky(camera.vEye);
+        hours.renderSkyOverNoon(camera.vEye);
         return;
     }
     const double noon_ends = rowsBelow(sight(), hours.noonSkyEnds(), resolution_y);
     for (const ROWS& rows : rowsOfSky(sight(), terrain, gwfader, fader_covers, resolution_y)) {
-        if (hours.showsNoonSky() && rows.low < noon_ends)
-            draw_in_rows(rows.low, std::min(rows.high, noon_ends), [this] { renderNoonSky(); });
         if (hours.isOn())
             draw_in_rows(rows.low, rows.high, [this] { hours.renderSky(camera.vEye); });
+        if (hours.showsNoonSky() && rows.low < noon_ends)
+            draw_in_rows(rows.low, std::min(rows.high, noon_ends), [this] {
+                renderNoonSky();
+                hours.renderSkyOverNoon(camera.vEye);
+            });
     }
 }
 
@@ -981,12 +983,12 @@ void CMarivistaScreensaver::renderSparkle() {
         if (!hours.showsPath())
             renderBeyond(highlight, HIGHLIGHT_WIDTH);
     };
-    if (!draw_in_rows) {
+    // The path is drawn without its empty rows anyway.
+    if (!draw_in_rows || hours.showsPath()) {
         draw();
         return;
     }
-    const TEXTURE_ROWS& shown = hours.showsPath() ? path_shows : sparkle_shows;
-    const ROWS rows = rowsOf(sight(), highlight, shown, resolution_y);
+    const ROWS rows = rowsOf(sight(), highlight, sparkle_shows, resolution_y);
     draw_in_rows(rows.low, rows.high, draw);
 }
 

@@ -211,7 +211,7 @@ private:
 
     SceneClock clock;
     std::string missing;
-    TEXTURE_ROWS fader_covers, sparkle_shows, path_shows;
+    TEXTURE_ROWS fader_covers, sparkle_shows;
     bool wide = false;     ///< the picture shows more to the sides than the design's
     bool unseen = false;   ///< the time until the next tick is seen by nobody
     bool drawn = false;    ///< the last tick has become a picture

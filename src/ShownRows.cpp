@@ -24,22 +24,28 @@ struct ALPHAS {
 };
 
 /// Of every row, from the top; none when the file has no alpha.
-std::vector<ALPHAS> alphasOf(const char* file) {
-    SDL_Surface* const image = readBitmap(SDL_RWFromFile(file, "rb"));
+std::vector<ALPHAS> alphasOf(const SDL_Surface& image) {
     std::vector<ALPHAS> rows;
-    if (image && image->format->BytesPerPixel == 4)
-        for (int y = 0; y < image->h; ++y) {
-            const auto* const pixels = static_cast<const unsigned char*>(image->pixels) +
-                                       static_cast<size_t>(y) * image->pitch;
+    if (image.format->BytesPerPixel == 4)
+        for (int y = 0; y < image.h; ++y) {
+            const auto* const pixels = static_cast<const unsigned char*>(image.pixels) +
+                                       static_cast<size_t>(y) * image.pitch;
             ALPHAS row{255, 0};
-            for (int x = 0; x < image->w; ++x) {
+            for (int x = 0; x < image.w; ++x) {
                 row.least = std::min(row.least, pixels[4 * x + 3]);
                 row.most = std::max(row.most, pixels[4 * x + 3]);
             }
             rows.push_back(row);
         }
-    if (image)
-        SDL_FreeSurface(image);
+    return rows;
+}
+
+std::vector<ALPHAS> alphasOf(const char* file) {
+    SDL_Surface* const image = readBitmap(SDL_RWFromFile(file, "rb"));
+    if (!image)
+        return {};
+    std::vector<ALPHAS> rows = alphasOf(*image);
+    SDL_FreeSurface(image);
     return rows;
 }
 
@@ -91,9 +97,10 @@ bool Sight::spans(double left, double right, double y, double z) const {
     return isAhead(y, z) && column(left, y, z) < 0 && column(right, y, z) > 1;
 }
 
+namespace {
+
 // A filtered texel reaches to the middles of its neighbours.
-TEXTURE_ROWS shownRows(const char* file) {
-    const std::vector<ALPHAS> rows = alphasOf(file);
+TEXTURE_ROWS shownRows(const std::vector<ALPHAS>& rows) {
     const auto shown = [](const ALPHAS& row) { return row.most > 0; };
     const auto first = std::find_if(rows.begin(), rows.end(), shown);
     const auto last = std::find_if(rows.rbegin(), rows.rend(), shown).base();
@@ -104,6 +111,11 @@ TEXTURE_ROWS shownRows(const char* file) {
     return {static_cast<double>(first - rows.begin() - 1) / count,
             static_cast<double>(last - rows.begin() + 1) / count};
 }
+
+}  // namespace
+
+TEXTURE_ROWS shownRows(const char* file) { return shownRows(alphasOf(file)); }
+TEXTURE_ROWS shownRows(const SDL_Surface& image) { return shownRows(alphasOf(image)); }
 
 TEXTURE_ROWS opaqueRows(const char* file) {
     const std::vector<ALPHAS> rows = alphasOf(file);

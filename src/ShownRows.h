@@ -8,6 +8,7 @@
 
 class TexturedQuad;
 class WaterGround;
+struct SDL_Surface;
 
 /// From 0 at the bottom of the picture to 1 at its top.
 struct ROWS {
@@ -51,6 +52,7 @@ struct TEXTURE_ROWS {
 /// Between the first and the last row of a bitmap file that are not wholly transparent: what a
 /// filtered texture of it shows lies there. A file that cannot be read, or has no alpha, has none.
 TEXTURE_ROWS shownRows(const char* file);
+TEXTURE_ROWS shownRows(const SDL_Surface& image);
 /// The same of the first unbroken run of rows that are wholly opaque when filtered.
 TEXTURE_ROWS opaqueRows(const char* file);
 

@@ -10,6 +10,8 @@
 #include <functional>
 #include <iterator>
 
+#include "TwoPictures.h"
+
 namespace {
 
 constexpr float HALF_TURN = 3.1415927f;  // radians
@@ -84,23 +86,6 @@ void strip(SkyBand& band, const float (&elevations)[2], const PAINT (&paints)[2]
         glTexEnvi(GL_TEXTURE_ENV, GL_TEXTURE_ENV_MODE, GL_MODULATE);
 }
 
-/// Makes the second unit cover the first's colour by the share that comes with the vertices.
-void blendPictures() {
-    multitexturing.active_texture(GL_TEXTURE1_ARB);
-    const struct {
-        GLenum name;
-        int value;
-    } settings[] = {
-        {GL_TEXTURE_ENV_MODE, GL_COMBINE},  {GL_COMBINE_RGB, GL_INTERPOLATE},
-        {GL_SOURCE0_RGB, GL_TEXTURE},       {GL_OPERAND0_RGB, GL_SRC_COLOR},
-        {GL_SOURCE1_RGB, GL_PREVIOUS},      {GL_OPERAND1_RGB, GL_SRC_COLOR},
-        {GL_SOURCE2_RGB, GL_PRIMARY_COLOR}, {GL_OPERAND2_RGB, GL_SRC_ALPHA},
-    };
-    for (const auto& setting : settings)
-        glTexEnvi(GL_TEXTURE_ENV, setting.name, setting.value);
-    multitexturing.active_texture(GL_TEXTURE0_ARB);
-}
-
 }  // namespace
 
 float SKY_CHANGE::upper() const { return HIGHEST + belt - come * (HIGHEST - LOWEST + belt); }
@@ -124,7 +109,7 @@ void SkyBand::preRender() {
 
 void SkyBand::renderMesh() {
     if (multiTexturing)
-        blendPictures();
+        coverByVertices();
     if (mist > 0)
         glEnable(GL_COLOR_SUM);
     float steps[] = {

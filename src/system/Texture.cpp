@@ -43,7 +43,13 @@ bool Texture::loadBMP(SDL_RWops* source, const char* name, TEXTURE_FLAG flags) {
         std::printf("Texture::loadBMP SDL_LoadBMP %s failed\n", name);
         return false;
     }
+    load(*image, name, flags);
+    SDL_FreeSurface(image);
+    return true;
+}
 
+void Texture::load(const SDL_Surface& image, const char* name, TEXTURE_FLAG flags) {
+    cleanup();
     glGenTextures(1, &id);
     glBindTexture(GL_TEXTURE_2D, id);
     // t keeps repeating whatever the flags say.
@@ -51,17 +57,15 @@ bool Texture::loadBMP(SDL_RWops* source, const char* name, TEXTURE_FLAG flags) {
     setFilterQuality(flags);
 
     const bool mipmaps = flags & QUALITY_MIPMAP;
-    const int depth = image->format->BytesPerPixel;
+    const int depth = image.format->BytesPerPixel;
     has_image = depth == 3 || depth == 4;
     if (depth == 3)
-        upload(*image, GL_RGB, GL_BGR, mipmaps);
+        upload(image, GL_RGB, GL_BGR, mipmaps);
     else if (depth == 4)
-        upload(*image, GL_RGBA, GL_BGRA, mipmaps);
+        upload(image, GL_RGBA, GL_BGRA, mipmaps);
     else
         std::printf("Texture::loadBMP %s has %d bytes per pixel, not 3 or 4\n", name, depth);
-    SDL_FreeSurface(image);
     loaded = true;
-    return true;
 }
 
 void Texture::setFilterQuality(TEXTURE_FLAG flags) {

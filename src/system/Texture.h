@@ -5,6 +5,7 @@
 #include <GL/glext.h>
 
 struct SDL_RWops;
+struct SDL_Surface;
 
 /// How a texture is loaded; combined with |.
 enum TEXTURE_FLAG : int {
@@ -56,6 +57,8 @@ public:
     /// The same from an open source (null: could not be opened), which is closed; `name` is for the
     /// message only.
     bool loadBMP(SDL_RWops* source, const char* name, TEXTURE_FLAG flags);
+    /// The same from a bitmap that has been read.
+    void load(const SDL_Surface& image, const char* name, TEXTURE_FLAG flags);
     void cleanup();
     GLuint getID() const { return id; }
 

@@ -6,7 +6,9 @@
 #include <cmath>
 #include <map>
 
+#include "Globals.h"
 #include "scene_fixture.h"
+#include "system/Bitmap.h"
 
 namespace {
 
@@ -99,16 +101,133 @@ TEST_F(HoursTest, NightColoursWhatIsThere) {
     EXPECT_FALSE(test::isEnabled(GL_FOG));
 }
 
+/// The part of both that a second unit is told to show of its own picture.
+std::array<double, 4> cover() {
+    const std::vector<test::GL_CALL> calls = test::callsOf("glTexEnvfv");
+    std::array<double, 4> result{};
+    if (!calls.empty())
+        std::copy(calls[0].args.begin() + 2, calls[0].args.end(), result.begin());
+    return result;
+}
+
 TEST_F(HoursTest, AtDuskBothPicturesShow) {
-    makeAt(16.5);
+    makeAt(16.75);
     build();
     picture();
     EXPECT_FALSE(colours(scene().tex_sky.id).empty());
     const auto island = colours(scene().tex_island.id);
-    ASSERT_EQ(island.size(), 1u);
-    EXPECT_EQ(island[0][3], 1) << "noon's picture lies whole under the evening's";
-    EXPECT_EQ(scene().island.textures[0], &scene().tex_island) << "put back";
+    ASSERT_EQ(island.size(), 1u) << "in one pass";
+    const DAY_LIGHT light = lightAt(16.75);
+    ASSERT_NEAR(light.evening, 0.3125, 1e-4);
+    EXPECT_EQ(island[0][3], 1);
+    EXPECT_EQ(test::count("glTexEnvfv"), 2) << "island and rock";
+    const auto second = cover();
+    EXPECT_NEAR(second[3], light.evening, 1e-6);
+    const float above[] = {light.above.r, light.above.g, light.above.b};
+    const float glow[] = {light.glow.r, light.glow.g, light.glow.b};
+    for (size_t c = 0; c < 3; ++c) {
+        EXPECT_NEAR(second[c], light.evening * glow[c], 1e-6) << "the evening's share";
+        EXPECT_NEAR(island[0][c] * (1 - second[c]), (1 - light.evening) * above[c], 1e-6)
+            << "noon's";
+        EXPECT_LE(island[0][c], 1);
+    }
+    EXPECT_EQ(scene().island.textures, std::vector<Texture*>{&scene().tex_island}) << "untouched";
     EXPECT_EQ(scene().island.rendercolor.a, 1);
+}
+
+TEST_F(HoursTest, OnePictureOfTheIslandNeedsNoSecondUnit) {
+    for (const double hour : {12.0, 17.5, 23.0}) {
+        makeAt(hour);
+        build();
+        picture();
+        EXPECT_EQ(test::count("glTexEnvfv"), 0) << hour;
+    }
+}
+
+TEST_F(HoursTest, WithoutMultitexturingTheIslandsPicturesAreDrawnOverEachOther) {
+    const bool available = multitexturing.available;
+    multitexturing.available = false;
+    makeAt(16.75);
+    build();
+    update(10);
+    test::clear();
+    scene().hours.renderScenery(scene().island);
+    multitexturing.available = available;
+    EXPECT_EQ(test::count("glTexEnvfv"), 0);
+    std::map<int, std::pair<GLuint, float>> draws;
+    for (const test::GL_VERTEX& vertex : test::vertices())
+        draws[vertex.begin] = {vertex.texture[0], vertex.color[3]};
+    ASSERT_EQ(draws.size(), 2u);
+    const auto under = draws.begin()->second, over = std::next(draws.begin())->second;
+    EXPECT_EQ(under.first, scene().tex_island.id);
+    EXPECT_EQ(under.second, 1) << "noon's picture lies whole under the evening's";
+    EXPECT_NE(over.first, scene().tex_island.id);
+    EXPECT_NEAR(over.second, lightAt(16.75).evening, 1e-6);
+}
+
+TEST_F(HoursTest, OfThePicturesOfTheIslandOnlyTheHalfThatShowsIsLoaded) {
+    makeAt(19.7);
+    build();
+    // Width and height of the last four uploads: island and rock, each in evening and night.
+    std::vector<std::array<double, 2>> sizes;
+    for (const test::GL_CALL& call : test::callsOf("glTexImage2D"))
+        sizes.push_back({call.args[3], call.args[4]});
+    ASSERT_GE(sizes.size(), 4u);
+    sizes.erase(sizes.begin(), sizes.end() - 4);
+    using Size = std::array<double, 2>;
+    EXPECT_THAT(sizes, testing::ElementsAre(Size{1024, 512}, Size{512, 256}, Size{256, 512},
+                                            Size{128, 256}))
+        << "the rock is higher than half of its pictures";
+    update(10);
+    test::clear();
+    scene().hours.renderScenery(scene().island);
+    ASSERT_EQ(test::vertices().size(), 4u);
+    for (const test::GL_VERTEX& vertex : test::vertices()) {
+        EXPECT_NE(vertex.texture[0], 0u);
+        EXPECT_NE(vertex.texture[1], 0u);
+        EXPECT_NEAR(vertex.v[0], vertex.y > 0 ? 0 : 1, 0.005) << "all of the evening's half";
+        EXPECT_NEAR(vertex.v[1], vertex.v[0], 0.005) << "and the same of the night's";
+    }
+}
+
+TEST_F(HoursTest, NothingOfThePathIsOutsideOfThePieceThatIsDrawn) {
+    makeAt(18);
+    build();
+    picture();
+    SDL_Surface* const image = readBitmap(SDL_RWFromFile(dataFile("hours/path.nlt").c_str(), "rb"));
+    ASSERT_TRUE(image);
+    // At both ends of the piece: row, left and right side.
+    std::map<float, std::pair<float, float>> ends;
+    for (const test::GL_VERTEX& vertex : test::vertices())
+        if (vertex.texture[0] == scene().highlight.textures[0]->id) {
+            auto& end = ends.try_emplace(vertex.v[0], vertex.u[0], vertex.u[0]).first->second;
+            end = {std::min(end.first, vertex.u[0]), std::max(end.second, vertex.u[0])};
+        }
+    ASSERT_EQ(ends.size(), 2u);
+    const auto [top, upper] = *ends.begin();
+    const auto [bottom, lower] = *ends.rbegin();
+    EXPECT_EQ(top, 0);
+    int shown = 0;
+    for (int y = 0; y < image->h; ++y)
+        for (int x = 0; x < image->w; ++x) {
+            if (static_cast<unsigned char*>(image->pixels)[y * image->pitch + 4 * x + 3] == 0)
+                continue;
+            ++shown;
+            // As far as a filtered texel reaches.
+            const auto h = static_cast<float>(image->h), w = static_cast<float>(image->w);
+            EXPECT_LE(static_cast<float>(y) + 1.5f, bottom * h) << x << ", " << y;
+            for (const float row : {static_cast<float>(y) - 0.5f, static_cast<float>(y) + 1.5f}) {
+                const float t = std::max(0.0f, row / h) / bottom;
+                EXPECT_GE(static_cast<float>(x) - 0.5f,
+                          (upper.first + t * (lower.first - upper.first)) * w)
+                    << x << ", " << y;
+                EXPECT_LE(static_cast<float>(x) + 1.5f,
+                          (upper.second + t * (lower.second - upper.second)) * w)
+                    << x << ", " << y;
+            }
+        }
+    EXPECT_GT(shown, 1000);
+    SDL_FreeSurface(image);
 }
 
 TEST_F(HoursTest, EveryHeightOfTheSkyIsDrawnOnceAndBlendedInANarrowBelt) {
@@ -118,6 +237,8 @@ TEST_F(HoursTest, EveryHeightOfTheSkyIsDrawnOnceAndBlendedInANarrowBelt) {
         update(10);
         test::clear();
         scene().hours.renderSky(scene().camera.vEye);
+        EXPECT_EQ(test::count("glBlendFunc"), 0) << "what hides noon's comes before it";
+        scene().hours.renderSkyOverNoon(scene().camera.vEye);
         std::map<int, std::array<float, 2>> strips;  // from, to
         std::map<int, bool> shared;
         for (const test::GL_VERTEX& vertex : test::vertices()) {
@@ -157,9 +278,9 @@ TEST_F(HoursTest, TwoPicturesOfTheIslandAreDrawnWithoutTheirEmptyRows) {
             ++corners;
         }
     EXPECT_EQ(corners, 4);
-    EXPECT_LE(all[1] - all[0], 30);
+    EXPECT_LT(all[1] - all[0], 16);
     EXPECT_GT(all[1] - all[0], 1);
-    EXPECT_EQ(scene().island.part_top, 0) << "put back";
+    EXPECT_EQ(scene().island.part_top, 0) << "untouched";
     EXPECT_EQ(scene().island.part_bottom, 1);
 }
 
@@ -184,7 +305,7 @@ TEST_F(HoursTest, GlintsOnThePathAreDrawnNoWiderThanIt) {
     EXPECT_THAT(widths(), testing::ElementsAre(50, 50));
     setHour(18);
     scene().skipUnseenTime();
-    EXPECT_THAT(widths(), testing::ElementsAre(testing::Lt(12), testing::Lt(8)));
+    EXPECT_THAT(widths(), testing::ElementsAre(testing::Lt(16), testing::Lt(5)));
     setHour(12);
     scene().skipUnseenTime();
     EXPECT_THAT(widths(), testing::ElementsAre(50, 50));

@@ -407,6 +407,10 @@ void GLAPIENTRY glTexEnvf(GLenum target, GLenum name, GLfloat value) {
     note("glTexEnvf", {double(target), double(name), value});
 }
 
+void GLAPIENTRY glTexEnvfv(GLenum target, GLenum name, const GLfloat* values) {
+    note("glTexEnvfv", {double(target), double(name), values[0], values[1], values[2], values[3]});
+}
+
 void GLAPIENTRY glTexImage2D(GLenum target, GLint level, GLint internal, GLsizei width,
                              GLsizei height, GLint border, GLenum format, GLenum type,
                              const void* pixels) {
