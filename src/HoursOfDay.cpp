@@ -132,6 +132,8 @@ TEXTURE_ROWS HoursOfDay::loadScenery(Texture& texture, const std::string& file) 
     }
     texture.load(loaded, file.c_str(), PICTURE);
     SDL_FreeSurface(image);
+    if (!texture.has_image && missing.empty())
+        missing = file;
     return shown;
 }
 
