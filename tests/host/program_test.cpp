@@ -460,7 +460,8 @@ protected:
         std::ifstream in(folder + "/" + file, std::ios::binary);
         const std::string bytes((std::istreambuf_iterator<char>(in)), {});
         std::vector<std::int16_t> samples(bytes.size() / 2);
-        std::memcpy(samples.data(), bytes.data(), samples.size() * 2);
+        if (!samples.empty())
+            std::memcpy(samples.data(), bytes.data(), samples.size() * 2);
         return samples;
     }
     /// Waits until the last tenth of a second was loud all through, or silent.
