@@ -36,7 +36,17 @@ export LIBGL_ALWAYS_SOFTWARE=1 LP_NUM_THREADS=0 XDG_CONFIG_HOME="$tmp" SDL_AUDIO
 unset XSCREENSAVER_WINDOW
 # The renderer is let go before the search for leaks, which could not name it then: it stays loaded.
 renderer=$(find /usr/lib -name swrast_dri.so | head -n 1)
-LD_PRELOAD=$renderer valgrind --leak-check=full --show-leak-kinds=definite \
+cat >"$tmp/padding.supp" <<'SUPP'
+{
+    libxcb-padding
+    Memcheck:Param
+    writev(vector[...])
+    fun:__writev
+    fun:writev
+    obj:*/libxcb.so.*
+}
+SUPP
+LD_PRELOAD=$renderer valgrind --suppressions="$tmp/padding.supp" --leak-check=full --show-leak-kinds=definite \
     --errors-for-leak-kinds=definite --num-callers=40 --log-file="$tmp/log" \
     build/release/atollia.kss -window-id "$window" >"$tmp/said" 2>&1 &
 saver=$!
