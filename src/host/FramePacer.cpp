@@ -19,6 +19,7 @@
 
 #include "framework/KDEFrame.h"
 #include "host/Renderer.h"
+#include "host/Viewable.h"
 
 namespace {
 
@@ -41,14 +42,6 @@ bool monitorSleeps(xcb_connection_t* connection) {
     const Owned<xcb_dpms_info_reply_t> info(
         xcb_dpms_info_reply(connection, xcb_dpms_info(connection), nullptr), std::free);
     return info && info->state && info->power_level != XCB_DPMS_DPMS_MODE_ON;
-}
-
-bool isViewable(xcb_connection_t* connection, WId window) {
-    const Owned<xcb_get_window_attributes_reply_t> attributes(
-        xcb_get_window_attributes_reply(connection, xcb_get_window_attributes(connection, window),
-                                        nullptr),
-        std::free);
-    return attributes && attributes->map_state == XCB_MAP_STATE_VIEWABLE;
 }
 
 }  // namespace
@@ -87,14 +80,20 @@ bool FramePacer::eventFilter(QObject* watched, QEvent* event) {
     return event->type() == QEvent::Paint && !readyToPaint();
 }
 
+bool FramePacer::windowIsViewable() const {
+    return isViewable(QX11Info::connection(), static_cast<std::uint32_t>(paced.internalWinId()));
+}
+
 bool FramePacer::readyToPaint() {
-    if (!isViewable(QX11Info::connection(), paced.internalWinId()))
+    // Where the frame does not touch its window there is no need to wait for the server, which is
+    // at work on the last picture.
+    if (paced.autoBufferSwap() && !windowIsViewable())
         return false;
     if (!paced.initdone) {
         // Left to itself the toolkit paints right after the loading, in which the window may go.
         QResizeEvent loading(paced.size(), QSize());
         QCoreApplication::sendEvent(&paced, &loading);
-        if (!paced.initdone || !isViewable(QX11Info::connection(), paced.internalWinId()))
+        if (!paced.initdone || !windowIsViewable())
             return false;
     }
     if (!paced.windowHandle()->isExposed())
@@ -159,7 +158,7 @@ bool FramePacer::mayDraw() {
 
 void FramePacer::askServer() {
     xcb_connection_t* connection = QX11Info::connection();
-    state.viewable = isViewable(connection, paced.internalWinId());
+    state.viewable = windowIsViewable();
     state.asleep = monitorSleeps(connection);
     if (started)
         followRefreshRate();

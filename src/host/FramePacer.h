@@ -61,6 +61,7 @@ private:
     bool mayDraw();
     /// Whether the window is there to be painted; loads the scene first if that is still to do.
     bool readyToPaint();
+    bool windowIsViewable() const;
     void start();
     void followSize();
     void followRefreshRate();

@@ -13,6 +13,8 @@
 #include <memory>
 #include <optional>
 
+#include "host/Viewable.h"
+
 namespace {
 
 constexpr Qt::WindowFlags host_flags = Qt::FramelessWindowHint | Qt::BypassWindowManagerHint |
@@ -44,16 +46,6 @@ Owned<xcb_query_tree_reply_t> treeOf(WId window) {
             std::free};
 }
 
-bool isViewable(WId window) {
-    xcb_connection_t* connection = QX11Info::connection();
-    const Owned<xcb_get_window_attributes_reply_t> reply(
-        xcb_get_window_attributes_reply(connection, xcb_get_window_attributes(connection, window),
-                                        nullptr),
-        std::free);
-    return reply && reply->map_state == XCB_MAP_STATE_VIEWABLE &&
-           reply->_class == XCB_WINDOW_CLASS_INPUT_OUTPUT;
-}
-
 /// Whether another window of the same parent lies over all of this one. The server's own news of
 /// visibility does not come where a compositor is running.
 bool isCovered(WId window) {
@@ -68,7 +60,7 @@ bool isCovered(WId window) {
     // From the bottom to the top.
     return itself != end && std::any_of(itself + 1, end, [&](xcb_window_t above) {
                const auto cover = placeOf(above);
-               return cover && cover->contains(*place) && isViewable(above);
+               return cover && cover->contains(*place) && isViewable(QX11Info::connection(), above);
            });
 }
 

@@ -8,6 +8,7 @@
 
 #include "framework/KDEFrame.h"
 #include "host/Renderer.h"
+#include "host/Viewable.h"
 
 namespace {
 
@@ -32,9 +33,13 @@ ScreenPainter::~ScreenPainter() {
     painted.setAutoBufferSwap(true);
 }
 
+std::uint32_t ScreenPainter::window() const {
+    return static_cast<std::uint32_t>(painted.internalWinId());
+}
+
 void ScreenPainter::begin() {
     if (isSoftwareRenderer(reinterpret_cast<const char*>(glGetString(GL_RENDERER))))
-        server.emplace(QX11Info::connection(), static_cast<std::uint32_t>(painted.internalWinId()));
+        server.emplace(QX11Info::connection(), window());
     else
         scene.sharpen();
 }
@@ -45,17 +50,18 @@ void ScreenPainter::paint() {
     const double start = now();
     bool rearranged = false;
     if (start >= static_cast<double>(next_question)) {
-        auto found = monitorsUnder(QX11Info::connection(),
-                                   static_cast<std::uint32_t>(painted.internalWinId()));
+        auto found = monitorsUnder(QX11Info::connection(), window());
         rearranged = found != monitors;
         monitors = std::move(found);
         next_question = static_cast<std::int64_t>(start) + QUESTION_PERIOD;
     }
     const double fraction = wanted_fraction.value_or(scale.fraction());
-    server_ready = fraction < 1 && server && server->begin();
+    by_server = fraction < 1 && server && server->possible();
     // Behind the server's pictures stands what was swapped last, as large as it was then.
     const bool behind = !painted.autoBufferSwap();
-    if (rearranged || (behind && !server_ready && painted.size() != buffer_size)) {
+    if (behind && !by_server && !isViewable(QX11Info::connection(), window()))
+        return;  // the renderer would crash drawing into a window that has gone
+    if (rearranged || (behind && !by_server && painted.size() != buffer_size)) {
         glClear(GL_COLOR_BUFFER_BIT);
         painted.swapBuffers();
         buffer_size = painted.size();
@@ -76,7 +82,7 @@ void ScreenPainter::paint() {
 void ScreenPainter::paintArea(double fraction, const AREA& area) {
     const int text = scene.text_height();
     const auto show = [&](int width, int height) {
-        return server_ready && server->show(width, height, area, text);
+        return by_server && (shown || server->begin()) && server->show(width, height, area, text);
     };
     bool done = false;
     drawing.draw(fraction, scene.draw,
@@ -92,11 +98,11 @@ void ScreenPainter::paintArea(double fraction, const AREA& area) {
         });
 }
 
-void ScreenPainter::setShownByServer(bool by_server) {
-    if (painted.autoBufferSwap() != by_server)
+void ScreenPainter::setShownByServer(bool is) {
+    if (painted.autoBufferSwap() != is)
         return;
-    painted.setAutoBufferSwap(!by_server);
-    if (by_server)
+    painted.setAutoBufferSwap(!is);
+    if (is)
         buffer_size = painted.size();
 }
 

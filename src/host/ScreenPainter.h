@@ -39,11 +39,12 @@ public:
     ScreenPainter& operator=(const ScreenPainter&) = delete;
 
 private:
+    std::uint32_t window() const;
     void begin();
     void paint();
     void paintMonitors(double fraction);
     void paintArea(double fraction, const AREA& area);
-    void setShownByServer(bool by_server);
+    void setShownByServer(bool is);
 
     KDEFrame& painted;
     SCENE_PICTURE scene;
@@ -52,8 +53,8 @@ private:
     AdaptiveScale scale;
     ScaledDrawing drawing;
     std::optional<ServerScaling> server;  ///< for software renderers
-    bool server_ready = false;            ///< for this frame
-    bool shown = false;                   ///< the server has something of this frame
+    bool by_server = false;               ///< this frame is the server's to show
+    bool shown = false;                   ///< the server has something of it
     QSize buffer_size;  ///< that the renderer's own buffers have, while the server shows all
     std::vector<AREA> monitors;      ///< under the window, if several
     std::int64_t next_question = 0;  ///< when to look for monitors again, milliseconds

@@ -99,11 +99,15 @@ ServerScaling::~ServerScaling() {
     xcb_flush(connection_);
 }
 
-bool ServerScaling::begin() {
+bool ServerScaling::possible() {
     if (!std::exchange(asked_, true))
         possible_ = has(connection_, xcb_render_id) && sharesFiles(connection_) && findFormat() &&
                     provide(PIXEL);
-    if (!possible_)
+    return possible_;
+}
+
+bool ServerScaling::begin() {
+    if (!possible())
         return false;
     // An answer to anything at all means that the server has read the last frame.
     const auto answer =

@@ -20,9 +20,11 @@ public:
     ServerScaling(const ServerScaling&) = delete;
     ServerScaling& operator=(const ServerScaling&) = delete;
 
-    /// To be called before whatever is shown of a frame; waits until the server is done with the
-    /// frame before. False where server or window cannot: without the extensions, on another
-    /// machine, and where a pixel is not 8 bits each of blue, green, red and nothing.
+    /// Whether server and window can; not without the extensions, on another machine, and where a
+    /// pixel is not 8 bits each of blue, green, red and nothing. Asks the server once.
+    bool possible();
+    /// To be called before what is first shown of a frame, and late: waits until the server is done
+    /// with the frame before. False when nothing can be shown.
     bool begin();
     /// Shows the lower left `width` x `height` pixels of the frame buffer bound for reading,
     /// enlarged, in an area of the window, without the area's uppermost `omitted` rows. False when
