@@ -59,7 +59,7 @@ void ScreenPainter::paint() {
     by_server = fraction < 1 && server && server->possible();
     // Behind the server's pictures stands what was swapped last, as large as it was then.
     const bool behind = !painted.autoBufferSwap();
-    if (behind && !by_server && !isViewable(QX11Info::connection(), window()))
+    if (behind && (rearranged || !by_server) && !isViewable(QX11Info::connection(), window()))
         return;  // the renderer would crash drawing into a window that has gone
     if (rearranged || (behind && !by_server && painted.size() != buffer_size)) {
         glClear(GL_COLOR_BUFFER_BIT);
