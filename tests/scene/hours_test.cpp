@@ -145,7 +145,7 @@ TEST_F(HoursTest, OnePictureOfTheIslandNeedsNoSecondUnit) {
 }
 
 TEST_F(HoursTest, WithoutMultitexturingTheIslandsPicturesAreDrawnOverEachOther) {
-    const bool available = multitexturing.available;
+    const bool available = Texture::initMultiTexturing();
     multitexturing.available = false;
     makeAt(16.75);
     build();
