@@ -128,7 +128,7 @@ as_person() {
     elif unshare --user --map-user=65534 true 2>/dev/null; then
         unshare --user --map-user=65534 "$@"
     else
-        chown 65534 "$tmp" "$tmp/home"
+        chown 65534 "$tmp" "$tmp/home" "${XDG_RUNTIME_DIR:-$tmp}"
         setpriv --reuid=65534 --regid=65534 --clear-groups --inh-caps=+dac_override \
             --ambient-caps=+dac_override "$@"
     fi
