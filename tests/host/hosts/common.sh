@@ -35,7 +35,9 @@ finish() {
     rm -rf "$tmp"
     exit $status
 }
-trap finish EXIT INT TERM
+trap finish EXIT
+trap 'exit 130' INT
+trap 'exit 143' TERM
 
 need Xvfb xvfb
 need import imagemagick
