@@ -24,6 +24,17 @@ need() { # COMMAND PACKAGE
     command -v "$1" >/dev/null || skip "the package $2 is not installed"
 }
 
+# What a desktop has started may still be writing its caches when its session has ended. Waits for
+# that, but no longer than ten seconds; a folder that is left does not make a test fail.
+remove_folder() {
+    tries=0
+    until rm -rf "$tmp" 2>/dev/null; do
+        tries=$((tries + 1))
+        [ $tries -lt 100 ] || break
+        sleep 0.1
+    done
+}
+
 at_end=""
 finish() {
     status=$?
@@ -32,7 +43,7 @@ finish() {
         $action || true
     done
     [ -z "${xvfb:-}" ] || kill "$xvfb" 2>/dev/null || true
-    rm -rf "$tmp"
+    remove_folder
     exit $status
 }
 trap finish EXIT
