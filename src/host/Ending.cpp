@@ -16,19 +16,27 @@ namespace {
 constexpr int ending_signals[] = {SIGTERM, SIGINT, SIGHUP};
 // In milliseconds. The kernel needs its own time afterwards.
 constexpr long PATIENCE_OF_A_HOST = 65;
-// Enough for the next turn of the mixer and for what the device has then.
+// Enough for the next turn of the mixer.
+constexpr long PATIENCE_FOR_SOUNDS = 500;
+// And for what the device has then.
 constexpr long PATIENCE = 1000;
 
 int wakeup[2] = {-1, -1};
 timer_t backstop;
 volatile std::sig_atomic_t received = 0;
-volatile std::sig_atomic_t somebody_waits = 1;
+volatile std::sig_atomic_t patience = PATIENCE_OF_A_HOST;
 
 /// Async-signal-safe.
 void startBackstop() {
-    const long patience = somebody_waits ? PATIENCE_OF_A_HOST : PATIENCE;
-    const itimerspec limit = {{0, 0}, {patience / 1000, patience % 1000 * 1'000'000}};
-    timer_settime(backstop, 0, &limit, nullptr);
+    const long limit = patience;
+    const itimerspec timer = {{0, 0}, {limit / 1000, limit % 1000 * 1'000'000}};
+    timer_settime(backstop, 0, &timer, nullptr);
+}
+
+void beMorePatient(long milliseconds) {
+    patience = static_cast<std::sig_atomic_t>(milliseconds);
+    if (received)
+        startBackstop();
 }
 
 /// Async-signal-safe.
@@ -111,11 +119,9 @@ Ending::Ending(std::function<void()> stop) : stop_drawing(std::move(stop)) {
 
 Ending::~Ending() { nobodyWaits(); }
 
-void Ending::nobodyWaits() {
-    somebody_waits = 0;
-    if (received)
-        startBackstop();
-}
+void Ending::soundsFade() { beMorePatient(PATIENCE_FOR_SOUNDS); }
+
+void Ending::nobodyWaits() { beMorePatient(PATIENCE); }
 
 void prepareEnding() {
     qInstallMessageHandler(onMessage);

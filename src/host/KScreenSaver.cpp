@@ -8,60 +8,24 @@
 #include <QTimer>
 #include <QWindow>
 #include <QX11Info>
-#include <algorithm>
 #include <cstdlib>
 #include <memory>
 #include <optional>
-
-#include "host/Viewable.h"
 
 namespace {
 
 constexpr Qt::WindowFlags host_flags = Qt::FramelessWindowHint | Qt::BypassWindowManagerHint |
                                        Qt::WindowTransparentForInput | Qt::WindowDoesNotAcceptFocus;
 
-template <class REPLY>
-using Owned = std::unique_ptr<REPLY, void (*)(void*)>;
-
-/// In its parent's coordinates.
-std::optional<QRect> placeOf(WId window) {
+/// In its own coordinates; empty when there is no such window.
+std::optional<QRect> geometryOf(WId window) {
     xcb_connection_t* connection = QX11Info::connection();
-    const Owned<xcb_get_geometry_reply_t> reply(
+    const std::unique_ptr<xcb_get_geometry_reply_t, void (*)(void*)> reply(
         xcb_get_geometry_reply(connection, xcb_get_geometry(connection, window), nullptr),
         std::free);
     if (!reply)
         return {};
-    return QRect(reply->x, reply->y, reply->width, reply->height);
-}
-
-/// In its own.
-std::optional<QRect> geometryOf(WId window) {
-    const auto place = placeOf(window);
-    return place ? QRect({0, 0}, place->size()) : place;
-}
-
-Owned<xcb_query_tree_reply_t> treeOf(WId window) {
-    xcb_connection_t* connection = QX11Info::connection();
-    return {xcb_query_tree_reply(connection, xcb_query_tree(connection, window), nullptr),
-            std::free};
-}
-
-/// Whether another window of the same parent lies over all of this one. The server's own news of
-/// visibility does not come where a compositor is running.
-bool isCovered(WId window) {
-    const auto place = placeOf(window);
-    const auto tree = treeOf(window);
-    const auto siblings = tree ? treeOf(tree->parent) : treeOf(XCB_NONE);
-    if (!place || !siblings)
-        return false;
-    const xcb_window_t* const begin = xcb_query_tree_children(siblings.get());
-    const xcb_window_t* const end = begin + xcb_query_tree_children_length(siblings.get());
-    const xcb_window_t* const itself = std::find(begin, end, window);
-    // From the bottom to the top.
-    return itself != end && std::any_of(itself + 1, end, [&](xcb_window_t above) {
-               const auto cover = placeOf(above);
-               return cover && cover->contains(*place) && isViewable(QX11Info::connection(), above);
-           });
+    return QRect(0, 0, reply->width, reply->height);
 }
 
 /// The area of the screen whose root window this is; empty for any other window.
@@ -199,12 +163,11 @@ void KScreenSaver::setFullScreen(bool full) {
         });
 }
 
-bool KScreenSaver::leaveScreen() {
+void KScreenSaver::leaveScreen() {
     if (host)
-        return !geometryOf(host) || isCovered(host);
+        return;
     hide();
     xcb_flush(QX11Info::connection());
-    return true;
 }
 
 bool KScreenSaver::nativeEventFilter(const QByteArray& type, void* message, long*) {

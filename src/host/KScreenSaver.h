@@ -22,9 +22,8 @@ public:
     void embed(QWidget* widget);
     /// Only for a window of our own.
     void setFullScreen(bool full);
-    /// Takes a window of our own from the screen. Whether nothing of ours is seen any more: a
-    /// host's window is for the host to take away or to cover.
-    bool leaveScreen();
+    /// Takes a window of our own from the screen; a host's is for the host to take away.
+    void leaveScreen();
 
 protected:
     void resizeEvent(QResizeEvent* event) override;

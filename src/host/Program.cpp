@@ -31,8 +31,6 @@ namespace {
 
 /// How long to wait until the sounds have faded, milliseconds: the mixer's turn comes every 185.
 constexpr int FADE = 250;
-/// How long a host that has sent a signal may take to show that it does not wait for us.
-constexpr int HOST_LEAVES = 45;
 
 int fail(const std::string& reason) {
     std::fprintf(stderr, "atollia.kss: %s\n", reason.c_str());
@@ -195,23 +193,6 @@ bool canDraw(KDEFrame& frame) {
     return frame.isValid() && glGetString(GL_RENDERER);
 }
 
-/// Some hosts (MATE, Xfce, KDE 3) wait for our end with the screen locked. There sounds break off:
-/// behind the mixer's next turn stand up to 370 ms that the device has already, and that is too
-/// long a wait. Others (XScreenSaver, xsecurelock) take their window away at once, and then there
-/// is time.
-void endSounds(SoundGate& sounds, KScreenSaver& saver) {
-    sounds.fadeOut();
-    for (int waited = 0; !saver.leaveScreen(); waited += 5) {
-        if (waited >= HOST_LEAVES || sounds.silent())
-            return;
-        sounds.waitForSilence(5);
-    }
-    if (sounds.silent())
-        return;
-    Ending::nobodyWaits();
-    sounds.waitForSilence(FADE);
-}
-
 int runSetup(const ARGUMENTS& arguments) {
     const std::unique_ptr<QDialog> dialog(createSetup(arguments.language));
     dialog->exec();
@@ -257,8 +238,14 @@ int runSaver(QApplication& application, const ARGUMENTS& arguments) {
          [&] { skipUnseenTime(*saver); }, [&](bool drawing) { sounds.setDrawing(drawing); }});
     const Ending ending([&] {
         saver->setUpdatesEnabled(false);
-        endSounds(sounds, *saver);
-        frame.releaseScene();
+        saver->leaveScreen();
+        if (sounds.silent()) {
+            frame.releaseScene();
+            return;
+        }
+        // The scene would close the device, and wait until all is played.
+        Ending::soundsFade();
+        sounds.leaveToDevice();
     });
     if (demo)
         showDemo(*saver, arguments);

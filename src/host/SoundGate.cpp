@@ -2,6 +2,7 @@
 
 #include <SDL_mixer.h>
 #include <dlfcn.h>
+#include <fcntl.h>
 #include <unistd.h>
 
 #include <QCoreApplication>
@@ -10,6 +11,8 @@
 #include <chrono>
 #include <cstdlib>
 #include <cstring>
+#include <ctime>
+#include <functional>
 #include <memory>
 #include <string>
 #include <thread>
@@ -19,6 +22,11 @@ namespace {
 
 constexpr int FADE_MS = 60;
 constexpr int SLICE = 64;  // sample frames of the same loudness
+// The mixer's turn comes every 185 milliseconds, and a device may take as long for what was mixed.
+constexpr int DELIVERY_MS = 400;
+// What a sound server needs at the most to fetch what was mixed.
+constexpr int FETCH_MS = 10;
+constexpr long PLAY_MS = 600;  // enough for two turns
 
 template <class REPLY>
 using Owned = std::unique_ptr<REPLY, void (*)(void*)>;
@@ -41,6 +49,35 @@ bool watchEnd(xcb_connection_t* connection, xcb_window_t window) {
     return !error;
 }
 
+/// Waits until something holds; false when it does not so many milliseconds later.
+bool waitUntil(const std::function<bool()>& holds, int milliseconds) {
+    using namespace std::chrono;
+    const auto until = steady_clock::now() + std::chrono::milliseconds(milliseconds);
+    while (!holds()) {
+        if (steady_clock::now() >= until)
+            return false;
+        std::this_thread::sleep_for(std::chrono::milliseconds(2));
+    }
+    return true;
+}
+
+std::string driverName() {
+    char name[32] = "";
+    return SDL_AudioDriverName(name, sizeof name) ? name : "";
+}
+
+/// The life of the process that holds the device. Host and display must not notice it: it has
+/// neither the connection nor the standard streams, which some hosts read to their end.
+[[noreturn]] void holdDevice(int display) {
+    close(display);
+    const int nothing = open("/dev/null", O_RDWR);
+    for (const int stream : {STDIN_FILENO, STDOUT_FILENO, STDERR_FILENO})
+        dup2(nothing, stream);
+    const std::timespec rest = {0, PLAY_MS * 1'000'000};
+    nanosleep(&rest, nullptr);
+    _exit(0);
+}
+
 /// Takes a message of the sound library: file, line, function, error, text.
 void ignoreMessage(const char*, int, const char*, int, const char*, ...) {}
 
@@ -54,6 +91,7 @@ void Fade::apply(std::uint8_t* stream, int bytes) {
     const int frame = channels * (format & 0xff) / 8;  // bytes
     const int length = rate * FADE_MS / 1000;          // of the fade, frames
     const bool opening = target;
+    gone = !opening && level == 0;
     if (opening && level >= length)
         return;
     const std::vector<std::uint8_t> loud(stream, stream + bytes);
@@ -106,14 +144,23 @@ void SoundGate::setDrawing(bool now) {
 }
 
 bool SoundGate::silent() const {
-    return fade.closed() || !Mix_QuerySpec(nullptr, nullptr, nullptr);
+    return fade.closed() || !Mix_QuerySpec(nullptr, nullptr, nullptr) || driverName() == "dummy";
 }
 
 void SoundGate::waitForSilence(int milliseconds) const {
-    using namespace std::chrono;
-    const auto until = steady_clock::now() + std::chrono::milliseconds(milliseconds);
-    while (!silent() && steady_clock::now() < until)
-        std::this_thread::sleep_for(std::chrono::milliseconds(2));
+    waitUntil([this] { return silent(); }, milliseconds);
+}
+
+void SoundGate::leaveToDevice() {
+    fadeOut();
+    // Servers are handed what was mixed when they have room for it, cards take it while they play.
+    const bool served = driverName().compare(0, 5, "pulse") == 0;
+    if (!waitUntil([&] { return served ? fade.closed() : fade.delivered(); }, DELIVERY_MS))
+        return;
+    if (served)
+        std::this_thread::sleep_for(std::chrono::milliseconds(FETCH_MS));
+    if (fork() == 0)
+        holdDevice(xcb_get_file_descriptor(connection));
 }
 
 void SoundGate::claim() {

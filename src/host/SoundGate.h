@@ -13,12 +13,15 @@ public:
     void open(bool wanted) { target = wanted; }
     /// Nothing is let through any more.
     bool closed() const { return !target && level == 0; }
+    /// What was let through last has left the mixer: its next turn has come.
+    bool delivered() const { return gone; }
     /// Lets through what the mixer has mixed, on the mixer's thread.
     void apply(std::uint8_t* stream, int bytes);
 
 private:
     std::atomic<bool> target{false};
     std::atomic<int> level{0};  ///< in sample frames of the fade that have passed
+    std::atomic<bool> gone{false};
 };
 
 /// Decides when this process is heard: while it draws, and while no other saver of this person on
@@ -36,10 +39,15 @@ public:
     void setDrawing(bool drawing);
     /// Silence for the rest, from the mixer's next turn on.
     void fadeOut() { fade.open(false); }
-    /// Silence has been mixed, or nothing is mixed at all.
+    /// Nobody hears us: silence has been mixed, or no device plays.
     bool silent() const;
     /// Waits for that, but no longer than this.
     void waitForSilence(int milliseconds) const;
+    /// Fades, and leaves the rest to the device, which has up to 370 milliseconds of sound that is
+    /// still to be heard: a process of its own, without a display, holds the device open for it and
+    /// ends. This one may end at once afterwards, but must not close the device. Returns when the
+    /// device has taken the fade, after 400 milliseconds at the latest.
+    void leaveToDevice();
 
 private:
     bool nativeEventFilter(const QByteArray& type, void* message, long* result) override;

@@ -85,11 +85,12 @@ public:
     bool resetEvents() override { return true; }
 
 private:
-    /// As loud as can be, for ever, where STANDIN_SOUNDS is in the environment.
+    /// As loud as can be, for ever, where STANDIN_SOUNDS is in the environment; with the real
+    /// scene's device.
     void makeSound() {
         static std::int16_t wave[4096];
         std::fill(std::begin(wave), std::end(wave), 32000);
-        if (!std::getenv("STANDIN_SOUNDS") || Mix_OpenAudio(22050, AUDIO_S16LSB, 2, 256) != 0)
+        if (!std::getenv("STANDIN_SOUNDS") || Mix_OpenAudio(22050, AUDIO_S16LSB, 2, 4096) != 0)
             return;
         static Mix_Chunk chunk = {};
         chunk.abuf = reinterpret_cast<Uint8*>(wave);

@@ -47,8 +47,7 @@ command_host -activate
 until_true "no lagoon on the screen" lagoon_at 640x480+0+0
 before_the_end
 command_host -deactivate
-# It does not wait: the screen is free, and sounds may fade for a second.
-expect_gone 2000
+expect_gone
 ! grep -q "crashed" "$tmp/log" || fail "XScreenSaver saw a crash"
 command_host -exit || true
 until_true "XScreenSaver does not end" sh -c "! kill -0 $host"
