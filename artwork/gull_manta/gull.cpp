@@ -45,17 +45,20 @@ constexpr int kFeathers = 13;  // along the trailing edge of one wing
 constexpr float kChordsTop[] = {0, 0.08f, 0.30f, 0.70f, 1};
 constexpr float kChordsBottom[] = {0, 0.12f, 0.60f, 1};
 
-// The sheet: strips over its whole width, and the tail.
+// The sheet: strips over its whole width, and the tail. From afar one pixel is as high as several
+// texels, and at an outline its middle may lie outside: so body and tail, white both, lie together,
+// away from the black of the wing tips.
 struct Strip {
     float s0, s1, t0, t1;
 };
-constexpr Strip kBodyStrip{0, 1, 0, 0.34f}, kWingTop{0, 1, 0.34f, 0.62f},
-    kWingBottom{0, 1, 0.62f, 0.82f}, kTailStrip{0, 0.5f, 0.82f, 1};
+constexpr Strip kTailStrip{0, 0.5f, 0, 0.16f}, kBodyStrip{0, 1, 0.16f, 0.48f},
+    kWingTop{0, 1, 0.52f, 0.80f}, kWingBottom{0, 1, 0.80f, 1};
 constexpr int kSheet = 256;
-constexpr float kRim = 1.5f / kSheet;
+constexpr float kRim = 1.5f / kSheet, kRimBetween = 4.0f / kSheet;
 
 Vec2 onStrip(const Strip& strip, float u, float v) {
-    return {mix(strip.s0 + kRim, strip.s1 - kRim, u), mix(strip.t0 + kRim, strip.t1 - kRim, v)};
+    return {mix(strip.s0 + kRim, strip.s1 - kRim, u),
+            mix(strip.t0 + kRimBetween, strip.t1 - kRimBetween, v)};
 }
 
 Vec3 bodySurface(float along, float round) {
@@ -257,12 +260,19 @@ Vec3 pose(const Rig& rig, Vec3 p, const Posture& now) {
 
 // ---- Painting ----
 
-const Vec3 kWhite = rgb(252, 253, 254), kGrey = rgb(172, 184, 197), kBlack = rgb(38, 40, 46);
+const Vec3 kWhite = rgb(252, 253, 254), kGrey = rgb(172, 182, 191), kBlack = rgb(38, 40, 46);
 
-/// Light on a surface that faces up by that much: warm sun above, sky and sea below.
+/// Light on a surface that faces up by that much: warm sun above, darkest where it turns away from
+/// the sky, and the bright sea below.
 Vec3 lit(Vec3 c, float up) {
-    return c *
-           mix(Vec3{0.63f, 0.71f, 0.76f}, Vec3{1.0f, 1.0f, 0.975f}, smoothstep(-0.75f, 0.35f, up));
+    const Vec3 below =
+        mix(Vec3{0.70f, 0.745f, 0.765f}, {0.79f, 0.825f, 0.82f}, smoothstep(-0.55f, -1.0f, up));
+    return c * mix(below, Vec3{1.0f, 1.0f, 0.975f}, smoothstep(-0.60f, 0.40f, up));
+}
+
+/// No feather is as light as the next.
+float plume(float phase, int of) {
+    return 0.94f + 0.10f * valueNoise({std::floor(phase) * 7.3f + 0.5f, 0.5f, 0}, of);
 }
 
 Vec3 bodyColour(float along, float round) {
@@ -279,9 +289,9 @@ Vec3 bodyColour(float along, float round) {
     c = lit(c, up);
     // The head shades neck and breast: seen from the front they would be one ball with it.
     const float below = smoothstep(0.10f, 0.50f, round);
-    c = c * mix(Vec3{1, 1, 1}, {0.70f, 0.77f, 0.85f},
+    c = c * mix(Vec3{1, 1, 1}, {0.78f, 0.815f, 0.85f},
                 below * band(along, 0.235f, 0.31f, 0.05f) * mix(1.0f, 0.8f, up * up));
-    c = c * mix(Vec3{1, 1, 1}, {0.88f, 0.91f, 0.95f}, below * band(along, 0.31f, 0.44f, 0.08f));
+    c = c * mix(Vec3{1, 1, 1}, {0.92f, 0.935f, 0.95f}, below * band(along, 0.31f, 0.44f, 0.08f));
 
     // Bill: yellow, paler at the cutting edge, red spot below near the tip.
     const float bill = smoothstep(0.128f, 0.118f, along + 0.012f * std::cos(2 * angle));
@@ -309,7 +319,7 @@ Vec3 wingColour(float along, float chord, bool above) {
     const float black = smoothstep(0.665f, 0.71f, along + 0.10f * (chord - 0.5f));
     Vec3 c = above ? mix(kWhite, kGrey, smoothstep(0.02f, 0.07f, chord)) : kWhite;
     if (above)
-        c = mix(c, rgb(206, 214, 222), 0.6f * smoothstep(0.45f, 0.72f, along));
+        c = mix(c, rgb(208, 214, 218), 0.6f * smoothstep(0.45f, 0.72f, along));
 
     // Rows of coverts overlap like tiles in front of the flight feathers.
     for (int row = 0; row < 3; ++row) {
@@ -328,11 +338,13 @@ Vec3 wingColour(float along, float chord, bool above) {
     const float lean = 0.09f * smoothstep(0.35f, 0.9f, along) * (1 - chord);
     const float phase = (along + lean) * kFeathers;
     const float f = phase - std::floor(phase);
-    const float flight = smoothstep(0.40f, 0.55f, chord + 0.25f * smoothstep(0.5f, 0.8f, along));
-    c *= 1 - (above ? 0.20f : 0.15f) * flight * smoothstep(0.55f, 1.0f, f);
+    // They come out from below the coverts bit by bit, or they are rungs of a ladder.
+    const float flight = smoothstep(0.32f, 0.75f, chord + 0.30f * smoothstep(0.5f, 0.8f, along));
+    c *= mix(1.0f, plume(phase, 31), flight);
+    c *= 1 - (above ? 0.13f : 0.07f) * flight * smoothstep(0.40f, 1.0f, f);
     c *= 1 + 0.05f * flight * smoothstep(0.25f, 0.0f, f);
     const float shaft = std::fabs(f - 0.45f);
-    c *= 1 - 0.10f * flight * smoothstep(0.05f, 0.015f, shaft);
+    c *= 1 - 0.05f * flight * smoothstep(0.06f, 0.015f, shaft);
     // A white hem behind the arm.
     c = mix(c, kWhite, smoothstep(0.86f, 0.92f, chord) * band(along, 0.14f, 0.58f, 0.06f));
 
@@ -354,12 +366,12 @@ Vec3 wingColour(float along, float chord, bool above) {
     const float arm = 1 - smoothstep(0.60f, 0.80f, along);
     const float rows = 0.5f + 0.5f * std::sin(chord * 46 + 1.6f * std::sin(phase * kPi));
     c *= 1 - 0.10f * arm * rows * band(chord, 0.06f, 0.40f, 0.06f);
-    c = mix(c, c * Vec3{0.80f, 0.84f, 0.88f}, flight * (1 - black));
+    c = mix(c, c * Vec3{0.81f, 0.835f, 0.85f}, flight * (1 - black));
     const float overlap = std::fabs(f - 0.5f) * 2;
-    c *= 1 - 0.20f * flight * (1 - black) * smoothstep(0.62f, 1.0f, overlap);
+    c *= 1 - 0.08f * flight * (1 - black) * smoothstep(0.40f, 1.0f, overlap);
     const float through =
         0.20f * flight * (1 - black) * smoothstep(0.75f, 0.25f, overlap) + 0.06f * (1 - flight);
-    const Vec3 light = Vec3{0.74f, 0.79f, 0.81f} + Vec3{1.0f, 0.94f, 0.78f} * through;
+    const Vec3 light = Vec3{0.76f, 0.79f, 0.80f} + Vec3{1.0f, 0.94f, 0.78f} * through;
     // The leading edge rounds into the light, the hollow behind it and the armpit lie in shade.
     const float hollow = 0.12f * band(chord, 0.10f, 0.30f, 0.10f) * arm;
     return c * light * (1 + 0.10f * smoothstep(0.07f, 0.0f, chord) - hollow) *
@@ -368,9 +380,11 @@ Vec3 wingColour(float along, float chord, bool above) {
 
 Vec3 tailColour(float u, float v) {
     const float phase = u * 6, f = std::fabs(phase - std::floor(phase) - 0.5f) * 2;
-    Vec3 c = kWhite * (1 - 0.13f * smoothstep(0.70f, 1.0f, f) * smoothstep(0.1f, 0.4f, v));
-    c *= 1 - 0.08f * smoothstep(0.35f, 0.0f, v);
-    return c * Vec3{0.96f, 0.97f, 0.99f};
+    Vec3 c = kWhite * (1 - 0.16f * smoothstep(0.55f, 1.0f, f) * smoothstep(0.1f, 0.4f, v));
+    c *= plume(phase, 37);
+    // In the shade of the rump, and the sky shines through the end of the fan.
+    c *= 1 - 0.16f * smoothstep(0.45f, 0.0f, v);
+    return c * mix(Vec3{0.93f, 0.935f, 0.93f}, {0.87f, 0.895f, 0.91f}, v);
 }
 
 void paint(Image& sheet, const Strip& strip, const std::function<Vec3(float u, float v)>& colour) {
