@@ -111,7 +111,7 @@ Vec3 sand(float x, float z) {
               row = static_cast<int>(std::lround(z / kTexelZ));
     const float grain = hashUnit(column, row, 0, 504) - 0.5f;
     const float coarse = 0.55f + 0.9f * clamp01(0.5f + 1.3f * middle);
-    c = c * (0.98f + coarse * (0.025f * fine + 0.065f * grain));
+    c = c * (0.988f + coarse * (0.025f * fine + 0.065f * grain));
 
     const float w = weed(x, z);
     if (w > 0) {
@@ -459,7 +459,7 @@ Image paintFloor() {
         const float z = worldZ(static_cast<float>(row) + 0.5f);
         // Warm before the eye; the water's colour grows with distance, and the fog takes over
         // behind.
-        const Vec3 near = mix({1, 1, 0.985f}, {0.99f, 1, 0.975f}, smoothstep(5, 21, z));
+        const Vec3 near = mix({1, 1, 0.974f}, {0.99f, 1, 0.964f}, smoothstep(5, 21, z));
         const Vec3 water = mix(near, {0.80f, 1.0f, 0.955f}, smoothstep(9, 33, z));
         for (int column = 0; column < kTexels; ++column) {
             const float x = worldX(static_cast<float>(column) + 0.5f);

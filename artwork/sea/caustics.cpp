@@ -137,7 +137,7 @@ Image develop(const Grid& gathered) {
     const Grid light = blurred(gathered, 1);
     const Grid halo = blurred(gathered, 7);
     const Grid bloom = blurred(gathered, 13);
-    const Vec3 between{0.690f, 0.698f, 0.617f}, line{1.0f, 1.0f, 1.0f};
+    const Vec3 between{0.702f, 0.711f, 0.644f}, line{1.0f, 1.0f, 1.0f};
     Image image(kSize, kSize);
     for (int y = 0; y < kSize; ++y)
         for (int x = 0; x < kSize; ++x) {
@@ -146,7 +146,7 @@ Image develop(const Grid& gathered) {
             const float around = 0.05f * e + 0.65f * halo[i] + 0.30f * bloom[i];
             const float glow = 0.90f * (1 - std::exp(-0.70f * around));
             const float core =
-                0.7f * smoothstep(0.74f, 1.26f, e) + 0.3f * smoothstep(1.35f, 2.5f, e);
+                0.7f * smoothstep(0.71f, 1.23f, e) + 0.3f * smoothstep(1.35f, 2.5f, e);
             image.at(x, y).colour = mix(between, line, mix(glow, 1.0f, core));
         }
     return image;
