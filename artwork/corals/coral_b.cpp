@@ -63,7 +63,7 @@ Growth pictured(uint32_t seed) {
         Vec3 c = mix(rgb(84, 66, 66), shades.foot, smoothstep(0.06f, 0.26f, t));
         c = mix(c, shades.middle, smoothstep(0.16f, 0.45f, t));
         c = mix(c, shades.tip,
-                0.34f * smoothstep(0.45f, 0.88f, t) + 0.34f * smoothstep(0.86f, 1.0f, t));
+                0.32f * smoothstep(0.45f, 0.88f, t) + 0.16f * smoothstep(0.86f, 1.0f, t));
         return Paint{c * 1.18f * (1 + 0.18f * fractalNoise(p * 3, 2, seed)), {}};
     };
     return growth;
@@ -230,17 +230,19 @@ private:
 };
 
 /// What is finer than a pixel of the screen would only glitter: a branch is seen at a third of its
-/// length in texels, and at half its width.
+/// length in texels, and at half its width, a twig at a fifth.
 void soften(Image& image) {
-    constexpr int kReach = 5;
-    const auto pass = [&](int dx, int dy, float width) {
+    constexpr int kReach = 6;
+    const auto pass = [&](int dx, int dy, auto width) {
         const Image before = image;
-        for (int y = 0; y < image.height(); ++y)
+        for (int y = 0; y < image.height(); ++y) {
+            // The tip is at the top.
+            const float sigma = width(static_cast<float>(y) / static_cast<float>(image.height()));
             for (int x = 0; x < image.width(); ++x) {
                 Vec3 colour;
                 float alpha = 0, weights = 0;
                 for (int k = -kReach; k <= kReach; ++k) {
-                    const float w = std::exp(-static_cast<float>(k * k) / (2 * width * width));
+                    const float w = std::exp(-static_cast<float>(k * k) / (2 * sigma * sigma));
                     weights += w;
                     const int i = x + k * dx, j = y + k * dy;
                     if (i < 0 || j < 0 || i >= image.width() || j >= image.height())
@@ -252,9 +254,10 @@ void soften(Image& image) {
                 if (alpha > 0)
                     image.at(x, y) = {colour / alpha, alpha / weights};
             }
+        }
     };
-    pass(1, 0, 0.9f);
-    pass(0, 1, 2.2f);
+    pass(1, 0, [](float down) { return mix(1.9f, 1.0f, smoothstep(0.15f, 0.65f, down)); });
+    pass(0, 1, [](float) { return 2.2f; });
 }
 
 void paintBranches(Image& texture) {

@@ -137,7 +137,7 @@ Image develop(const Grid& gathered) {
     const Grid light = blurred(gathered, 1);
     const Grid halo = blurred(gathered, 7);
     const Grid bloom = blurred(gathered, 13);
-    const Vec3 between{0.702f, 0.711f, 0.644f}, line{1.0f, 1.0f, 1.0f};
+    const Vec3 between{0.697f, 0.706f, 0.640f}, line{1.0f, 1.0f, 1.0f};
     Image image(kSize, kSize);
     for (int y = 0; y < kSize; ++y)
         for (int x = 0; x < kSize; ++x) {

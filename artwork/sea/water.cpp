@@ -14,7 +14,7 @@ namespace {
 constexpr int kColumns = 1024, kRows = 512;
 constexpr float kWidth = 50;
 constexpr float kFarEdge = 45;
-constexpr int kGusts = 5;  // along the width
+constexpr int kGusts = 5, kReaches = 8;  // along the width
 constexpr float kEyeHeight = 2, kEyeZ = -7;
 /// Screen rows of the largest usual window see about this angle.
 constexpr float kPixelAngle = 0.00088f;
@@ -92,8 +92,12 @@ Pixel surface(const std::vector<Wave>& waves, float x, float z) {
     const float alpha = 1 - (1 - mirror) * (1 - body);
     const Vec3 mixed =
         (mirroredSky(clamp01(reflected.y)) * mirror + colour * (body * (1 - mirror))) / alpha;
-    // The far edge takes the colour of the open sea behind it.
-    const float edge = smoothstep(31, 44.5f, z);
+    // The far edge takes the colour of the open sea behind it: sooner here and later there, since
+    // waves that all begin together would draw a line.
+    const float reach =
+        kFarEdge - 2.5f +
+        4.0f * fractalNoise({x * kReaches / kWidth, 0.5f, 0.5f}, 3, 62, {kReaches, 0, 0});
+    const float edge = smoothstep(reach - 12, std::min(reach, kFarEdge - 0.5f), z);
     return {mix(mixed, sea::kFarSea, edge), mix(alpha, 0.70f, edge)};
 }
 

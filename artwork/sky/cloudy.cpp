@@ -16,6 +16,8 @@ namespace {
 constexpr float kHighest = 37 * kPi / 180;
 /// The bases of the farthest clouds, up to here, are thin lines.
 constexpr float kFlatClouds = 3.5f * kPi / 180;
+/// The sea's streaks, down to here, are thin lines too.
+constexpr float kStreakedSea = 4.5f * kPi / 180;
 /// The distant clouds up to here are finer than a texel.
 constexpr float kFarClouds = 7 * kPi / 180;
 /// Turns the clouds so that the saver starts with a great one beside the island.
@@ -40,13 +42,13 @@ Vec3 texel(int x, int y, int size, const sky::Clouds& clouds) {
     const Vec3 middle = place(0.5f, 0.5f);
     const float elevation = std::asin(normalize(middle).y);
     const float angle = sky::kWidth / static_cast<float>(size) / length(middle);
-    const int grid = std::fabs(elevation) < 2 * angle           ? 8
-                     : elevation > 0 && elevation < kFlatClouds ? 4
-                     : elevation > 0 && elevation < kFarClouds  ? 2
-                                                                : 1;
-    // Lines that run aslant over the texels, as flat bases do, would be a comb: where they are
-    // thin, samples reach into the neighbours.
-    const float reach = grid > 2 ? 1.7f : 1;
+    const int grid = std::fabs(elevation) < 2 * angle                       ? 8
+                     : elevation > -kStreakedSea && elevation < kFlatClouds ? 4
+                     : elevation > 0 && elevation < kFarClouds              ? 2
+                                                                            : 1;
+    // Lines that run aslant over the texels, as flat bases and streaks on the sea do, would be a
+    // comb: where they are thin, samples reach into the neighbours.
+    const float reach = grid > 2 ? (elevation < 2 * angle ? 2.0f : 1.7f) : 1;
     Vec3 sum;
     for (int j = 0; j < grid; ++j)
         for (int i = 0; i < grid; ++i) {
