@@ -32,41 +32,42 @@ Fish anatomy() {
 }
 
 Vec3 bodyColour(const BodyPoint& p) {
-    Vec3 c = mix(rgb(255, 236, 226), rgb(250, 150, 128), smoothstep(-0.95f, -0.35f, p.rise));
-    c = mix(c, rgb(242, 78, 56), smoothstep(-0.35f, 0.25f, p.rise));
-    c = mix(c, rgb(182, 34, 36), smoothstep(0.25f, 0.70f, p.rise));
-    c = mix(c, rgb(88, 12, 22), smoothstep(0.62f, 0.95f, p.rise));
+    // Hardly any green and blue in it: the far water adds them, until a rosy fish is grey.
+    Vec3 c = mix(rgb(255, 232, 214), rgb(255, 118, 82), smoothstep(-0.95f, -0.35f, p.rise));
+    c = mix(c, rgb(248, 42, 22), smoothstep(-0.38f, 0.16f, p.rise));
+    c = mix(c, rgb(216, 14, 12), smoothstep(0.30f, 0.70f, p.rise));
+    c = mix(c, rgb(104, 2, 8), smoothstep(0.66f, 0.95f, p.rise));
     // Broad saddles, barely there, break up the flank; golden on the cheek.
     const float saddles = smoothstep(0.0f, 0.9f, std::sin(p.along * 25 + 1.2f + 3 * p.height));
-    c = mix(c, rgb(142, 26, 36),
-            0.26f * saddles * smoothstep(-0.5f, 0.4f, p.rise) * smoothstep(0.24f, 0.34f, p.along));
-    c = mix(c, rgb(255, 178, 96),
-            0.40f * smoothstep(0.27f, 0.16f, p.along) * smoothstep(0.35f, -0.35f, p.rise));
+    c = mix(c, rgb(160, 4, 10),
+            0.24f * saddles * smoothstep(-0.5f, 0.4f, p.rise) * smoothstep(0.24f, 0.34f, p.along));
+    c = mix(c, rgb(255, 150, 56),
+            0.36f * smoothstep(0.27f, 0.16f, p.along) * smoothstep(0.35f, -0.35f, p.rise));
     // Each row of scales has a pale middle, which draws thin lines along the flank.
     const float row = 0.5f + 0.5f * std::sin(p.girth / 0.029f * 2 * kPi);
-    c = mix(c, rgb(255, 206, 186),
-            0.22f * row * smoothstep(0.30f, 0.40f, p.along) * smoothstep(0.8f, 0.3f, p.rise));
-    c = mix(c, rgb(140, 34, 42),
+    c = mix(c, rgb(255, 150, 104),
+            0.18f * row * smoothstep(0.30f, 0.40f, p.along) * smoothstep(0.8f, 0.3f, p.rise));
+    c = mix(c, rgb(172, 10, 14),
             0.35f * smoothstep(0.13f, 0.0f, p.along) * smoothstep(-0.3f, 0.5f, p.rise));
-    return mix(c, rgb(216, 66, 56), smoothstep(0.84f, 1.0f, p.along));
+    return mix(c, rgb(246, 36, 20), smoothstep(0.84f, 1.0f, p.along));
 }
 
 Pixel finColour(const FinPoint& p) {
     switch (p.part) {
         case Part::TAIL: {
             Pixel tail =
-                finPixel(p, {rgb(216, 66, 56), rgb(250, 150, 120), 16, 0.96f, 0.74f, 0.16f, 0.03f});
-            tail.colour = mix(tail.colour, rgb(110, 26, 38), 0.7f * band(p.v, 0.90f, 1.0f, 0.04f));
+                finPixel(p, {rgb(242, 40, 22), rgb(255, 146, 98), 16, 0.97f, 0.86f, 0.16f, 0.03f});
+            tail.colour = mix(tail.colour, rgb(112, 10, 18), 0.7f * band(p.v, 0.90f, 1.0f, 0.04f));
             return tail;
         }
         case Part::DORSAL:
             return finPixel(
-                p, {rgb(214, 60, 50), rgb(255, 196, 150), 24, 0.96f, 0.66f, 0.10f, 0.05f, 0.55f});
+                p, {rgb(238, 36, 20), rgb(255, 172, 116), 24, 0.97f, 0.82f, 0.10f, 0.05f, 0.55f});
         case Part::PECTORAL:
-            return finPixel(p, {rgb(240, 130, 110), rgb(250, 170, 140), 13, 0.86f, 0.54f, 0.2f});
+            return finPixel(p, {rgb(255, 104, 64), rgb(255, 146, 100), 13, 0.86f, 0.54f, 0.2f});
         default:
             return finPixel(p,
-                            {rgb(230, 84, 66), rgb(255, 214, 190), 15, 0.96f, 0.66f, 0.12f, 0.04f});
+                            {rgb(246, 52, 28), rgb(255, 176, 128), 15, 0.97f, 0.82f, 0.12f, 0.04f});
     }
 }
 
@@ -76,9 +77,9 @@ int main(int, char** arguments) {
     const std::string folder = std::string(arguments[1]) + "/models/reeffishes/";
     Skin skin{bodyColour, finColour, bigFishDetail(), {rgb(255, 150, 70), rgb(190, 40, 30), 0.52f}};
     skin.detail.scale = 0.029f;
-    skin.detail.scale_depth = 0.15f;
+    skin.detail.scale_depth = 0.20f;
     skin.detail.scale_tint = 0.07f;
-    skin.detail.pearl = 0.28f;
+    skin.detail.pearl = 0.12f;
     skin.detail.gill = {0.270f, -0.01f};
     skin.detail.gill_height = 0.140f;
     skin.detail.mouth_front = {-0.02f, -0.036f};
