@@ -220,15 +220,19 @@ Vec3 bottomColour(float x, float y) {
         const float middle = 5.2f - 1.75f * static_cast<float>(i);
         const float slit = y - middle - 0.10f * (x - 3.2f) * (x - 3.2f) + 0.18f * x;
         const float half = 1.9f - 0.18f * static_cast<float>(i);
-        c = mix(c, rgb(92, 100, 112),
-                0.75f * std::exp(-slit * slit / 0.06f) *
+        // Soft: from afar, one pixel is as high as the way from one slit to the next.
+        c = mix(c, rgb(112, 122, 134),
+                0.55f * std::exp(-slit * slit / 0.16f) *
                     smoothstep(half + 0.3f, half - 0.3f, std::fabs(x - 3.4f)));
     }
     c = mix(c, rgb(46, 52, 64), smoothstep(9.2f, 9.9f, y) * smoothstep(4.6f, 4.0f, x));
     // A few dark belly spots, every manta's own.
-    c = mix(c, rgb(70, 78, 92), 0.8f * smoothstep(0.65f, 0.45f, length(Vec2{x - 2.1f, y + 5.2f})));
-    c = mix(c, rgb(70, 78, 92), 0.7f * smoothstep(0.5f, 0.3f, length(Vec2{x - 4.6f, y + 3.4f})));
-    c = mix(c, rgb(70, 78, 92), 0.7f * smoothstep(0.55f, 0.3f, length(Vec2{x - 0.9f, y + 7.6f})));
+    c = mix(c, rgb(92, 102, 116),
+            0.6f * smoothstep(0.85f, 0.35f, length(Vec2{x - 2.1f, y + 5.2f})));
+    c = mix(c, rgb(92, 102, 116),
+            0.5f * smoothstep(0.75f, 0.25f, length(Vec2{x - 4.6f, y + 3.4f})));
+    c = mix(c, rgb(92, 102, 116),
+            0.5f * smoothstep(0.80f, 0.25f, length(Vec2{x - 0.9f, y + 7.6f})));
     // In its own shade: the light comes from the water all round, from the sand a little.
     return c * Vec3{0.64f, 0.76f, 0.86f};
 }
