@@ -16,6 +16,7 @@ Garden coral_i() {
     rigid.add(rock(142, {1.1f, 0.85f, 0.9f}), {{x - 1.2f, y, z - 0.5f}});
     rigid.add(rock(143, {1.1f, 1.15f, 1.0f}), {{x + 1.3f, y, z - 0.1f}});
     rigid.add(table(144, 1.25f, 0.75f), {{x - 0.2f, y + 1.95f, z}, {-12, 10, 0}});
+    rigid.add(rock(154, {0.46f, 0.36f, 0.42f}), {{x - 0.2f, y + 1.80f, z - 0.22f}});
     rigid.add(brain(150, {0.40f, 0.36f, 0.40f}, rgb(214, 218, 108), rgb(116, 138, 56)),
               {{x + 2.1f, y + 0.2f, z - 0.9f}, {-10, 0, 0}});
     rigid.add(plates(146, 0.80f, 10, rgb(140, 112, 40), rgb(240, 200, 70)),

@@ -131,12 +131,13 @@ Grid blurred(Grid grid, int reach) {
     return grid;
 }
 
-/// As film takes it: the lines burn out where they meet, the sand around them lights up, what lies
-/// between keeps its gradations.
+/// As film takes it: the lines burn out where they meet and are fainter where few are, the sand
+/// around them lights up, what lies between keeps its gradations.
 Image develop(const Grid& gathered) {
     const Grid light = blurred(gathered, 1);
     const Grid halo = blurred(gathered, 7);
     const Grid bloom = blurred(gathered, 13);
+    const Grid field = blurred(gathered, 44);
     const Vec3 between{0.697f, 0.706f, 0.640f}, line{1.0f, 1.0f, 1.0f};
     Image image(kSize, kSize);
     for (int y = 0; y < kSize; ++y)
@@ -146,7 +147,8 @@ Image develop(const Grid& gathered) {
             const float around = 0.05f * e + 0.65f * halo[i] + 0.30f * bloom[i];
             const float glow = 0.90f * (1 - std::exp(-0.70f * around));
             const float core =
-                0.7f * smoothstep(0.71f, 1.23f, e) + 0.3f * smoothstep(1.35f, 2.5f, e);
+                (0.7f * smoothstep(0.71f, 1.23f, e) + 0.3f * smoothstep(1.35f, 2.5f, e)) *
+                mix(0.74f, 1.0f, smoothstep(0.80f, 1.06f, field[i]));
             image.at(x, y).colour = mix(between, line, mix(glow, 1.0f, core));
         }
     return image;
