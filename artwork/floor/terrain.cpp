@@ -470,7 +470,7 @@ Image paintFloor() {
     // The floor is never seen less slanting than by half: half as many rows do. Near the eye they
     // are enlarged, and a little sharpened for that.
     Image floor = shrunk(soften(image), 1, 2);
-    const Image sharp = sharpened(floor, 0.45f, 0.55f);
+    const Image sharp = sharpened(floor, 0.62f, 0.75f);
     for (int row = 0; row < floor.height(); ++row) {
         const float near = 1 - smoothstep(12, 22, worldZ(2 * static_cast<float>(row) + 1));
         for (int column = 0; column < floor.width(); ++column)
