@@ -329,8 +329,8 @@ Vec3 wingColour(float along, float chord, bool above) {
         const float edge = 0.19f + 0.125f * static_cast<float>(row) + 0.035f * (1 - f * f);
         const float behind = chord - edge;
         const float here = 1 - smoothstep(0.72f, 0.85f, along);
-        c *= 1 - (above ? 0.17f : 0.09f) * here * smoothstep(0, 0.006f, behind) *
-                     smoothstep(0.055f, 0.0f, behind);
+        c *= 1 - (above ? 0.12f : 0.09f) * here * smoothstep(0, 0.016f, behind) *
+                     smoothstep(0.11f, 0.0f, behind);
         c *= 1 + 0.03f * here * smoothstep(-0.03f, 0.0f, behind) * smoothstep(0.004f, 0.0f, behind);
     }
     // Flight feathers: each shades the next one's edge, a thin shaft runs down its middle. Those of
@@ -358,8 +358,9 @@ Vec3 wingColour(float along, float chord, bool above) {
     c = mix(c, kWhite, 0.9f * smoothstep(1.1f, 0.8f, mirror));
 
     c *= 0.975f + 0.05f * valueNoise({along * 46, chord * 11, 0}, 9);
-    if (above)  // the leading edge turns down, the hollow behind the arm lies a little darker
-        return c * (1 - 0.07f * band(chord, 0.30f, 0.60f, 0.2f) * (1 - along));
+    if (above)  // the arm is arched, its rear turns away from the sun; the body shades the shoulder
+        return c * (1.03f - 0.13f * smoothstep(0.10f, 0.75f, chord) * (1 - along)) *
+               (1 - 0.08f * smoothstep(0.16f, 0.02f, along));
     // Below, the arm's coverts are white and lie in soft rows, the flight feathers behind them
     // greyer; at each feather's edge two overlap, between edges the sun shines through. Sea and
     // sand light the whole.
@@ -380,11 +381,12 @@ Vec3 wingColour(float along, float chord, bool above) {
 
 Vec3 tailColour(float u, float v) {
     const float phase = u * 6, f = std::fabs(phase - std::floor(phase) - 0.5f) * 2;
-    Vec3 c = kWhite * (1 - 0.16f * smoothstep(0.55f, 1.0f, f) * smoothstep(0.1f, 0.4f, v));
+    Vec3 c = kWhite * (1 - 0.07f * smoothstep(0.40f, 1.0f, f) * smoothstep(0.1f, 0.4f, v));
+    c *= 1 - 0.07f * smoothstep(0.30f, 0.5f, std::fabs(u - 0.5f));
     c *= plume(phase, 37);
     // In the shade of the rump, and the sky shines through the end of the fan.
     c *= 1 - 0.16f * smoothstep(0.45f, 0.0f, v);
-    return c * mix(Vec3{0.93f, 0.935f, 0.93f}, {0.87f, 0.895f, 0.91f}, v);
+    return c * mix(Vec3{0.92f, 0.925f, 0.925f}, {0.85f, 0.875f, 0.89f}, v);
 }
 
 void paint(Image& sheet, const Strip& strip, const std::function<Vec3(float u, float v)>& colour) {
