@@ -9,6 +9,6 @@ scripts/deps.sh build tests display
 scripts/configure.sh tsan -DATOLLIA_TESTS=ON
 # What the build itself runs is not what is looked at.
 TSAN_OPTIONS=report_bugs=0 cmake --build --preset tsan --target data item_test
-[ $# -gt 0 ] || set -- --gtest_filter='*TwoWindows*:*ThePageAround*:*SettingsTakeEffect*:*ComeAndGo*'
+[ $# -gt 0 ] || set -- --gtest_filter='*TwoWindows*:*ThePageAround*:*SettingsTakeEffect*:*ComeAndGo*:ReefSounds.*'
 TSAN_OPTIONS="suppressions=$top/tests/quick/threads.supp ignore_noninstrumented_modules=1" \
     exec build/tsan/tests/quick/item_test "$@"

@@ -7,21 +7,17 @@
 
 #include <QCoreApplication>
 #include <QX11Info>
-#include <algorithm>
 #include <chrono>
 #include <cstdlib>
-#include <cstring>
 #include <ctime>
-#include <functional>
 #include <memory>
 #include <string>
 #include <thread>
-#include <vector>
+
+#include "system/Waiting.h"
 
 namespace {
 
-constexpr int FADE_MS = 60;
-constexpr int SLICE = 64;  // sample frames of the same loudness
 // The mixer's turn comes every 185 milliseconds, and a device may take as long for what was mixed.
 constexpr int DELIVERY_MS = 400;
 // What a sound server needs at the most to fetch what was mixed.
@@ -49,18 +45,6 @@ bool watchEnd(xcb_connection_t* connection, xcb_window_t window) {
     return !error;
 }
 
-/// Waits until something holds; false when it does not so many milliseconds later.
-bool waitUntil(const std::function<bool()>& holds, int milliseconds) {
-    using namespace std::chrono;
-    const auto until = steady_clock::now() + std::chrono::milliseconds(milliseconds);
-    while (!holds()) {
-        if (steady_clock::now() >= until)
-            return false;
-        std::this_thread::sleep_for(std::chrono::milliseconds(2));
-    }
-    return true;
-}
-
 std::string driverName() {
     char name[32] = "";
     return SDL_AudioDriverName(name, sizeof name) ? name : "";
@@ -83,28 +67,6 @@ void ignoreMessage(const char*, int, const char*, int, const char*, ...) {}
 
 }  // namespace
 
-void Fade::apply(std::uint8_t* stream, int bytes) {
-    int rate = 0, channels = 0;
-    Uint16 format = 0;
-    if (!Mix_QuerySpec(&rate, &format, &channels))
-        return;
-    const int frame = channels * (format & 0xff) / 8;  // bytes
-    const int length = rate * FADE_MS / 1000;          // of the fade, frames
-    const bool opening = target;
-    gone = !opening && level == 0;
-    if (opening && level >= length)
-        return;
-    const std::vector<std::uint8_t> loud(stream, stream + bytes);
-    const bool is_signed = format & 0x8000;
-    std::memset(stream, is_signed ? 0 : 0x80, static_cast<std::size_t>(bytes));
-    for (int at = 0; at < bytes; at += SLICE * frame) {
-        level = std::clamp(level + (opening ? SLICE : -SLICE), 0, length);
-        SDL_MixAudio(stream + at, loud.data() + at,
-                     static_cast<Uint32>(std::min(SLICE * frame, bytes - at)),
-                     SDL_MIX_MAXVOLUME * level / length);
-    }
-}
-
 SoundGate::SoundGate()
     : connection(QX11Info::connection()),
       selection(XCB_NONE),
@@ -121,14 +83,12 @@ SoundGate::SoundGate()
     if (atom)
         selection = atom->atom;
     qApp->installNativeEventFilter(this);
-    Mix_SetPostMix([](void* passage, Uint8* stream,
-                      int bytes) { static_cast<Fade*>(passage)->apply(stream, bytes); },
-                   &fade);
+    fade.attach();
     setDrawing(true);
 }
 
 SoundGate::~SoundGate() {
-    Mix_SetPostMix(nullptr, nullptr);
+    SoundFade::detach();
     qApp->removeNativeEventFilter(this);
     release();
 }

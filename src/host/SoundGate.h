@@ -3,26 +3,8 @@
 #include <xcb/xcb.h>
 
 #include <QAbstractNativeEventFilter>
-#include <atomic>
-#include <cstdint>
 
-/// Fades a stream of samples in and out, over 60 milliseconds.
-class Fade {
-public:
-    /// May be called on any thread.
-    void open(bool wanted) { target = wanted; }
-    /// Nothing is let through any more.
-    bool closed() const { return !target && level == 0; }
-    /// What was let through last has left the mixer: its next turn has come.
-    bool delivered() const { return gone; }
-    /// Lets through what the mixer has mixed, on the mixer's thread.
-    void apply(std::uint8_t* stream, int bytes);
-
-private:
-    std::atomic<bool> target{false};
-    std::atomic<int> level{0};  ///< in sample frames of the fade that have passed
-    std::atomic<bool> gone{false};
-};
+#include "system/SoundFade.h"
 
 /// Decides when this process is heard: while it draws, and while no other saver of this person on
 /// this display is. That one owns a selection of the X server; the next one takes it over when it
@@ -59,7 +41,7 @@ private:
     xcb_window_t own;      ///< owns the selection; 0 while we do not ask for it
     xcb_window_t watched;  ///< another saver's that does; 0 when we do
     bool drawing;
-    Fade fade;
+    SoundFade fade;
 };
 
 /// The sound library's own messages about machines without a sound card are not printed any more.

@@ -17,6 +17,7 @@
 #include "Proportions.h"
 #include "framework/FrameRate.h"
 #include "quick/ReefRenderer.h"
+#include "quick/ReefSounds.h"
 
 // Outside every namespace, as the macro demands.
 static void loadStill() { Q_INIT_RESOURCE(still); }
@@ -162,7 +163,7 @@ void Reef::movingChanged() {
     was_moving = moves;
     // Nothing is drawn in a hidden window, so its scene cannot fall silent by itself.
     if (sounds)
-        ReefRenderer::holdSound(!moves);
+        holdSounds(!moves);
     if (moves)
         update();
     else

@@ -12,6 +12,7 @@
 #include "framework/FrameRate.h"
 #include "quick/LentContext.h"
 #include "quick/Reef.h"
+#include "quick/ReefSounds.h"
 #include "system/RowClip.h"
 
 namespace {
@@ -21,10 +22,6 @@ constexpr unsigned LONGEST_FRAME = 1500;
 
 /// Samples per pixel where they cost nearly nothing.
 constexpr int SMOOTH = 4;
-
-/// A process has one mixer: this guards it, and the renderer whose scene has it.
-std::mutex mixer;
-const ReefRenderer* sounding = nullptr;
 
 double milliseconds() {
     using namespace std::chrono;
@@ -87,7 +84,7 @@ ReefRenderer::ReefRenderer()
 ReefRenderer::~ReefRenderer() {
     if (!scene)
         return;
-    silence(*scene);
+    stopSounds(*scene);
     cleanUp(*scene);
 }
 
@@ -149,7 +146,7 @@ bool ReefRenderer::followWishes() {
         const auto before = std::move(scene);
         scene = build(before.get());
         // The mixer goes with the old scene; the new one opens it anew.
-        silence(*before);
+        stopSounds(*before);
         cleanUp(*before);
     }
     SaverSettings& settings = scene->wantedwssettings;
@@ -169,35 +166,11 @@ bool ReefRenderer::followWishes() {
     return another;
 }
 
-void ReefRenderer::silence(CMarivistaScreensaver& loud) {
-    if (!loud.sound)
-        return;
-    const std::lock_guard lock(mixer);
-    loud.wantedwssettings.soundOn = false;
-    delete loud.sound;
-    loud.sound = nullptr;
-    sounding = nullptr;
-}
-
 void ReefRenderer::followSound() {
-    if (!wishes.running || wishes.muted) {
-        silence(*scene);
-        return;
-    }
-    if (scene->sound)
-        return;
-    const std::lock_guard lock(mixer);
-    if (sounding)
-        return;
-    sounding = this;
-    scene->wantedwssettings.soundOn = true;
-    scene->initSound();
-}
-
-void ReefRenderer::holdSound(bool held) {
-    const std::lock_guard lock(mixer);
-    if (sounding)
-        (held ? Mix_Pause : Mix_Resume)(-1);
+    if (!wishes.running || wishes.muted)
+        stopSounds(*scene);
+    else
+        startSounds(*scene);
 }
 
 void ReefRenderer::render() {

@@ -20,15 +20,11 @@ public:
     QOpenGLFramebufferObject* createFramebufferObject(const QSize& size) override;
     void render() override;
 
-    /// Holds back what the process's sounding reef plays, or lets it go on. On any thread.
-    static void holdSound(bool held);
-
 private:
     std::unique_ptr<CMarivistaScreensaver> build(const CMarivistaScreensaver* before) const;
     /// Whether another scene had to be built.
     bool followWishes();
     void followSound();
-    static void silence(CMarivistaScreensaver& loud);
 
     std::unique_ptr<CMarivistaScreensaver> scene;
     REEF_WISHES wishes;

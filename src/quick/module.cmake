@@ -2,9 +2,10 @@
 # the packed still pictures.
 set(quick ${CMAKE_CURRENT_LIST_DIR})
 add_library(atollia_quick STATIC
-    ${quick}/Reef.cpp ${quick}/Reef.h ${quick}/ReefRenderer.cpp ${quick}/LentContext.cpp
-    ${quick}/ReefTexts.cpp ${quick}/ReefTexts.h ${quick}/Surroundings.cpp ${quick}/Surroundings.h
-    ${quick}/Types.cpp ${quick}/../setup/SetupLanguage.cpp ${still})
+    ${quick}/Reef.cpp ${quick}/Reef.h ${quick}/ReefRenderer.cpp ${quick}/ReefSounds.cpp
+    ${quick}/LentContext.cpp ${quick}/ReefTexts.cpp ${quick}/ReefTexts.h
+    ${quick}/Surroundings.cpp ${quick}/Surroundings.h ${quick}/Types.cpp
+    ${quick}/../setup/SetupLanguage.cpp ${still})
 set_target_properties(atollia_quick PROPERTIES AUTOMOC ON)
 pkg_check_modules(XCB_DPMS REQUIRED IMPORTED_TARGET xcb-dpms)
 target_link_libraries(atollia_quick

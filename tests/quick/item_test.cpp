@@ -3,13 +3,17 @@
 
 #include <malloc.h>
 
+#include <QFile>
 #include <QGuiApplication>
 #include <QMetaProperty>
 #include <QPainter>
 #include <QTemporaryDir>
+#include <algorithm>
 #include <cmath>
+#include <cstring>
 #include <ctime>
 #include <memory>
+#include <optional>
 #include <vector>
 
 #ifdef __SANITIZE_ADDRESS__
@@ -457,6 +461,88 @@ TEST(ReefItem, TwoWindowsAtOnceEachWithItsThread) {
     ASSERT_TRUE(second.waitFrames(2));
     EXPECT_GT(test::colours(first.picture()), 1000);
     EXPECT_GT(test::colours(second.picture()), 1000);
+}
+
+/// What is heard goes into a file, so much at once as the design's device takes, every so many
+/// milliseconds. A reef that sounds.
+class ReefSounds : public testing::Test {
+protected:
+    void play(int turn) {
+        ASSERT_TRUE(folder.isValid());
+        qputenv("SDL_AUDIODRIVER", "disk");
+        qputenv("SDL_DISKAUDIODELAY", QByteArray::number(turn));
+        qputenv("SDL_DISKAUDIOFILE", file().toUtf8());
+        page.emplace(FILLING);
+        ASSERT_TRUE(waitForScene(*page));
+        page->reef()->setMuted(false);
+        ASSERT_TRUE(until([&] { return QFile::exists(file()); }));
+    }
+    QString file() const { return folder.filePath("heard"); }
+    /// How loud it was from the first one of these samples before the last that was heard to the
+    /// second: the root of the mean square.
+    double loudness(int from, int to) const {
+        const auto samples = heard();
+        const auto end = lastOf(samples);
+        double sum = 0;
+        for (auto i = end - from; i != end - to; ++i)
+            sum += 1.0 * *i * *i;
+        return std::sqrt(sum / (from - to));
+    }
+    bool isLoud() const {
+        const auto samples = heard();
+        return samples.size() > 8 * TURN && lastOf(samples) > samples.end() - 100;
+    }
+    bool isSilent() const {
+        const auto samples = heard();
+        return samples.end() - lastOf(samples) > TURN / 2;
+    }
+    void expectFaded() const {
+        // The last 15 milliseconds of the 60, and 60 before them all.
+        EXPECT_LT(loudness(661, 0), 0.4 * loudness(5292, 2646));
+    }
+
+    static constexpr int TURN = 8192;  ///< samples, left and right in turn
+    QTemporaryDir folder;
+    std::optional<Page> page;
+
+private:
+    std::vector<qint16> heard() const {
+        QFile in(file());
+        EXPECT_TRUE(in.open(QFile::ReadOnly));
+        const QByteArray bytes = in.readAll();
+        std::vector<qint16> samples(bytes.size() / 2);
+        std::memcpy(samples.data(), bytes.constData(), samples.size() * 2);
+        return samples;
+    }
+    /// Behind the last sample that is not silent.
+    static std::vector<qint16>::const_iterator lastOf(const std::vector<qint16>& samples) {
+        return std::find_if(samples.rbegin(), samples.rend(), [](int s) { return s != 0; }).base();
+    }
+};
+
+TEST_F(ReefSounds, FadeWhenTheyAreMuted) {
+    play(10);
+    ASSERT_TRUE(until([&] { return isLoud(); }));
+    page->reef()->setMuted(true);
+    ASSERT_TRUE(until([&] { return isSilent(); }));
+    expectFaded();
+}
+
+TEST_F(ReefSounds, FadeWhenNobodySeesTheReef) {
+    play(10);
+    ASSERT_TRUE(until([&] { return isLoud(); }));
+    page->window().hide();
+    ASSERT_TRUE(until([&] { return isSilent(); }));
+    expectFaded();
+    page->window().show();
+    EXPECT_TRUE(until([&] { return isLoud(); }));
+}
+
+TEST_F(ReefSounds, AreMutedWithoutHoldingUpThePicture) {
+    constexpr int NEVER = 3600 * 1000;
+    play(NEVER);
+    page->reef()->setMuted(true);
+    EXPECT_TRUE(page->waitFrames(4));
 }
 
 TEST(ReefItem, WithACoreProfileThereIsAStillPictureAndTheReason) {
