@@ -13,8 +13,10 @@ namespace {
 
 constexpr int kFrames = 20;
 // A branch is some ten pixels wide on the screen; more texels would only glitter.
-constexpr int kSize = 256;              ///< of the texture
-constexpr int kStrip = 20;              ///< width of a branch's picture; as high as the texture
+constexpr int kSize = 256;  ///< of the texture
+constexpr int kStrip = 20;  ///< width of a branch's picture; as high as the texture
+/// What a strip leaves out of the picture on either side: clear texels hide branches behind them.
+constexpr float kRim = 0.15f;
 constexpr int kKinds = 2;               ///< branches that differ; each in sun and in shade
 constexpr float kHeight = 40;           ///< of the thicket, file units
 constexpr float kBranchLength = 12.8f;  ///< of the pictured branch, in its own units
@@ -175,11 +177,11 @@ private:
             if (dot(side, sun_) < 0)
                 side = -side;
             const Vec3 front = normalize(eye_ - along * dot(eye_, along));
-            const float w = mix(r0, r1, u) * kStripPerRadius;
+            const float w = mix(r0, r1, u) * kStripPerRadius * (1 - 2 * kRim);
             const float t = 1 - mix(t0, t1, u);
-            const int now[3] = {mesh_.add(points[i] + side * w, {s0, t}),
+            const int now[3] = {mesh_.add(points[i] + side * w, {s0 + kRim * ds, t}),
                                 mesh_.add(points[i] + front * (w * 0.6f), {s0 + ds / 2, t}),
-                                mesh_.add(points[i] - side * w, {s0 + ds, t})};
+                                mesh_.add(points[i] - side * w, {s0 + (1 - kRim) * ds, t})};
             if (i > 0) {
                 const float near = dot((points[i] + points[i - 1]) * 0.5f, eye_);
                 pieces_.push_back({near,
