@@ -18,7 +18,7 @@ constexpr int kSize = 512;  // while gathering; a frame is shrunk from it
 constexpr int kFrames = 32;
 constexpr int kRaysPerTexel = 3;  // along each axis
 /// How far a ray is thrown aside per unit of wave slope: the depth of the water.
-constexpr float kDepth = 0.025f;
+constexpr float kDepth = 0.0235f;
 
 /// A wave with a whole number of periods across the tile and through the loop.
 struct Wave {
@@ -132,24 +132,26 @@ Grid blurred(Grid grid, int reach) {
 }
 
 /// As film takes it: the lines burn out where they meet and are fainter where few are, the sand
-/// around them lights up, what lies between keeps its gradations.
+/// around them lights up, what lies between keeps its gradations and is darkest in its middle.
 Image develop(const Grid& gathered) {
     const Grid light = blurred(gathered, 1);
     const Grid halo = blurred(gathered, 7);
     const Grid bloom = blurred(gathered, 13);
+    const Grid cell = blurred(gathered, 22);
     const Grid field = blurred(gathered, 44);
-    const Vec3 between{0.697f, 0.706f, 0.640f}, line{1.0f, 1.0f, 1.0f};
+    const Vec3 between{0.748f, 0.753f, 0.680f}, line{1.0f, 1.0f, 1.0f};
     Image image(kSize, kSize);
     for (int y = 0; y < kSize; ++y)
         for (int x = 0; x < kSize; ++x) {
             const size_t i = size_t(y * kSize + x);
             const float e = light[i];
-            const float around = 0.05f * e + 0.65f * halo[i] + 0.30f * bloom[i];
-            const float glow = 0.90f * (1 - std::exp(-0.70f * around));
+            const Vec3 ground = between * mix(0.88f, 1.10f, smoothstep(0.70f, 1.20f, cell[i]));
+            const float around = 0.20f * halo[i] + 0.80f * bloom[i];
+            const float glow = 0.80f * (1 - std::exp(-0.85f * around));
             const float core =
-                (0.7f * smoothstep(0.71f, 1.23f, e) + 0.3f * smoothstep(1.35f, 2.5f, e)) *
+                (0.75f * smoothstep(0.80f, 1.60f, e) + 0.25f * smoothstep(1.5f, 2.8f, e)) *
                 mix(0.74f, 1.0f, smoothstep(0.80f, 1.06f, field[i]));
-            image.at(x, y).colour = mix(between, line, mix(glow, 1.0f, core));
+            image.at(x, y).colour = mix(ground, line, mix(glow, 1.0f, core));
         }
     return image;
 }
@@ -166,6 +168,6 @@ int main(int argc, char** argv) {
         const Grid light = gather(surface(waves, frame));
         char name[24];
         std::snprintf(name, sizeof name, "caust%.2d.nlt", frame);
-        saveBmp24(sharpened(shrunk(develop(light), columns, rows), 0.4f, 0.65f), folder + name);
+        saveBmp24(sharpened(shrunk(develop(light), columns, rows), 2.0f, 3.0f), folder + name);
     });
 }
