@@ -16,6 +16,8 @@ bool test::until(const std::function<bool()>& condition) {
         if (patience.hasExpired())
             return false;
         QCoreApplication::processEvents(QEventLoop::WaitForMoreEvents);
+        // Only a loop of the application's own deletes what is to be deleted later.
+        QCoreApplication::sendPostedEvents(nullptr, QEvent::DeferredDelete);
     }
     return true;
 }
