@@ -134,7 +134,7 @@ Grid blurred(Grid grid, int reach) {
 /// As film takes it: the lines burn out where they meet and are fainter where few are, the sand
 /// around them lights up, what lies between keeps its gradations and is darkest in its middle.
 Image develop(const Grid& gathered) {
-    const Grid light = blurred(gathered, 1);
+    const Grid light = blurred(gathered, 2);
     const Grid halo = blurred(gathered, 7);
     const Grid bloom = blurred(gathered, 13);
     const Grid cell = blurred(gathered, 22);
@@ -168,6 +168,6 @@ int main(int argc, char** argv) {
         const Grid light = gather(surface(waves, frame));
         char name[24];
         std::snprintf(name, sizeof name, "caust%.2d.nlt", frame);
-        saveBmp24(sharpened(shrunk(develop(light), columns, rows), 2.0f, 3.0f), folder + name);
+        saveBmp24(sharpened(shrunk(develop(light), columns, rows), 2.0f, 2.8f), folder + name);
     });
 }
