@@ -10,6 +10,8 @@ Garden coral_c() {
     garden.width = 1024;
     garden.height = 256;
     garden.cell = 18;
+    garden.west = -30;
+    garden.east = 0.9f;
     const float x = -8.9f, y = -6.25f, z = 19.2f;
 
     Layer& back = garden.layer();

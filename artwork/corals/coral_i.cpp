@@ -9,6 +9,8 @@ Garden coral_i() {
     garden.width = 1024;
     garden.height = 512;
     garden.cell = 19;
+    garden.west = 0.9f;
+    garden.east = 30;
     const float x = 11, y = -7.1f, z = 18.4f;
 
     Layer& rigid = garden.layer();

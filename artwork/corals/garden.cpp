@@ -1,27 +1,37 @@
 #include "corals/garden.h"
 
 #include <cstdio>
+#include <optional>
 
 #include "common/image.h"
 #include "common/noise.h"
+#include "corals/litter.h"
 #include "floor/ground.h"
 
 namespace art {
 namespace {
 
-/// Places the pictures in the texture, side by side in rows; false when they do not fit.
-bool pack(std::vector<Picture>& pictures, int width, int height) {
+/// Places the pictures in the texture, side by side in rows, high ones first; false when they do
+/// not fit. The last cells of their meshes reach beyond them, and have room of their own for it.
+bool pack(std::vector<Picture>& pictures, int cell, int width, int height) {
+    std::vector<Picture*> order;
+    for (Picture& picture : pictures)
+        order.push_back(&picture);
+    std::stable_sort(order.begin(), order.end(),
+                     [](const Picture* a, const Picture* b) { return a->height > b->height; });
     int x = 0, y = 0, row = 0;
-    for (Picture& picture : pictures) {
-        if (x + picture.width > width) {
+    for (Picture* const picture : order) {
+        const int wide = (picture->width + cell - 1) / cell * cell,
+                  high = (picture->height + cell - 1) / cell * cell;
+        if (x + wide > width) {
             y += row;
             x = row = 0;
         }
-        picture.at_x = x;
-        picture.at_y = y;
-        x += picture.width;
-        row = std::max(row, picture.height);
-        if (x > width || y + picture.height > height)
+        picture->at_x = x;
+        picture->at_y = y;
+        x += wide;
+        row = std::max(row, high);
+        if (x > width || y + high > height)
             return false;
     }
     return true;
@@ -339,7 +349,8 @@ void strew(Layer& layer, uint32_t seed, float x, float z, float reach, int count
     }
 }
 
-void paintGarden(const Garden& garden, const std::string& folder) {
+void paintGarden(Garden garden, const std::string& folder) {
+    strewCloseUp(garden, garden.west, garden.east);
     const Ground ground;
     const Mesh floor = groundRound(garden, ground);
     std::vector<const Mesh*> occluders{&floor};
@@ -347,6 +358,8 @@ void paintGarden(const Garden& garden, const std::string& folder) {
     float count = 0;
     for (const Layer& layer : garden.layers)
         for (const Growth& growth : layer.growths) {
+            if (layer.apart)
+                continue;
             occluders.push_back(&growth.mesh);
             for (const Vertex& v : growth.mesh.vertices)
                 middle += v.position;
@@ -365,18 +378,22 @@ void paintGarden(const Garden& garden, const std::string& folder) {
         for (const Layer& layer : garden.layers)
             pictures.push_back(frame(layer, camera));
         scale *= 0.98f;
-    } while (!pack(pictures, garden.width, garden.height));
+    } while (!pack(pictures, garden.cell, garden.width, garden.height));
 
     Image texture(garden.width, garden.height, {{}, 0});
     Relief relief;
     Cutter cutter(garden, camera, ground);
     for (size_t i = 0; i < pictures.size(); ++i) {
         Picture& picture = pictures[i];
-        draw(garden.layers[i], camera, light, garden.cut ? &ground : nullptr, picture);
+        const Layer& layer = garden.layers[i];
+        std::optional<Light> own;
+        if (layer.apart)
+            own.emplace(std::vector<const Mesh*>{&layer.growths[0].mesh});
+        draw(layer, camera, own ? *own : light, garden.cut ? &ground : nullptr, picture);
         for (int y = 0; y < picture.height; ++y)
             for (int x = 0; x < picture.width; ++x)
                 texture.at(picture.at_x + x, picture.at_y + y) = picture.image.at(x, y);
-        cutter.cut(picture, garden.layers[i].nearer, relief);
+        cutter.cut(picture, layer.nearer, relief);
     }
     bleed(texture, 12);
 
@@ -388,7 +405,8 @@ void paintGarden(const Garden& garden, const std::string& folder) {
             relief.world[v] + swell(relief.world[v], relief.bend[v], frame, garden.frames));
     };
     saveModel(relief.mesh, garden.frames, pose, path + ".nlm");
-    std::printf("%s: %zu triangles\n", garden.placement.model, relief.mesh.triangles.size());
+    std::printf("%s: %zu triangles, %.0f texels to the radian\n", garden.placement.model,
+                relief.mesh.triangles.size(), static_cast<double>(scale / 0.98f));
 }
 
 }  // namespace art

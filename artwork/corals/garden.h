@@ -21,6 +21,8 @@ struct Garden {
     int cell = 14;                  ///< texels between mesh points
     bool cut = true;                ///< along the sea floor; not for what stands elsewhere too
     float tiling = 1;               ///< the scene multiplies texture coordinates by it
+    /// What lies on the sand close to the eye between these x is in its picture, too.
+    float west = 0, east = 0;
     std::deque<Layer> layers;       ///< world axes, y up
 
     /// A new layer, before the others.
@@ -37,6 +39,6 @@ Vec3 onFloor(float x, float z, float lift = 0);
 void strew(Layer& layer, uint32_t seed, float x, float z, float reach, int count);
 
 /// Writes models/<model>.nlm and models/<model>.nlt below the folder.
-void paintGarden(const Garden& garden, const std::string& folder);
+void paintGarden(Garden garden, const std::string& folder);
 
 }  // namespace art

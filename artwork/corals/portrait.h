@@ -16,6 +16,8 @@ struct Layer {
     /// How much nearer to the eye than it is its mesh stands, world units. The eye never leaves its
     /// place, so this does not show.
     float nearer = 0.10f;
+    /// Lies so far from the others that neither shades the other.
+    bool apart = false;
 
     void add(Growth growth, const Stand& where) {
         growths.push_back(stand(std::move(growth), where));

@@ -1,7 +1,9 @@
-// The picture on the sea floor: sand with ripples, rubble, weed, starfish and the corals' shadows.
+// The picture on the sea floor: sand with ripples, rubble, weed, and the shadows of corals,
+// starfish and stones.
 //
 // Everything is seen from one eye only. Things that stand up from the sand (stones, shells) are
-// painted as the eye sees them, drawn out away from it over the floor.
+// painted as the eye sees them, drawn out away from it over the floor; those close up are part of
+// the gardens' pictures, which show them better.
 #include <memory>
 
 #include "common/image.h"
@@ -9,6 +11,7 @@
 #include "common/parallel.h"
 #include "corals/gardens.h"
 #include "floor/ground.h"
+#include "floor/litter.h"
 #include "floor/placement.h"
 
 namespace art {
@@ -21,22 +24,6 @@ float worldX(float column) { return -Ground::kWidth / 2 + column * kTexelX; }
 float worldZ(float row) { return Ground::kDepth - row * kTexelZ; }
 float columnOf(float x) { return (x + Ground::kWidth / 2) / kTexelX; }
 float rowOf(float z) { return (Ground::kDepth - z) / kTexelZ; }
-
-/// Distance to the nearest coral's foot, in units of how far its garden reaches.
-struct Footprint {
-    float x, z, reach;
-};
-constexpr Footprint kFootprints[] = {
-    {-2.8f, 20.2f, 2.7f}, {-3.7f, 14.2f, 0.85f}, {-5, 13.7f, 0.95f}, {-3.4f, 12.8f, 0.7f},
-    {-8.9f, 19.2f, 1.1f}, {-5.6f, 15, 1.2f},     {-11.6f, 15, 1.3f}, {-10, 20.2f, 1.3f},
-    {0, 25.2f, 2.2f},     {8.2f, 21.4f, 2.0f},   {11, 18.4f, 1.9f}};
-
-float nearness(float x, float z) {
-    float best = 1e9f;
-    for (const Footprint& f : kFootprints)
-        best = std::min(best, length(Vec2{x - f.x, z - f.z}) / f.reach);
-    return best;
-}
 
 /// Ripples are strongest before the eye and gone where they would glitter.
 float rippleStrength(float x, float z) {
@@ -182,14 +169,6 @@ private:
     std::vector<Group> groups_;
 };
 
-/// A lump on the sand, painted as the eye sees it.
-struct Stone {
-    float x, z, radius, height;
-    Vec3 colour;
-    uint32_t seed;
-    float mottle;
-};
-
 void blend(Pixel& pixel, Vec3 colour, float amount) {
     pixel.colour = mix(pixel.colour, colour, clamp01(amount));
 }
@@ -223,6 +202,8 @@ void paintStone(Image& image, const Ground& ground, const Stone& stone) {
                       mix(0.85f, 0.65f, small) *
                           (1 - smoothstep(0.75f, mix(1.45f, 1.25f, small), d)));
             }
+            if (closeUp(stone))
+                continue;
             // The stone itself: the ray from the eye against an uneven half ellipsoid.
             const Vec3 scale{1 / stone.radius, 1 / stone.height, 1 / stone.radius};
             const Vec3 origin = Vec3{kEye.x - stone.x, eye_high, kEye.z - stone.z} * scale;
@@ -256,55 +237,7 @@ void paintStone(Image& image, const Ground& ground, const Stone& stone) {
 
 void paintStones(Image& image) {
     const Ground ground;
-    Random random(4711);
-    std::vector<Stone> stones;
-    const Vec3 colours[] = {rgb(238, 212, 172), rgb(222, 186, 146), rgb(232, 158, 166),
-                            rgb(208, 150, 172), rgb(200, 184, 124), rgb(250, 236, 208)};
-    const Vec3 shells[] = {rgb(255, 248, 236), rgb(255, 224, 204), rgb(250, 208, 196)};
-    const auto colour = [&] { return colours[random.index(6)]; };
-    // Rubble: thick round the gardens, thinning outwards; a litter of bits elsewhere.
-    for (const Footprint& f : kFootprints) {
-        const int count = static_cast<int>(110 * f.reach);
-        for (int i = 0; i < count; ++i) {
-            const float angle = random.range(0, 2 * kPi);
-            const float away = f.reach * (0.55f + 1.25f * random.unit() * random.unit());
-            const float x = f.x + std::cos(angle) * away, z = f.z + std::sin(angle) * away * 0.9f;
-            const float r = 0.035f + 0.15f * std::pow(random.unit(), 3.0f);
-            stones.push_back(
-                {x, z, r, r * random.range(0.5f, 0.9f), colour(), random.bits(), 0.6f});
-        }
-    }
-    for (int i = 0; i < 2100; ++i) {
-        const float x = random.range(-22, 22), z = random.range(1.3f, 27);
-        // Before the eye a texel is as large as the smallest would be: fewer and larger ones there.
-        const float close = 1 - smoothstep(9, 15, z);
-        const float r = mix(0.018f + 0.055f * std::pow(random.unit(), 4.0f),
-                            0.055f + 0.080f * std::pow(random.unit(), 3.0f), close);
-        if (random.unit() < 0.72f * close)
-            continue;
-        const bool shell = random.unit() < 0.5f;
-        const float patch = gradientNoise({x * 0.3f, z * 0.3f, 0.5f}, 571);
-        if (random.unit() > 0.55f + 0.9f * patch)
-            continue;
-        stones.push_back({x, z, r, r * random.range(0.3f, 0.6f),
-                          shell ? shells[random.index(3)] * 1.08f : colour() * 0.95f, random.bits(),
-                          0.4f});
-    }
-    // A few larger lumps in the open, with their own little heap.
-    const Vec2 lumps[] = {{-9.3f, 11.6f}, {-1.2f, 15.6f}, {2.1f, 18.6f},   {5.2f, 15.4f},
-                          {8.6f, 16.1f},  {13.4f, 14.2f}, {-13.9f, 11.2f}, {-7.2f, 8.3f}};
-    for (const Vec2& at : lumps)
-        for (int i = 0; i < 9; ++i) {
-            const float r = i == 0 ? random.range(0.17f, 0.26f) : random.range(0.03f, 0.10f);
-            const float d = i == 0 ? 0 : random.range(0.15f, 0.55f),
-                        angle = random.range(0, 2 * kPi);
-            stones.push_back({at.x + std::cos(angle) * d, at.y + std::sin(angle) * d, r, r * 0.7f,
-                              colour(), random.bits(), 0.6f});
-        }
-    // Far ones first, so that near ones stand before them.
-    std::stable_sort(stones.begin(), stones.end(),
-                     [](const Stone& a, const Stone& b) { return a.z > b.z; });
-    for (const Stone& stone : stones)
+    for (const Stone& stone : stones())
         paintStone(image, ground, stone);
 }
 
@@ -332,76 +265,27 @@ void paintPits(Image& image) {
     }
 }
 
-struct Star {
-    float x, z, radius, turn;
-    Vec3 colour;
-};
-
-void paintStar(Image& image, const Star& star) {
+void paintShadow(Image& image, const Star& star) {
     constexpr int kAcross = 3;  // samples per texel side
     const float reach = star.radius * 1.5f;
-    const Vec3 sun = towardsSun();
-    const auto body = [&](float dx, float dz, float& rim) {
-        const float r = std::sqrt(dx * dx + dz * dz) / star.radius;
-        const float angle = std::atan2(dz, dx) + star.turn + 0.30f * r;
-        const float fifth = 2 * kPi / 5;
-        const float off = std::fabs(angle - fifth * std::round(angle / fifth)) / (fifth / 2);
-        rim = mix(1.0f, 0.27f, std::pow(clamp01(off), 0.42f));
-        return r;
-    };
-    // Height of the arm's back, for its light.
-    const auto back = [&](float dx, float dz) {
-        float rim;
-        const float r = body(dx, dz, rim);
-        return std::sqrt(std::max(0.0f, 1 - r / rim)) * 0.30f * star.radius *
-               (1.1f - 0.6f * std::min(1.0f, r));
-    };
     for (int row = static_cast<int>(rowOf(star.z + reach));
          row <= static_cast<int>(rowOf(star.z - reach)); ++row)
         for (int column = static_cast<int>(columnOf(star.x - reach));
              column <= static_cast<int>(columnOf(star.x + reach)); ++column) {
-            float cover = 0, shade = 0;
-            Vec3 colour;
+            float shade = 0;
             for (int s = 0; s < kAcross * kAcross; ++s) {
-                const float dx = worldX(static_cast<float>(column) +
-                                        (static_cast<float>(s % kAcross) + 0.5f) / kAcross) -
-                                 star.x;
-                const float dz = worldZ(static_cast<float>(row) +
-                                        (static_cast<float>(s / kAcross) + 0.5f) / kAcross) -
-                                 star.z;
-                float rim;
-                const float fallen = body(dx - 0.10f * star.radius, dz - 0.09f * star.radius, rim);
-                shade += 1 - smoothstep(rim * 0.85f, rim * 1.35f, fallen);
-                const float r = body(dx, dz, rim);
-                if (r > rim)
-                    continue;
-                const float h = back(dx, dz), e = star.radius * 0.05f;
-                const Vec3 n =
-                    normalize({-(back(dx + e, dz) - h) / e, 1.0f, -(back(dx, dz + e) - h) / e});
-                const float bumps = gradientNoise(
-                    {dx * 26 / star.radius * 0.4f, dz * 26 / star.radius * 0.4f, star.x}, 3);
-                const float ridge = 1 - smoothstep(0.0f, 0.55f, r / rim);
-                Vec3 c = mix(star.colour, star.colour + Vec3{0.25f, 0.22f, 0.18f}, 0.45f * ridge);
-                c = c * (0.45f + 0.65f * std::max(0.0f, dot(n, sun)) / sun.y) * (1 + 0.30f * bumps);
-                colour += c;
-                ++cover;
+                const float x = worldX(static_cast<float>(column) +
+                                       (static_cast<float>(s % kAcross) + 0.5f) / kAcross);
+                const float z = worldZ(static_cast<float>(row) +
+                                       (static_cast<float>(s / kAcross) + 0.5f) / kAcross);
+                const Vec2 fallen{(x - star.x) / star.radius - 0.10f,
+                                  (z - star.z) / star.radius - 0.09f};
+                shade += smoothstep(-1.5f, 0.5f, onArm(star, fallen).inside);
             }
-            constexpr float kSamples = kAcross * kAcross;
             Pixel& pixel = image.at(column, row);
-            blend(pixel, pixel.colour * Vec3{0.55f, 0.60f, 0.62f}, shade / kSamples * 0.8f);
-            if (cover > 0)
-                blend(pixel, colour / cover, cover / kSamples);
+            blend(pixel, pixel.colour * Vec3{0.55f, 0.60f, 0.62f},
+                  0.8f * shade / (kAcross * kAcross));
         }
-}
-
-void paintStars(Image& image) {
-    const Vec3 orange = rgb(250, 100, 44), blue = rgb(80, 124, 226), gold = rgb(240, 182, 70);
-    const Star stars[] = {{2.3f, 8.4f, 0.34f, 0.4f, orange},    {-2.9f, 7.7f, 0.29f, 1.3f, blue},
-                          {5.4f, 11.2f, 0.36f, 0.9f, blue},     {-7.4f, 10.4f, 0.36f, 2.1f, orange},
-                          {0.3f, 12.2f, 0.27f, 0.2f, gold},     {8.7f, 13.2f, 0.37f, 1.6f, orange},
-                          {-13.2f, 13.0f, 0.34f, 0.7f, orange}, {3.6f, 17.2f, 0.34f, 1.1f, gold}};
-    for (const Star& star : stars)
-        paintStar(image, star);
 }
 
 /// Smooths along each row, and across rows by what one pixel of the screen covers there: the
@@ -452,7 +336,8 @@ Image paintFloor() {
     });
     paintPits(image);
     paintStones(image);
-    paintStars(image);
+    for (const Star& star : stars())
+        paintShadow(image, star);
     const Ground ground;
     const Shade shade;
     parallelFor(kTexels, [&](int row) {

@@ -1,0 +1,150 @@
+#include "corals/litter.h"
+
+#include "common/noise.h"
+#include "floor/ground.h"
+
+namespace art {
+namespace {
+
+/// A dome of rows of vertices round the y axis, its top first; outline and height in 0..1 by the
+/// angle and the share of the way out.
+template <class Place>
+Growth dome(int down, int around, Place place) {
+    Growth growth;
+    for (int j = 0; j <= down; ++j)
+        for (int i = 0; i <= around; ++i) {
+            const float angle = 2 * kPi * static_cast<float>(i) / static_cast<float>(around);
+            const auto [position, texture] =
+                place(static_cast<float>(j) / static_cast<float>(down), angle);
+            growth.mesh.add(position, texture);
+        }
+    for (int j = 0; j < down; ++j)
+        for (int i = 0; i < around; ++i) {
+            const int a = j * (around + 1) + i;
+            growth.mesh.quad(a, a + 1, a + around + 2, a + around + 1);
+        }
+    growth.bend.assign(growth.mesh.vertices.size(), 0);
+    return growth;
+}
+
+struct Corner {
+    Vec3 position;
+    Vec2 texture;
+};
+
+/// Sets a growth down: what is level in it follows the sand.
+Growth laid(Growth growth, float x, float z) {
+    static const Ground ground;
+    for (Vertex& v : growth.mesh.vertices) {
+        v.position.x += x;
+        v.position.z += z;
+        v.position.y += ground.height(v.position.x, v.position.z);
+    }
+    return growth;
+}
+
+Growth pebble(const Stone& stone) {
+    const float where = static_cast<float>(stone.seed % 997);
+    Growth growth = dome(18, 36, [&](float out, float angle) {
+        const float polar = 0.62f * kPi * out;
+        const Vec3 d{std::sin(polar) * std::cos(angle), std::cos(polar),
+                     std::sin(polar) * std::sin(angle)};
+        const float lump = fractalNoise(d * 0.9f + Vec3{where, 0, 0}, 3, stone.seed);
+        const Vec3 radii{stone.radius, stone.height, stone.radius * 0.85f};
+        return Corner{d * radii * (1 + 0.35f * lump), {d.x, d.z}};
+    });
+    growth.material = [=](Vec2, Vec3 p) {
+        const Vec3 q = p / stone.radius + Vec3{where, 0, 0};
+        const float mottle = fractalNoise(q * 1.2f, 3, stone.seed + 1);
+        const float spots = fractalNoise(q * 4, 2, stone.seed + 2);
+        const Vec3 grown =
+            mix(stone.colour, rgb(206, 130, 158), 0.5f * smoothstep(0.1f, 0.3f, mottle));
+        return Paint{grown * (0.80f + stone.mottle * (0.40f * mottle + 0.30f * spots)),
+                     Vec3{spots, 0, mottle} * 0.35f};
+    };
+    return growth;
+}
+
+/// Half a cockle, its back up: ribs run from the hinge to a scalloped edge.
+Growth shell(const Stone& stone) {
+    constexpr int kRibs = 11;
+    const float turn = static_cast<float>(stone.seed % 628) / 100;
+    const auto rib = [=](Vec2 t) {
+        // Seen from the hinge, at the edge opposite the turn.
+        return std::atan2(t.y, t.x + 1.05f) * kRibs / (0.5f * kPi);
+    };
+    Growth growth = dome(16, 66, [&](float out, float angle) {
+        const Vec2 flat{out * std::cos(angle), out * std::sin(angle)};
+        const float pointed = mix(0.55f, 1.0f, smoothstep(-1.05f, 0.1f, flat.x));
+        const float edge = 1 + 0.05f * std::cos(2 * kPi * rib(flat)) * smoothstep(0.6f, 1.0f, out);
+        const Vec2 at{flat.x * edge, flat.y * pointed * edge};
+        const float c = std::cos(turn), s = std::sin(turn);
+        const float height = stone.height * 1.2f * std::sqrt(std::max(0.0f, 1 - out * out)) - 0.01f;
+        return Corner{
+            {(at.x * c - at.y * s) * stone.radius, height, (at.x * s + at.y * c) * stone.radius},
+            flat};
+    });
+    growth.material = [=](Vec2 t, Vec3 p) {
+        const float wave = std::cos(2 * kPi * rib(t));
+        const float rings = std::sin(16 * length(Vec2{t.x + 1.05f, t.y}));
+        const float blush = fractalNoise(p / stone.radius * 0.8f, 2, stone.seed);
+        const Vec3 tone =
+            mix(stone.colour, rgb(232, 150, 128), 0.45f * smoothstep(-0.1f, 0.4f, blush));
+        const Vec3 c = tone * (0.84f + 0.10f * wave + 0.04f * rings);
+        return Paint{c, Vec3{0, 0, 0.35f * std::sin(2 * kPi * rib(t))}};
+    };
+    return growth;
+}
+
+Growth starfish(const Star& star) {
+    Growth growth = dome(20, 240, [&](float out, float angle) {
+        const Vec2 way{std::cos(angle), std::sin(angle)};
+        float in = 0, beyond = 1.15f;
+        for (int i = 0; i < 20; ++i) {
+            const float between = (in + beyond) / 2;
+            (onArm(star, way * between).inside > 0 ? in : beyond) = between;
+        }
+        const Vec2 at = way * (in * out);
+        const OnArm arm = onArm(star, at);
+        const float thick = mix(0.21f, 0.11f, arm.along);
+        const float height = thick * std::sqrt(clamp01(arm.inside)) - 0.03f;
+        return Corner{Vec3{at.x, height, at.y} * star.radius, at};
+    });
+    growth.material = [=](Vec2 t, Vec3) {
+        const OnArm arm = onArm(star, t);
+        const Cell plate = cellNoise(t * 17, 881);
+        const float knob = 1 - smoothstep(0.12f, 0.38f, plate.nearest);
+        const float ridge = smoothstep(0.55f, 0.98f, arm.inside);
+        const float mottle = fractalNoise({t.x * 3, t.y * 3, star.x}, 3, 882);
+        Vec3 c = star.colour * (0.80f + 0.28f * mottle + 0.10f * ridge);
+        c = mix(c, c * 0.62f, 0.55f * smoothstep(0.30f, 0.60f, plate.nearest));
+        c = mix(c, star.colour * 0.6f + Vec3{0.40f, 0.38f, 0.34f}, knob * mix(0.22f, 0.60f, ridge));
+        const Vec3 away{t.x * 17 - plate.point.x, 0, t.y * 17 - plate.point.y};
+        return Paint{c, away * (0.8f * knob)};
+    };
+    return growth;
+}
+
+}  // namespace
+
+void strewCloseUp(Garden& garden, float west, float east) {
+    const auto add = [&](Growth growth, float x, float z) {
+        Layer& layer = garden.layer();
+        layer.apart = true;
+        // Before the fish's shadows, which are drawn first and would hide it.
+        layer.nearer = 1.5f;
+        layer.growths.push_back(laid(std::move(growth), x, z));
+    };
+    for (const Star& star : stars())
+        if (star.x >= west && star.x < east)
+            add(starfish(star), star.x, star.z);
+    for (const Stone& stone : stones())
+        if (closeUp(stone) && stone.x >= west && stone.x < east)
+            add(stone.shell ? shell(stone)
+                : stone.radius > 0.15f
+                    ? rock(stone.seed % 1000, {stone.radius, stone.height, stone.radius})
+                    : pebble(stone),
+                stone.x, stone.z);
+}
+
+}  // namespace art

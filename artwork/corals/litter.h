@@ -1,0 +1,12 @@
+// Shells, pebbles and starfish before the eye, in as much detail as the corals.
+#pragma once
+
+#include "corals/garden.h"
+#include "floor/litter.h"
+
+namespace art {
+
+/// Adds what lies close up between two x to a garden, each a layer of its own.
+void strewCloseUp(Garden& garden, float west, float east);
+
+}  // namespace art
