@@ -1,7 +1,10 @@
 // The pink thickets in front. The model stands three times, turned and tilted, so it cannot be a
-// picture of one side: every branch is a ridged strip that faces between the three directions from
-// which the eye sees it, and carries the picture of a branch.
+// picture of one side: every branch is a strip that faces between the three directions from which
+// the eye sees it, and carries the picture of a branch. Its outline is soft, since many a screen
+// has one sample per pixel.
+#include <algorithm>
 #include <cstdio>
+#include <numeric>
 
 #include "common/image.h"
 #include "common/noise.h"
@@ -13,16 +16,29 @@ namespace {
 
 constexpr int kFrames = 20;
 // A branch is some ten pixels wide on the screen; more texels would only glitter.
-constexpr int kSize = 256;  ///< of the texture
-constexpr int kStrip = 20;  ///< width of a branch's picture; as high as the texture
-/// What a strip leaves out of the picture on either side: clear texels hide branches behind them.
-constexpr float kRim = 0.15f;
+constexpr int kSize = 256;              ///< of the texture
+constexpr int kStrip = 24;              ///< width of a branch's picture; as high as the texture
+constexpr float kHalf = 7;              ///< texels from the middle of a branch to its outline
 constexpr int kKinds = 2;               ///< branches that differ; each in sun and in shade
 constexpr float kHeight = 40;           ///< of the thicket, file units
 constexpr float kBranchLength = 12.8f;  ///< of the pictured branch, in its own units
 constexpr float kBranchRadius = 0.33f;  ///< without its cups
-/// Half the width of a strip for a branch of radius 1.
-constexpr float kStripPerRadius = kBranchLength * kStrip / (2.0f * kSize) * 1.02f / kBranchRadius;
+
+/// A branch thins out towards its tip: half its width where the picture's t is, file units.
+float halfWidth(float t) {
+    constexpr float kTwig = 0.64f;  // where the last twigs begin
+    return t < kTwig ? mix(2.1f, 1.4f, t / kTwig) : mix(1.4f, 0.9f, (t - kTwig) / (1 - kTwig));
+}
+
+/// Width of the soft outline in texels: a good pixel of the screen.
+float rim(float t) { return kHalf * 0.62f / halfWidth(t); }
+
+/// How much a texel of a branch covers, x texels beside its middle and y below the picture's top.
+float cover(float x, float y) {
+    const float soft = rim(1 - y / kSize), round = 0.5f + kHalf + 0.5f * soft;
+    const float d = y < round ? std::hypot(x, round - y) : std::fabs(x);
+    return clamp01((kHalf - d) / soft + 0.5f);
+}
 
 /// One branch with its cups, upright, from 0 to kBranchLength.
 Growth pictured(uint32_t seed) {
@@ -62,31 +78,40 @@ Growth pictured(uint32_t seed) {
         const float t = texture.y;
         // Dead and overgrown where it comes out of the stone. It is dark there on the sand, and a
         // fish's shadow, drawn before the thicket, may hide a foot.
-        Vec3 c = mix(rgb(84, 66, 66), shades.foot, smoothstep(0.06f, 0.26f, t));
-        c = mix(c, shades.middle, smoothstep(0.16f, 0.45f, t));
+        Vec3 c = mix(rgb(84, 66, 66), shades.foot, smoothstep(0.08f, 0.34f, t));
+        c = mix(c, shades.middle, smoothstep(0.22f, 0.56f, t));
         c = mix(c, shades.tip,
-                0.32f * smoothstep(0.45f, 0.88f, t) + 0.16f * smoothstep(0.86f, 1.0f, t));
+                0.24f * smoothstep(0.45f, 0.88f, t) + 0.06f * smoothstep(0.86f, 1.0f, t));
         return Paint{c * 1.18f * (1 + 0.18f * fractalNoise(p * 3, 2, seed)), {}};
     };
     return growth;
 }
 
-/// Where a direction of the world lies in the model, the mean over the three that stand.
-Vec3 meanDirection(Vec3 (*world)(const Placement&)) {
+/// How the eye sees the three that stand, in file axes and in pixels of a screen 948 high.
+std::vector<Camera> views() {
+    std::vector<Camera> all;
+    for (const Placement& placement : kCorals)
+        if (placement.model == std::string("coral_b")) {
+            all.emplace_back(placement.toFile(kEye), Vec3{});
+            all.back().setScale(1144);
+        }
+    return all;
+}
+
+/// The direction of the sun in file axes, the mean over the three that stand.
+Vec3 meanSun() {
     Vec3 sum;
     for (const Placement& placement : kCorals)
         if (placement.model == std::string("coral_b"))
-            sum += normalize(placement.toFile(placement.foot + world(placement)));
+            sum += normalize(placement.toFile(placement.foot + towardsSun()));
     return normalize(sum);
 }
 
 class Thicket {
 public:
-    Thicket()
-        : eye_(meanDirection([](const Placement& p) { return normalize(kEye - p.foot); })),
-          sun_(meanDirection([](const Placement&) { return towardsSun(); })) {
-        Random random(81);
-        constexpr int kStems = 17;
+    Thicket() : views_(views()), sun_(meanSun()) {
+        Random random(14);
+        constexpr int kStems = 13;
         for (int i = 0; i < kStems; ++i) {
             const float angle = i * 2.39996f + random.range(-0.2f, 0.2f);
             const float tilt = std::sqrt((static_cast<float>(i) + 0.3f) / kStems);
@@ -94,27 +119,22 @@ public:
             const Vec3 along =
                 upright({}, normalize(out * std::sin(tilt) + Vec3{0, 0, std::cos(tilt)}));
             grow(random, out * (4.5f * tilt) + Vec3{0, 0, -2.5f}, along,
-                 kHeight * 0.45f * mix(1.0f, 0.74f, tilt), 1.9f, 2, 0);
+                 kHeight * 0.45f * mix(1.0f, 0.74f, tilt), 2, 0);
         }
-        // Far strips first, so that the soft edges of near ones lie over them.
-        std::stable_sort(pieces_.begin(), pieces_.end(),
-                         [](const Piece& a, const Piece& b) { return a.near < b.near; });
         stone();
-        for (const Piece& piece : pieces_)
-            for (const auto& t : piece.triangles)
+        for (const size_t i : drawingOrder())
+            for (const auto& t : pieces_[i])
                 mesh_.triangles.push_back(t);
     }
 
     const Mesh& mesh() const { return mesh_; }
 
 private:
-    struct Piece {
-        float near;
-        std::array<std::array<int, 3>, 4> triangles;
-    };
+    static constexpr int kParts = 2;             ///< of a strip between two of its points
+    static constexpr float kGoodEnough = 0.75f;  ///< for a direction, and no better one is sought
+    using Piece = std::array<std::array<int, 3>, 2>;
 
-    void grow(Random& random, Vec3 from, Vec3 along, float length, float radius, int forks,
-              float t0) {
+    void grow(Random& random, Vec3 from, Vec3 along, float length, int forks, float t0) {
         const int steps = forks == 2 ? 3 : 2;
         const float whole = length * random.range(0.8f, 1.2f);
         const float t1 = forks == 0 ? 1.0f : t0 + (1 - t0) * 0.40f;
@@ -129,18 +149,32 @@ private:
         // The last twigs are too short to show a bend.
         if (forks == 0)
             points.erase(points.begin() + 1);
-        const float thin = forks == 0 ? 0.50f : 0.82f;
-        strip(random, points, radius, radius * thin, t0, t1);
+        strip(random, points, t0, t1);
         if (forks == 0)
             return;
         const int arms = random.unit() < 0.45f ? 3 : 2;
+        std::vector<Vec3> taken;
         for (int i = 0; i < arms; ++i) {
-            const Vec3 aside =
-                normalize({random.range(-1, 1), random.range(-1, 1), random.range(-0.3f, 1)});
-            const Vec3 next =
-                upright(points.back(), normalize(direction + aside * 0.75f + Vec3{0, 0, 0.14f}));
+            // Of a few directions the one that keeps away from the other arms and whose strip looks
+            // narrow to none of the three.
+            Vec3 next;
+            float best = -1;
+            for (int attempt = 0; attempt < 8 && best < kGoodEnough; ++attempt) {
+                const Vec3 aside =
+                    normalize({random.range(-1, 1), random.range(-1, 1), random.range(-0.3f, 1)});
+                const Vec3 there = upright(
+                    points.back(), normalize(direction + aside * 0.75f + Vec3{0, 0, 0.14f}));
+                float good = seenWidth(there, facing(there));
+                for (const Vec3& other : taken)
+                    good = std::min(good, art::length(there - other));
+                if (good > best) {
+                    best = good;
+                    next = there;
+                }
+            }
+            taken.push_back(next);
             grow(random, points[size_t(i == 2 ? steps - 1 : steps)], next,
-                 length * random.range(0.68f, 0.92f), radius * 0.82f, forks - 1, t1);
+                 length * random.range(0.68f, 0.92f), forks - 1, t1);
         }
     }
 
@@ -161,37 +195,157 @@ private:
         return along;
     }
 
-    /// A strip with a raised middle along the points, its brighter edge towards the sun.
-    void strip(Random& random, const std::vector<Vec3>& points, float r0, float r1, float t0,
-               float t1) {
+    /// The narrowest that one of the three shows a strip, as a share of its width.
+    float seenWidth(const Vec3& along, const Vec3& front) const {
+        float least = 1;
+        for (const Camera& view : views_) {
+            const Vec3 eye = view.towardsEye({});
+            const Vec3 across = eye - along * dot(along, eye);
+            least = std::min(least, std::fabs(dot(front, normalize(across))));
+        }
+        return least;
+    }
+
+    /// Where a strip's front has to turn so that all three show it as wide as can be.
+    Vec3 facing(const Vec3& along) const {
+        const Vec3 right = normalize(cross(along, views_[0].towardsEye({})));
+        const Vec3 up = cross(right, along);
+        Vec3 front;
+        float best = -1;
+        constexpr int kTurns = 36;  // in half a circle: both sides show
+        for (int i = 0; i < kTurns; ++i) {
+            const float angle = kPi * static_cast<float>(i) / kTurns;
+            const Vec3 there = right * std::cos(angle) + up * std::sin(angle);
+            const float width = seenWidth(along, there);
+            if (width > best) {
+                best = width;
+                front = there;
+            }
+        }
+        return front;
+    }
+
+    /// A strip along the points, its brighter edge towards the sun.
+    void strip(Random& random, const std::vector<Vec3>& points, float t0, float t1) {
         const Vec3 middle = points[points.size() / 2];
         const float sunny = dot(normalize(middle), sun_) + 0.25f * (length(middle) / kHeight);
         const int column = random.index(kKinds) + (sunny > 0.30f ? 0 : kKinds);
-        const float s0 = static_cast<float>(column) * kStrip / kSize, ds = float(kStrip) / kSize;
-        int before[3] = {};
-        for (size_t i = 0; i < points.size(); ++i) {
-            const float u = static_cast<float>(i) / static_cast<float>(points.size() - 1);
-            const Vec3 along =
-                normalize(points[std::min(i + 1, points.size() - 1)] - points[i == 0 ? 0 : i - 1]);
-            Vec3 side = normalize(cross(along, eye_));
+        const float middle_s = (static_cast<float>(column) + 0.5f) * kStrip / kSize;
+        const Vec3 front = facing(normalize(points.back() - points.front()));
+        const size_t last = points.size() - 1;
+        int before[2] = {};
+        for (size_t i = 0; i <= last * kParts; ++i) {
+            const size_t j = std::min(i / kParts, last - 1);
+            const float u = static_cast<float>(i) / kParts - static_cast<float>(j);
+            const Vec3 p = mix(points[j], points[j + 1], u);
+            const float t = mix(t0, t1, static_cast<float>(i) / static_cast<float>(last * kParts));
+            const Vec3 along = normalize(points[j + 1] - points[u > 0 || j == 0 ? j : j - 1]);
+            Vec3 side = normalize(cross(along, front));
             if (dot(side, sun_) < 0)
                 side = -side;
-            const Vec3 front = normalize(eye_ - along * dot(eye_, along));
-            const float w = mix(r0, r1, u) * kStripPerRadius * (1 - 2 * kRim);
-            const float t = 1 - mix(t0, t1, u);
-            const int now[3] = {mesh_.add(points[i] + side * w, {s0 + kRim * ds, t}),
-                                mesh_.add(points[i] + front * (w * 0.6f), {s0 + ds / 2, t}),
-                                mesh_.add(points[i] - side * w, {s0 + (1 - kRim) * ds, t})};
-            if (i > 0) {
-                const float near = dot((points[i] + points[i - 1]) * 0.5f, eye_);
-                pieces_.push_back({near,
-                                   {{{before[0], before[1], now[1]},
-                                     {before[0], now[1], now[0]},
-                                     {before[1], before[2], now[2]},
-                                     {before[1], now[2], now[1]}}}});
-            }
-            std::copy(now, now + 3, before);
+            // To where the soft outline ends, and no farther: clear texels hide what is behind.
+            const float texels = kHalf + 0.5f * rim(t), w = halfWidth(t) * texels / kHalf;
+            const float ds = texels / kSize;
+            // Not half a texel over the picture's ends, which touch each other.
+            const float down = std::clamp(1 - t, 0.5f / kSize, 1 - 0.5f / kSize);
+            const int now[2] = {mesh_.add(p + side * w, {middle_s - ds, down}),
+                                mesh_.add(p - side * w, {middle_s + ds, down})};
+            if (i > 0)
+                pieces_.push_back({{{before[0], before[1], now[1]}, {before[0], now[1], now[0]}}});
+            std::copy(now, now + 2, before);
         }
+    }
+
+    /// What is behind must be drawn first, or soft outlines hide it: for each pair of pieces, how
+    /// much of the second the outlines of the first would hide, summed over the three.
+    std::vector<float> hidden() const {
+        constexpr int kFiner = 2, kSide = 2 * 110 * kFiner;  // the thicket fits in
+        struct Seen {
+            size_t piece;
+            float depth, cover;
+        };
+        const size_t n = pieces_.size();
+        std::vector<float> amounts(n * n);
+        for (const Camera& view : views_) {
+            std::vector<std::vector<Seen>> pixels(size_t{kSide} * kSide);
+            for (size_t piece = 0; piece < n; ++piece)
+                for (const auto& triangle : pieces_[piece]) {
+                    Vec3 p[3];
+                    Vec2 texture[3];
+                    for (size_t k = 0; k < 3; ++k) {
+                        const Vertex& v = mesh_.vertices[size_t(triangle[k])];
+                        p[k] = view.project(v.position);
+                        p[k].x = p[k].x * kFiner + kSide / 2;
+                        p[k].y = p[k].y * kFiner + kSide / 2;
+                        texture[k] = v.texture;
+                    }
+                    const auto [x0, x1] = std::minmax({p[0].x, p[1].x, p[2].x});
+                    const auto [y0, y1] = std::minmax({p[0].y, p[1].y, p[2].y});
+                    const float area = cross2(p[0], p[1], p[2]);
+                    if (std::fabs(area) < 1e-6f)
+                        continue;
+                    for (int y = std::max(0, int(y0)); y <= std::min(kSide - 1, int(y1)); ++y)
+                        for (int x = std::max(0, int(x0)); x <= std::min(kSide - 1, int(x1)); ++x) {
+                            const Vec3 at{static_cast<float>(x) + 0.5f,
+                                          static_cast<float>(y) + 0.5f, 0};
+                            const float a = cross2(at, p[1], p[2]) / area,
+                                        b = cross2(p[0], at, p[2]) / area, c = 1 - a - b;
+                            if (a < 0 || b < 0 || c < 0)
+                                continue;
+                            const Vec2 t = texture[0] * a + texture[1] * b + texture[2] * c;
+                            const float across = std::fmod(t.x * kSize, float(kStrip)) - kStrip / 2;
+                            pixels[size_t(y * kSide + x)].push_back(
+                                {piece, a * p[0].z + b * p[1].z + c * p[2].z,
+                                 cover(across, t.y * kSize)});
+                        }
+                }
+            for (auto& pixel : pixels) {
+                std::stable_sort(pixel.begin(), pixel.end(),
+                                 [](const Seen& a, const Seen& b) { return a.depth < b.depth; });
+                float before = 1;  // what the nearer ones let through
+                for (size_t i = 0; i < pixel.size(); before *= 1 - pixel[i++].cover) {
+                    float through = before * (1 - pixel[i].cover);
+                    for (size_t j = i + 1; j < pixel.size(); through *= 1 - pixel[j++].cover)
+                        if (pixel[i].piece != pixel[j].piece)
+                            amounts[pixel[i].piece * n + pixel[j].piece] +=
+                                through * pixel[j].cover;
+                }
+            }
+        }
+        return amounts;
+    }
+
+    static float cross2(const Vec3& a, const Vec3& b, const Vec3& c) {
+        return (b.x - a.x) * (c.y - a.y) - (b.y - a.y) * (c.x - a.x);
+    }
+
+    /// The order of the pieces in which soft outlines hide least: each piece moves to its best
+    /// place, until none has a better one.
+    std::vector<size_t> drawingOrder() const {
+        const std::vector<float> cost = hidden();
+        const size_t n = pieces_.size();
+        std::vector<size_t> order(n);
+        std::iota(order.begin(), order.end(), size_t{0});
+        bool moved = true;
+        for (int pass = 0; pass < 100 && moved; ++pass) {
+            moved = false;
+            for (size_t piece = 0; piece < n; ++piece) {
+                const auto found = std::find(order.begin(), order.end(), piece);
+                const auto was = static_cast<size_t>(found - order.begin());
+                order.erase(found);
+                // What each place costs, against that of the first.
+                std::vector<float> costs{0};
+                for (const size_t other : order)
+                    costs.push_back(costs.back() + cost[other * n + piece] -
+                                    cost[piece * n + other]);
+                const auto best = static_cast<size_t>(std::min_element(costs.begin(), costs.end()) -
+                                                      costs.begin());
+                const bool better = costs[best] < costs[was] - 1e-3f;
+                moved = moved || better;
+                order.insert(order.begin() + static_cast<long>(better ? best : was), piece);
+            }
+        }
+        return order;
     }
 
     /// The lump that the stems grow from, in the right half of the texture.
@@ -226,7 +380,8 @@ public:
 
 private:
     Ground ground_;
-    Vec3 eye_, sun_;  ///< unit directions in file axes, means over the three
+    std::vector<Camera> views_;
+    Vec3 sun_;  ///< unit direction in file axes
     Mesh mesh_;
     std::vector<Piece> pieces_;
 };
@@ -242,19 +397,16 @@ void soften(Image& image) {
             const float sigma = width(static_cast<float>(y) / static_cast<float>(image.height()));
             for (int x = 0; x < image.width(); ++x) {
                 Vec3 colour;
-                float alpha = 0, weights = 0;
+                float weights = 0;
                 for (int k = -kReach; k <= kReach; ++k) {
-                    const float w = std::exp(-static_cast<float>(k * k) / (2 * sigma * sigma));
-                    weights += w;
                     const int i = x + k * dx, j = y + k * dy;
                     if (i < 0 || j < 0 || i >= image.width() || j >= image.height())
                         continue;
-                    const Pixel& p = before.at(i, j);
-                    colour += p.colour * (p.alpha * w);
-                    alpha += p.alpha * w;
+                    const float w = std::exp(-static_cast<float>(k * k) / (2 * sigma * sigma));
+                    weights += w;
+                    colour += before.at(i, j).colour * w;
                 }
-                if (alpha > 0)
-                    image.at(x, y) = {colour / alpha, alpha / weights};
+                image.at(x, y).colour = colour / weights;
             }
         }
     };
@@ -275,18 +427,18 @@ void paintBranches(Image& texture) {
         picture.width = kStrip;
         picture.height = kSize;
         draw(layer, camera, light, nullptr, picture);
+        bleed(picture.image, kStrip);
         soften(picture.image);
         for (int y = 0; y < kSize; ++y)
             for (int x = 0; x < kStrip; ++x) {
                 Pixel pixel = picture.image.at(x, y);
                 const float across = static_cast<float>(x) / kStrip;
-                pixel.colour = pixel.colour * mix(Vec3{1, 1, 1}, {0.62f, 0.58f, 0.70f},
+                pixel.colour = pixel.colour * mix(Vec3{1, 1, 1}, {0.74f, 0.64f, 0.72f},
                                                   smoothstep(0.45f, 0.95f, across));
-                // Strips touch each other in the texture.
-                if (x < 2 || x >= kStrip - 2)
-                    pixel.alpha = 0;
+                pixel.alpha =
+                    cover(static_cast<float>(x) + 0.5f - kStrip / 2, static_cast<float>(y) + 0.5f);
                 texture.at(kind * kStrip + x, y) = pixel;
-                pixel.colour = pixel.colour * Vec3{0.68f, 0.68f, 0.76f};
+                pixel.colour = pixel.colour * Vec3{0.78f, 0.70f, 0.77f};
                 texture.at((kind + kKinds) * kStrip + x, y) = pixel;
             }
     }
