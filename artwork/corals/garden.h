@@ -23,7 +23,7 @@ struct Garden {
     float tiling = 1;               ///< the scene multiplies texture coordinates by it
     /// What lies on the sand close to the eye between these x is in its picture, too.
     float west = 0, east = 0;
-    std::deque<Layer> layers;       ///< world axes, y up
+    std::deque<Layer> layers;  ///< world axes, y up
 
     /// A new layer, before the others.
     Layer& layer() {
