@@ -270,11 +270,6 @@ Vec3 lit(Vec3 c, float up) {
     return c * mix(below, Vec3{1.0f, 1.0f, 0.975f}, smoothstep(-0.60f, 0.40f, up));
 }
 
-/// No feather is as light as the next.
-float plume(float phase, int of) {
-    return 0.94f + 0.10f * valueNoise({std::floor(phase) * 7.3f + 0.5f, 0.5f, 0}, of);
-}
-
 Vec3 bodyColour(float along, float round) {
     const Vec3 p = bodySurface(along, round);
     const float angle = round * kPi;
@@ -297,7 +292,7 @@ Vec3 bodyColour(float along, float round) {
     const float bill = smoothstep(0.128f, 0.118f, along + 0.012f * std::cos(2 * angle));
     Vec3 horn = mix(rgb(238, 178, 34), rgb(255, 214, 90), smoothstep(-0.2f, 0.8f, up));
     const float gape = std::fabs(p.z - (0.62f - 0.35f * std::max(0.0f, along - 0.03f)));
-    horn *= 1 - 0.5f * smoothstep(0.035f, 0.012f, gape) * smoothstep(0.015f, 0.03f, along);
+    horn *= 1 - 0.32f * smoothstep(0.035f, 0.012f, gape) * smoothstep(0.015f, 0.03f, along);
     horn = mix(
         horn, rgb(214, 60, 30),
         smoothstep(1.0f, 0.7f, length(Vec2{(along - 0.040f) / 0.014f, (round - 0.78f) / 0.16f})));
@@ -307,86 +302,90 @@ Vec3 bodyColour(float along, float round) {
     const Vec2 eye{(along - 0.176f) * kBodyLength, p.z - 1.02f};
     const float r = length(eye);
     c *= 1 - 0.16f * smoothstep(0.42f, 0.18f, length(eye - Vec2{-0.12f, 0}));
-    c = mix(c, rgb(226, 150, 40), smoothstep(0.20f, 0.185f, r));
-    c = mix(c, rgb(240, 226, 150), smoothstep(0.165f, 0.15f, r));
-    c = mix(c, rgb(12, 12, 14), smoothstep(0.115f, 0.10f, r));
+    c = mix(c, rgb(190, 138, 72), smoothstep(0.20f, 0.175f, r));
+    c = mix(c, rgb(222, 210, 158), smoothstep(0.165f, 0.15f, r));
+    c = mix(c, rgb(12, 12, 14), smoothstep(0.13f, 0.11f, r));
     c = mix(c, kWhite, smoothstep(0.05f, 0.03f, length(eye - Vec2{-0.05f, 0.06f})));
     return c;
 }
 
-/// Both sides of the wing; along the span, chord from the leading edge back.
+/// Where one feather lies on the next, 0 to 1: a shade that grows across it and ends soon after its
+/// edge. Both slopes are wider than a texel, so that no hard line is left.
+float overlap(float phase) {
+    const float f = phase - std::floor(phase);
+    return smoothstep(0.20f, 0.86f, f) * smoothstep(1.0f, 0.86f, f);
+}
+
+/// Both sides of the wing; along the span, chord from the leading edge back. Without mipmaps its
+/// feathers are hints only: seen from afar, anything bolder becomes bars across it.
 Vec3 wingColour(float along, float chord, bool above) {
-    const float black = smoothstep(0.665f, 0.71f, along + 0.10f * (chord - 0.5f));
-    Vec3 c = above ? mix(kWhite, kGrey, smoothstep(0.02f, 0.07f, chord)) : kWhite;
-    if (above)
-        c = mix(c, rgb(208, 214, 218), 0.6f * smoothstep(0.45f, 0.72f, along));
+    // The outermost feathers, which make the hand's leading edge, are black furthest inwards.
+    const float feathered = 0.012f * std::sin(2 * kPi * along * kFeathers);
+    const float black = smoothstep(0.0f, 0.055f, along - mix(0.645f, 0.715f, chord) + feathered);
+    Vec3 c = kWhite;
+    if (above) {
+        c = mix(c, kGrey, smoothstep(0.0f, 0.10f, chord));
+        c = mix(c, rgb(206, 213, 220), 0.4f * smoothstep(0.40f, 0.75f, along));
+    }
 
     // Rows of coverts overlap like tiles in front of the flight feathers.
+    const float arm = 1 - smoothstep(0.58f, 0.80f, along);
     for (int row = 0; row < 3; ++row) {
-        const float count = 30.0f - 4.0f * static_cast<float>(row);
+        const float count = 22.0f - 3.0f * static_cast<float>(row);
         const float phase = along * count + 0.5f * static_cast<float>(row);
-        const float f = 2 * (phase - std::floor(phase)) - 1;
-        const float edge = 0.19f + 0.125f * static_cast<float>(row) + 0.035f * (1 - f * f);
+        const float edge =
+            0.19f + 0.125f * static_cast<float>(row) + 0.020f * std::sin(2 * kPi * phase);
         const float behind = chord - edge;
-        const float here = 1 - smoothstep(0.72f, 0.85f, along);
-        c *= 1 - (above ? 0.12f : 0.09f) * here * smoothstep(0, 0.016f, behind) *
-                     smoothstep(0.11f, 0.0f, behind);
-        c *= 1 + 0.03f * here * smoothstep(-0.03f, 0.0f, behind) * smoothstep(0.004f, 0.0f, behind);
+        c *= 1 -
+             0.030f * arm * smoothstep(-0.02f, 0.025f, behind) * smoothstep(0.12f, 0.025f, behind);
     }
-    // Flight feathers: each shades the next one's edge, a thin shaft runs down its middle. Those of
-    // the hand lean outwards.
+    // Flight feathers; those of the hand lean outwards. They come out from below the coverts bit by
+    // bit.
     const float lean = 0.09f * smoothstep(0.35f, 0.9f, along) * (1 - chord);
     const float phase = (along + lean) * kFeathers;
     const float f = phase - std::floor(phase);
-    // They come out from below the coverts bit by bit, or they are rungs of a ladder.
-    const float flight = smoothstep(0.32f, 0.75f, chord + 0.30f * smoothstep(0.5f, 0.8f, along));
-    c *= mix(1.0f, plume(phase, 31), flight);
-    c *= 1 - (above ? 0.13f : 0.07f) * flight * smoothstep(0.40f, 1.0f, f);
-    c *= 1 + 0.05f * flight * smoothstep(0.25f, 0.0f, f);
-    const float shaft = std::fabs(f - 0.45f);
-    c *= 1 - 0.05f * flight * smoothstep(0.06f, 0.015f, shaft);
-    // A white hem behind the arm.
-    c = mix(c, kWhite, smoothstep(0.86f, 0.92f, chord) * band(along, 0.14f, 0.58f, 0.06f));
+    const float flight = smoothstep(0.30f, 0.85f, chord + 0.30f * smoothstep(0.5f, 0.8f, along));
+    c *= 1 - 0.034f * flight * overlap(phase);
+    // No part is quite as light as the next.
+    c *= 0.99f + 0.02f * fractalNoise({along * 14, chord * 5, 0}, 3, above ? 9 : 31);
+    if (above) {
+        // A white hem behind the arm, the arm arched: its rear turns away from the sun, the body
+        // shades the shoulder.
+        c = c * (1.03f - 0.12f * smoothstep(0.10f, 0.80f, chord) * (1 - along)) *
+            (1 - 0.08f * smoothstep(0.16f, 0.0f, along));
+        const float hem = 0.86f + 0.06f * smoothstep(0.30f, 0.66f, along);
+        c = mix(c, kWhite * 0.98f,
+                smoothstep(hem - 0.05f, hem + 0.05f, chord) * smoothstep(0.02f, 0.20f, along));
+    } else {
+        // The coverts are white, the flight feathers greyer towards their ends, where the sun
+        // shines through the last of them. Sea and sand light the whole; the leading edge rounds
+        // into the light, the hollow behind it and the armpit lie in shade.
+        const Vec3 light = mix(Vec3{0.895f, 0.91f, 0.905f}, {0.69f, 0.73f, 0.755f},
+                               smoothstep(0.28f, 0.86f, chord) * mix(0.85f, 1.0f, along));
+        const float hollow = 0.045f * band(chord, 0.10f, 0.30f, 0.10f) * arm;
+        c = c * light *
+            (1 + 0.06f * smoothstep(0.10f, 0.0f, chord) + 0.05f * smoothstep(0.86f, 0.97f, chord) -
+             hollow) *
+            (1 - 0.15f * smoothstep(0.22f, 0.0f, along));
+    }
 
     // The black tip with its row of white spots.
-    Vec3 dark = kBlack * (1 + 0.5f * smoothstep(0.3f, 0.0f, f) * flight);
-    dark *= 0.93f + 0.14f * valueNoise({along * 60, chord * 8, 0}, 3);
-    c = mix(c, above ? dark : mix(dark, rgb(96, 102, 112), 0.35f), black);
-    const float spot = length(Vec2{(f - 0.45f) / 0.30f, (chord - 0.93f) / 0.040f});
-    c = mix(c, kWhite, smoothstep(1.15f, 0.85f, spot) * smoothstep(0.76f, 0.80f, along));
-    const float mirror = length(Vec2{(along - 0.925f) / 0.020f, (chord - 0.45f) / 0.22f});
-    c = mix(c, kWhite, 0.9f * smoothstep(1.1f, 0.8f, mirror));
-
-    c *= 0.975f + 0.05f * valueNoise({along * 46, chord * 11, 0}, 9);
-    if (above)  // the arm is arched, its rear turns away from the sun; the body shades the shoulder
-        return c * (1.03f - 0.13f * smoothstep(0.10f, 0.75f, chord) * (1 - along)) *
-               (1 - 0.08f * smoothstep(0.16f, 0.02f, along));
-    // Below, the arm's coverts are white and lie in soft rows, the flight feathers behind them
-    // greyer; at each feather's edge two overlap, between edges the sun shines through. Sea and
-    // sand light the whole.
-    const float arm = 1 - smoothstep(0.60f, 0.80f, along);
-    const float rows = 0.5f + 0.5f * std::sin(chord * 46 + 1.6f * std::sin(phase * kPi));
-    c *= 1 - 0.10f * arm * rows * band(chord, 0.06f, 0.40f, 0.06f);
-    c = mix(c, c * Vec3{0.81f, 0.835f, 0.85f}, flight * (1 - black));
-    const float overlap = std::fabs(f - 0.5f) * 2;
-    c *= 1 - 0.08f * flight * (1 - black) * smoothstep(0.40f, 1.0f, overlap);
-    const float through =
-        0.20f * flight * (1 - black) * smoothstep(0.75f, 0.25f, overlap) + 0.06f * (1 - flight);
-    const Vec3 light = Vec3{0.76f, 0.79f, 0.80f} + Vec3{1.0f, 0.94f, 0.78f} * through;
-    // The leading edge rounds into the light, the hollow behind it and the armpit lie in shade.
-    const float hollow = 0.12f * band(chord, 0.10f, 0.30f, 0.10f) * arm;
-    return c * light * (1 + 0.10f * smoothstep(0.07f, 0.0f, chord) - hollow) *
-           (1 - 0.16f * smoothstep(0.20f, 0.0f, along));
+    Vec3 dark = kBlack * (1 + 0.25f * flight * overlap(phase + 0.5f));
+    dark *= 0.95f + 0.10f * valueNoise({along * 40, chord * 8, 0}, 3);
+    c = mix(c, above ? dark : mix(dark, rgb(96, 102, 112), 0.25f), black);
+    const Vec3 pale = above ? kWhite : kWhite * 0.84f;
+    const float spot = length(Vec2{(f - 0.45f) / 0.30f, (chord - 0.92f) / 0.050f});
+    c = mix(c, pale, 0.7f * smoothstep(1.3f, 0.5f, spot) * smoothstep(0.76f, 0.80f, along));
+    const float mirror = length(Vec2{(along - 0.905f) / 0.024f, (chord - 0.50f) / 0.20f});
+    return mix(c, pale, 0.75f * smoothstep(1.2f, 0.5f, mirror));
 }
 
 Vec3 tailColour(float u, float v) {
-    const float phase = u * 6, f = std::fabs(phase - std::floor(phase) - 0.5f) * 2;
-    Vec3 c = kWhite * (1 - 0.07f * smoothstep(0.40f, 1.0f, f) * smoothstep(0.1f, 0.4f, v));
-    c *= 1 - 0.07f * smoothstep(0.30f, 0.5f, std::fabs(u - 0.5f));
-    c *= plume(phase, 37);
+    Vec3 c = kWhite * (1 - 0.035f * overlap(u * 6) * smoothstep(0.1f, 0.5f, v));
+    c *= 1 - 0.07f * smoothstep(0.25f, 0.5f, std::fabs(u - 0.5f));
     // In the shade of the rump, and the sky shines through the end of the fan.
     c *= 1 - 0.16f * smoothstep(0.45f, 0.0f, v);
-    return c * mix(Vec3{0.92f, 0.925f, 0.925f}, {0.85f, 0.875f, 0.89f}, v);
+    return c * mix(Vec3{0.94f, 0.945f, 0.94f}, {0.88f, 0.90f, 0.91f}, v);
 }
 
 void paint(Image& sheet, const Strip& strip, const std::function<Vec3(float u, float v)>& colour) {
