@@ -29,6 +29,8 @@ public:
     Reef& reef() { return *the_reef; }
     /// Shows the window with the size that it had last time.
     void showRemembered();
+    /// Ends the program; it will have its size next time, too.
+    void end();
 
 signals:
     /// The reef cannot be drawn at all; one line.
@@ -43,7 +45,6 @@ private:
     void showMenu(const QPoint& place);
     void buildMenu();
     void editSettings();
-    void end();
 
     const PURPOSE purpose;
     Reef* the_reef;

@@ -5,10 +5,10 @@
 #include <QDialog>
 #include <QLoggingCategory>
 #include <QScreen>
-#include <csignal>
 #include <cstdio>
 #include <memory>
 
+#include "app/EndOnSignals.h"
 #include "app/Options.h"
 #include "app/Platform.h"
 #include "app/ReefWindow.h"
@@ -115,6 +115,7 @@ int main(int argc, char** argv) {
 #ifdef ATOLLIA_LAYER_SHELL
     if (options.wallpaper) {
         const Backgrounds backgrounds(options.screen);
+        const EndOnSignals ending([] { QCoreApplication::quit(); });
         return application.exec();
     }
 #endif
@@ -131,5 +132,6 @@ int main(int argc, char** argv) {
         window.showFullScreen();
     else
         window.showRemembered();
+    const EndOnSignals ending([&] { window.end(); });
     return application.exec();
 }

@@ -1,0 +1,65 @@
+#include "app/EndOnSignals.h"
+
+#include <fcntl.h>
+#include <unistd.h>
+
+#include <QCoreApplication>
+#include <QSocketNotifier>
+#include <csignal>
+#include <utility>
+
+namespace {
+
+constexpr int ENDING_SIGNALS[] = {SIGTERM, SIGINT, SIGHUP};
+
+int wakeup[2] = {-1, -1};
+
+void setAction(int number, void (*handler)(int), int flags) {
+    struct sigaction action = {};
+    action.sa_handler = handler;
+    action.sa_flags = flags;
+    sigemptyset(&action.sa_mask);
+    sigaction(number, &action, nullptr);
+}
+
+bool isIgnored(int number) {
+    struct sigaction action = {};
+    sigaction(number, nullptr, &action);
+    return action.sa_handler == SIG_IGN;
+}
+
+/// Async-signal-safe. The pipe takes this much: nothing else is ever written.
+void onSignal(int) {
+    for (const int number : ENDING_SIGNALS)
+        if (!isIgnored(number))
+            setAction(number, SIG_DFL, 0);
+    const char byte = 0;
+    if (write(wakeup[1], &byte, 1) < 0)
+        return;
+}
+
+}  // namespace
+
+EndOnSignals::EndOnSignals(std::function<void()> end) {
+    if (pipe2(wakeup, O_CLOEXEC | O_NONBLOCK) != 0)
+        return;
+    auto* notifier = new QSocketNotifier(wakeup[0], QSocketNotifier::Read, this);
+    connect(notifier, &QSocketNotifier::activated, this, [notifier, end = std::move(end)] {
+        notifier->setEnabled(false);
+        // What the person did before counts.
+        QCoreApplication::processEvents();
+        end();
+    });
+    for (const int number : ENDING_SIGNALS)
+        if (!isIgnored(number))
+            setAction(number, onSignal, SA_RESTART);
+}
+
+EndOnSignals::~EndOnSignals() {
+    for (const int number : ENDING_SIGNALS)
+        if (!isIgnored(number))
+            setAction(number, SIG_DFL, 0);
+    for (int& end : wakeup)
+        if (end >= 0)
+            close(std::exchange(end, -1));
+}
