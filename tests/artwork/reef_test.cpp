@@ -7,6 +7,7 @@
 #include "BigFishMovement.h"
 #include "data_files.h"
 #include "floor/ground.h"
+#include "floor/litter.h"
 #include "floor/placement.h"
 #include "support/chance.h"
 #include "support/clock.h"
@@ -124,6 +125,48 @@ TEST(Corals, StayBelowTheReefFish) {
         forEachVisiblePoint(placement, [&](art::Vec3 p) { top = std::max(top, p.y); });
         EXPECT_LT(top, -3.7f) << describe(placement);
     }
+}
+
+/// A texel of the floor's picture covers two to three pixels before the eye, one of a garden's none
+/// more than one, even where a wide screen stretches it.
+TEST(Gardens, AreFinerThanAScreenIs) {
+    constexpr float kPixels = 1300 * 1.32f;  // to the radian, on a screen of 1920 x 1080
+    for (const size_t garden : {4, 10}) {
+        const art::Placement& placement = art::kCorals[garden];
+        const std::string name = std::string("models/") + placement.model;
+        const Model model = readModel(name + ".nlm");
+        const Picture texture = readPicture(name + ".nlt");
+        double texels = 0, seen = 0;
+        for (const auto& t : model.triangles) {
+            art::Vec3 ray[3];
+            art::Vec2 at[3];
+            for (size_t k = 0; k < 3; ++k) {
+                ray[k] = normalize(placement.toWorld(model.positions[0][size_t(t[k])]) - art::kEye);
+                at[k] = {model.texture[size_t(t[k])].x * static_cast<float>(texture.width),
+                         model.texture[size_t(t[k])].y * static_cast<float>(texture.height)};
+            }
+            const art::Vec2 a = at[1] - at[0], b = at[2] - at[0];
+            texels += std::fabs(a.x * b.y - a.y * b.x);
+            seen += length(cross(ray[1] - ray[0], ray[2] - ray[0]));
+        }
+        EXPECT_GT(std::sqrt(texels / seen), kPixels) << describe(placement);
+    }
+}
+
+TEST(Gardens, ShowEveryStarfish) {
+    const art::Ground ground = readGround();
+    std::vector<float> miss(art::stars().size(), 1);
+    for (const size_t garden : {4, 10})
+        forEachVisiblePoint(art::kCorals[garden], [&](art::Vec3 p) {
+            for (size_t i = 0; i < miss.size(); ++i) {
+                const art::Star& star = art::stars()[i];
+                const art::Vec3 centre{star.x, ground.height(star.x, star.z), star.z};
+                miss[i] = std::min(
+                    miss[i], length(normalize(p - art::kEye) - normalize(centre - art::kEye)));
+            }
+        });
+    for (size_t i = 0; i < miss.size(); ++i)
+        EXPECT_LT(miss[i], 0.005f) << "star " << i;
 }
 
 /// It cruises between z 30 and 40, with wings less than three units long.
