@@ -43,7 +43,8 @@ float relief(float x, float z) {
     const float turn = phase - std::floor(phase);
     // A long side towards the eye, a short one behind the crest.
     const float crest = turn < 0.58f ? smoothstep(0, 0.58f, turn) : 1 - smoothstep(0.58f, 1, turn);
-    return 0.110f * rippleStrength(x, z) * crest +
+    // Right before the eye they are flatter: there their dark sides would cut the lines of light.
+    return mix(0.072f, 0.110f, smoothstep(9, 12, z)) * rippleStrength(x, z) * crest +
            0.060f * fractalNoise({x * 0.75f, z * 0.75f, 0.5f}, 3, 517) +
            0.006f * gradientNoise({x * 7, z * 7, 0.5f}, 518);
 }
@@ -98,7 +99,9 @@ Vec3 sand(float x, float z) {
               row = static_cast<int>(std::lround(z / kTexelZ));
     const float grain = hashUnit(column, row, 0, 504) - 0.5f;
     const float coarse = 0.55f + 0.9f * clamp01(0.5f + 1.3f * middle);
-    c = c * (0.988f + coarse * (0.025f * fine + 0.065f * grain));
+    // Each is largest before the eye, where less of it is enough.
+    const float contrast = mix(0.032f, 0.065f, smoothstep(9, 12, z));
+    c = c * (0.988f + coarse * (0.025f * fine + contrast * grain));
 
     const float w = weed(x, z);
     if (w > 0) {

@@ -134,12 +134,12 @@ Grid blurred(Grid grid, int reach) {
 /// As film takes it: the lines burn out where they meet and are fainter where few are, the sand
 /// around them lights up, what lies between keeps its gradations and is darkest in its middle.
 Image develop(const Grid& gathered) {
-    const Grid light = blurred(gathered, 2);
-    const Grid halo = blurred(gathered, 7);
-    const Grid bloom = blurred(gathered, 13);
+    const Grid light = blurred(gathered, 3);
+    const Grid halo = blurred(gathered, 6);
+    const Grid bloom = blurred(gathered, 11);
     const Grid cell = blurred(gathered, 22);
     const Grid field = blurred(gathered, 44);
-    const Vec3 between{0.748f, 0.753f, 0.680f}, line{1.0f, 1.0f, 1.0f};
+    const Vec3 between{0.755f, 0.761f, 0.697f}, line{1.0f, 1.0f, 1.0f};
     Image image(kSize, kSize);
     for (int y = 0; y < kSize; ++y)
         for (int x = 0; x < kSize; ++x) {
@@ -147,10 +147,10 @@ Image develop(const Grid& gathered) {
             const float e = light[i];
             const Vec3 ground = between * mix(0.88f, 1.10f, smoothstep(0.70f, 1.20f, cell[i]));
             const float around = 0.20f * halo[i] + 0.80f * bloom[i];
-            const float glow = 0.80f * (1 - std::exp(-0.85f * around));
+            const float glow = 0.80f * (1 - std::exp(-0.50f * around));
             const float core =
-                (0.75f * smoothstep(0.80f, 1.60f, e) + 0.25f * smoothstep(1.5f, 2.8f, e)) *
-                mix(0.74f, 1.0f, smoothstep(0.80f, 1.06f, field[i]));
+                (0.67f * smoothstep(0.95f, 1.65f, e) + 0.33f * smoothstep(1.5f, 2.8f, e)) *
+                mix(0.76f, 1.0f, smoothstep(0.80f, 1.06f, field[i]));
             image.at(x, y).colour = mix(ground, line, mix(glow, 1.0f, core));
         }
     return image;

@@ -107,14 +107,14 @@ TEST(Sand, IsWarmBrightAndCrispBeforeTheEye) {
     EXPECT_NEAR(n.deviation, 20.6, 4);
     EXPECT_GE(n.brightest, 241);
     EXPECT_GE(n.crispness, 9);
-    EXPECT_NEAR(n.line, 8.3, 0.6);
+    EXPECT_NEAR(n.line, 8.3, 0.3);
     EXPECT_GE(n.fine, 3.8);
 
     EXPECT_NEAR(m.saturation, 0.127, 0.023);
     EXPECT_NEAR(m.deviation, 22.6, 4);
     EXPECT_GE(m.brightest, 240);
     EXPECT_GE(m.crispness, 14.3);
-    EXPECT_NEAR(m.line, 5.9, 0.5);
+    EXPECT_NEAR(m.line, 5.9, 0.3);
     EXPECT_GE(m.fine, 5);
 }
 
