@@ -67,6 +67,15 @@ start_display() { # XVFB OPTIONS...
     unset XSCREENSAVER_WINDOW WAYLAND_DISPLAY
 }
 
+# The recipe for a desktop: the lines of code in README.md below a paragraph that begins with its name
+# in bold, up to the next such paragraph or heading.
+recipe() { # NAME FILE
+    awk -v name="**$1**" '
+        /^(\*\*|#)/ { inside = index($0, name) == 1 }
+        inside && /^    / { print substr($0, 5); found = 1 }
+        END { exit !found }' "$sources/README.md" >"$2" || fail "README.md has no recipe for $1"
+}
+
 # Repeats a command, up to a minute, until it succeeds.
 until_true() { # WHAT COMMAND...
     what=$1

@@ -1,15 +1,16 @@
 #!/bin/sh
-# The lock screen of Plasma 5.27 with the wallpaper: reef and clock.
+# The lock screen of Plasma 5.27 with the wallpaper, chosen as README.md has it: reef and clock.
 . "$(dirname "$0")/common.sh"
 greeter=$(ls /usr/lib/*/libexec/kscreenlocker_greet 2>/dev/null | head -n 1)
 [ -n "$greeter" ] || skip "the package libkscreenlocker5 is not installed"
+need kwriteconfig5 libkf5config-bin
 need dbus-run-session dbus
 . "$(dirname "$0")/plasma.sh"
 start_display -screen 0 1280x720x24
 
-cat >"$XDG_CONFIG_HOME/kscreenlockerrc" <<'RC'
-[Greeter]
-WallpaperPlugin=org.atollia.wallpaper
+recipe "Plasma 5.27 and 6" "$tmp/recipe"
+as_person sh -e "$tmp/recipe"
+cat >>"$XDG_CONFIG_HOME/kscreenlockerrc" <<'RC'
 
 [Greeter][Wallpaper][org.atollia.wallpaper][General]
 CameraPos=2

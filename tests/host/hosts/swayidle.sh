@@ -1,21 +1,31 @@
 #!/bin/sh
-# swayidle: the lagoon comes when nobody is there, and goes at the first key.
+# swayidle, as README.md has it for sway: the lagoon comes when nobody is there, and goes at
+# the first key.
 . "$(dirname "$0")/wayland.sh"
 need swayidle swayidle
 need wtype wtype
-start_sway <<'CONFIG'
+recipe sway "$tmp/recipe"
+start_sway <<CONFIG
 output HEADLESS-1 resolution 640x480
+$(cat "$tmp/recipe")
 CONFIG
-
-# A shell reads the command, and the program's path may have blanks and quotes in it.
-ATOLLIA=$atollia
-export ATOLLIA
-start program swayidle -w timeout 1 '"$ATOLLIA" --fullscreen --until-input'
+window() { swaymsg -t get_tree | grep -q '"app_id": "atollia"'; }
+until_true "no background" lagoon_on HEADLESS-1
+window && fail "it comes while somebody is there"
+# Without it, so that what is seen is the window's.
+kill "$(started atollia)"
+no_lagoon() { ! lagoon_on HEADLESS-1; }
+until_true "the background does not go" no_lagoon
+# To swayidle this signal means that its time has passed.
+kill -USR1 "$(started swayidle)"
+until_true "nothing comes when nobody is there" window
 until_true "no lagoon when nobody is there" lagoon_on HEADLESS-1
 keep_output HEADLESS-1 swayidle
 press_key() {
     wtype x
-    ! swaymsg -t get_tree | grep -q '"app_id": "atollia"'
+    ! window
 }
 until_true "it does not go at the first key" press_key
+gone() { [ -z "$(started atollia)" ]; }
+until_true "the program does not end" gone
 echo "it came and went"

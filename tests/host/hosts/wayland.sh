@@ -3,6 +3,8 @@
 . "$(dirname "$0")/common.sh"
 atollia="$(dirname "$saver")/atollia"
 [ -x "$atollia" ] || skip "the program atollia was not built"
+ln -sf "$atollia" "$tmp/bin/atollia"
+PATH="$tmp/bin:$PATH"
 need grim grim
 export HOME="$tmp/home" XDG_CONFIG_HOME="$tmp/home/.config" XDG_RUNTIME_DIR="$tmp/run"
 mkdir -p "$XDG_CONFIG_HOME" "$XDG_RUNTIME_DIR"
@@ -25,8 +27,9 @@ start() { # VARIABLE PROGRAM ARGUMENTS...
 
 start_sway() { # lines of its configuration on standard input
     need sway sway
-    cat >"$tmp/sway"
-    start compositor sway -c "$tmp/sway"
+    mkdir "$XDG_CONFIG_HOME/sway"
+    cat >"$XDG_CONFIG_HOME/sway/config"
+    start compositor sway
     at_end="stop_compositor"
     until_true "sway does not start" find_socket
     SWAYSOCK=$(ls "$XDG_RUNTIME_DIR"/sway-ipc.*.sock)
@@ -34,6 +37,16 @@ start_sway() { # lines of its configuration on standard input
     export SWAYSOCK WAYLAND_DISPLAY
 }
 find_socket() { ls "$XDG_RUNTIME_DIR"/wayland-? "$XDG_RUNTIME_DIR"/sway-ipc.*.sock; }
+# Process ids of a program that the compositor has started.
+started() { # NAME
+    for process in /proc/[0-9]*; do
+        [ "$(cat "$process/comm" 2>/dev/null)" = "$1" ] || continue
+        if tr '\0' '\n' 2>/dev/null <"$process/environ" |
+            grep -q -x -F "XDG_RUNTIME_DIR=$XDG_RUNTIME_DIR"; then
+            echo "${process#/proc/}"
+        fi
+    done
+}
 stop_compositor() {
     [ -z "${program:-}" ] || kill "$program" 2>/dev/null || true
     kill "$compositor"

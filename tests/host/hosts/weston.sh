@@ -8,12 +8,12 @@ at_end="stop_compositor"
 until_true "weston does not start" test -S "$XDG_RUNTIME_DIR/wayland-7"
 export WAYLAND_DISPLAY=wayland-7
 
-as_person "$atollia" --wallpaper >"$tmp/out" 2>&1 && fail "there is no layer-shell"
+as_person atollia --wallpaper >"$tmp/out" 2>&1 && fail "there is no layer-shell"
 [ "$(cat "$tmp/out")" = \
     "atollia: --wallpaper needs layer-shell, which this compositor does not have" ] ||
     { cat "$tmp/out"; fail "not one clear line"; }
 
-start program "$atollia" --fullscreen
+start program atollia --fullscreen
 busy() { [ "$(awk '{ print $14 + $15 }' /proc/$program/stat)" -gt 100 ]; }
 until_true "it does not draw" busy
 kill -0 $program || fail "it does not run"
