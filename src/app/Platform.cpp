@@ -1,8 +1,11 @@
 #include "app/Platform.h"
 
+#include <fcntl.h>
+#include <unistd.h>
 #include <wayland-client.h>
 #include <xcb/xcb.h>
 
+#include <QOpenGLContext>
 #include <cstdarg>
 #include <cstdlib>
 #include <cstring>
@@ -37,6 +40,26 @@ void onGlobal(void* found, wl_registry*, uint32_t, const char* interface, uint32
 }
 void onGlobalRemoved(void*, wl_registry*, uint32_t) {}
 
+/// While it lives, nothing arrives at standard error. Of a driver that cannot be loaded libGL tells
+/// even when it is to be quiet.
+class Hush {
+public:
+    Hush() : standard_error(fcntl(STDERR_FILENO, F_DUPFD_CLOEXEC, 3)) {
+        const int nowhere = open("/dev/null", O_WRONLY | O_CLOEXEC);
+        dup2(nowhere, STDERR_FILENO);
+        close(nowhere);
+    }
+    ~Hush() {
+        dup2(standard_error, STDERR_FILENO);
+        close(standard_error);
+    }
+    Hush(const Hush&) = delete;
+    Hush& operator=(const Hush&) = delete;
+
+private:
+    int standard_error;
+};
+
 }  // namespace
 
 QString choosePlatform(QString& problem) {
@@ -50,6 +73,11 @@ QString choosePlatform(QString& problem) {
     problem = QStringLiteral("no display to show anything on: %1, %2")
                   .arg(quoted("WAYLAND_DISPLAY"), quoted("DISPLAY"));
     return {};
+}
+
+bool hasOpenGL() {
+    const auto hush = qEnvironmentVariableIsSet("LIBGL_DEBUG") ? nullptr : std::make_unique<Hush>();
+    return QOpenGLContext().create();
 }
 
 bool hasLayerShell() {

@@ -38,10 +38,12 @@ ReefWindow::ReefWindow(PURPOSE what_for) : purpose(what_for), the_reef(nullptr) 
     // An idle picture and a background come unasked.
     if (purpose != PURPOSE::LOOKING)
         the_reef->setMuted(true);
-    connect(this, &QQuickWindow::sceneGraphError, this,
-            [this](QQuickWindow::SceneGraphError, const QString& message) {
-                emit failed(message.section('\n', 0, 0));
-            });
+    connect(
+        this, &QQuickWindow::sceneGraphError, this,
+        [this](QQuickWindow::SceneGraphError, const QString& message) {
+            // Without the formats that were asked for.
+            emit failed(message.section('\n', 0, 0).section(QLatin1String(" for format "), 0, 0));
+        });
     idle.setSingleShot(true);
     idle.setInterval(POINTER_SECONDS * 1000);
     connect(&idle, &QTimer::timeout, this, [this] { setCursor(Qt::BlankCursor); });

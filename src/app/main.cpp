@@ -28,6 +28,10 @@ int fail(const QString& reason) {
     return 1;
 }
 
+int failToDraw(const QString& reason) {
+    return fail(QStringLiteral("nothing can be drawn: ") + reason);
+}
+
 /// Why there can be no background here; empty when there can.
 QString whyNoBackground(const QString& platform) {
 #ifdef ATOLLIA_LAYER_SHELL
@@ -90,6 +94,8 @@ int main(int argc, char** argv) {
             return fail(problem);
     }
     qputenv("QT_QPA_PLATFORM", platform.toLocal8Bit());
+    if (!qEnvironmentVariableIsSet("EGL_LOG_LEVEL"))
+        qputenv("EGL_LOG_LEVEL", "fatal");  // what there is to say is said in one line of our own
     QCoreApplication::setAttribute(Qt::AA_EnableHighDpiScaling);
     QCoreApplication::setAttribute(Qt::AA_UseHighDpiPixmaps);
     // What the toolkit has to say about its platforms is nothing that people can do about.
@@ -106,6 +112,8 @@ int main(int argc, char** argv) {
         makeSettingsDialog()->exec();
         return 0;
     }
+    if (!hasOpenGL())
+        return failToDraw(QStringLiteral("there is no OpenGL here"));
     loadPage();
     registerReefTypes("org.atollia.reef");
 
@@ -120,10 +128,8 @@ int main(int argc, char** argv) {
     }
 #endif
     ReefWindow window(options.until_input ? PURPOSE::UNTIL_INPUT : PURPOSE::LOOKING);
-    QObject::connect(&window, &ReefWindow::failed, [](const QString& reason) {
-        fail(QStringLiteral("nothing can be drawn: ") + reason);
-        std::_Exit(1);
-    });
+    QObject::connect(&window, &ReefWindow::failed,
+                     [](const QString& reason) { std::_Exit(failToDraw(reason)); });
     if (screen) {
         window.setScreen(screen);
         window.setPosition(screen->geometry().topLeft());

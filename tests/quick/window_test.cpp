@@ -7,6 +7,7 @@
 #include <QMenu>
 #include <QQuickItem>
 #include <QRadioButton>
+#include <QSignalSpy>
 #include <QStandardPaths>
 #include <QTest>
 #include <QTimer>
@@ -261,6 +262,16 @@ TEST_F(WindowTest, ABackgroundIsDeafAndSilent) {
     }));
     EXPECT_FALSE(fillsTheScreen(window));
     EXPECT_FALSE(menu());
+}
+
+TEST_F(WindowTest, TellsInOneLineWhyNothingCanBeDrawn) {
+    ReefWindow window(PURPOSE::LOOKING);
+    QSignalSpy failed(&window, &ReefWindow::failed);
+    emit window.sceneGraphError(
+        QQuickWindow::ContextNotAvailable,
+        "Failed to create OpenGL context for format QSurfaceFormat(version 2.0)\nYou may try");
+    ASSERT_EQ(failed.count(), 1);
+    EXPECT_EQ(failed[0][0].toString(), "Failed to create OpenGL context");
 }
 
 }  // namespace
