@@ -37,7 +37,8 @@ packages_of() { # GROUP|PACKAGE
         echo plasma-workspace plasma-desktop libkscreenlocker5 libkf5config-bin kwin-x11 kactivitymanagerd
         echo xserver-xorg-core xserver-xorg-video-dummy x11-xserver-utils
         echo qt6-declarative-dev qml-qt6 qml6-module-qtquick qml6-module-qtquick-window
-        echo qml6-module-qtqml qml6-module-qtqml-workerscript
+        echo qml6-module-qtqml qml6-module-qtqml-models qml6-module-qtqml-workerscript
+        echo qml6-module-qtquick-controls qml6-module-qtquick-templates qml6-module-qtquick-layouts
         echo sway swayidle weston grim wtype
         ;;
     *) echo "$1" ;;

@@ -1,0 +1,6 @@
+pragma Singleton
+import QtQml
+
+QtObject {
+    property bool showingDesktop: false
+}

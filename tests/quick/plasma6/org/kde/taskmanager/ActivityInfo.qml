@@ -1,0 +1,5 @@
+import QtQml
+
+QtObject {
+    readonly property string currentActivity: "an activity"
+}
