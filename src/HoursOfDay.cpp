@@ -33,9 +33,9 @@ constexpr float PATH_END = 0.9f;
 
 constexpr int FULL_CONTRAST = 32;  // steps
 
-/// Degrees in which the evening comes over the noon's sky, and the night over the evening's: as
-/// high as what both cost there allows, and the first is another pass.
-constexpr float EVENING_BELT = 4, NIGHT_BELT = 8;
+/// Degrees in which the evening rises over the noon's sky, and the night comes over the evening's:
+/// as high as what both cost there allows, and the first is another pass.
+constexpr float EVENING_BELT = 9, NIGHT_BELT = 8;
 
 constexpr SKY_ROWS ALL_ROWS = SKY_ROWS(ROWS_BEFORE | ROWS_SHARED | ROWS_AFTER);
 
@@ -211,11 +211,11 @@ void HoursOfDay::setContrast(bool all) {
     }
 }
 
-SKY_CHANGE HoursOfDay::eveningComes() const { return {now.evening, EVENING_BELT}; }
+SKY_CHANGE HoursOfDay::eveningComes() const { return {now.evening, EVENING_BELT, true}; }
 SKY_CHANGE HoursOfDay::nightComes() const { return {now.night, NIGHT_BELT}; }
 
-float HoursOfDay::noonSkyEnds() const {
-    return on && now.evening > 0 ? eveningComes().upper() : SKY_AHEAD::TOP;
+float HoursOfDay::noonSkyBegins() const {
+    return on && now.evening > 0 ? eveningComes().lower() : SKY_AHEAD::BOTTOM;
 }
 
 void HoursOfDay::colourFog() const {

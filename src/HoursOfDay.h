@@ -49,8 +49,8 @@ public:
     bool showsNoonSky() const { return !on || now.evening < 1; }
     /// Whether the glints are on the path of light only.
     bool showsPath() const { return on && now.path >= 0.5f; }
-    /// Degrees above the horizon from which on nothing of the noon's sky is to be seen.
-    float noonSkyEnds() const;
+    /// Degrees above the horizon up to which nothing of the noon's sky is to be seen.
+    float noonSkyBegins() const;
     void colourFog() const;
     /// Draws the hour's sky round the eye, where it hides noon's.
     void renderSky(const GLVector3& eye);

@@ -965,12 +965,12 @@ void CMarivistaScreensaver::renderSky() {
         hours.renderSkyOverNoon(camera.vEye);
         return;
     }
-    const double noon_ends = rowsBelow(sight(), hours.noonSkyEnds(), resolution_y);
+    const double noon_begins = rowsAbove(sight(), hours.noonSkyBegins(), resolution_y);
     for (const ROWS& rows : rowsOfSky(sight(), terrain, gwfader, fader_covers, resolution_y)) {
         if (hours.isOn())
             draw_in_rows(rows.low, rows.high, [this] { hours.renderSky(camera.vEye); });
-        if (hours.showsNoonSky() && rows.low < noon_ends)
-            draw_in_rows(rows.low, std::min(rows.high, noon_ends), [this] {
+        if (hours.showsNoonSky() && rows.high > noon_begins)
+            draw_in_rows(std::max(rows.low, noon_begins), rows.high, [this] {
                 renderNoonSky();
                 hours.renderSkyOverNoon(camera.vEye);
             });

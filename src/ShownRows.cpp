@@ -182,20 +182,20 @@ std::vector<ROWS> rowsOfSky(const Sight& sight, const WaterGround& floor, const 
 }
 
 // The edge of a row of the band is straight between its columns.
-double rowsBelow(const Sight& sight, float elevation, int height) {
+double rowsAbove(const Sight& sight, float elevation, int height) {
     if (!sight.isLevel())
-        return 1;
-    double highest = 0;
+        return 0;
+    double lowest = 1;
     for (const int side : {-1, 1})
         for (int azimuth = 0; azimuth <= SkyBand::WIDEST; azimuth += SkyBand::COLUMN) {
             const GLVector3 corner =
                 SkyBand::corner(static_cast<float>(side * azimuth), elevation) + sight.eye();
             if (!sight.isAhead(corner.y, corner.z))
-                return 1;
-            highest = std::max(highest, sight.row(corner.y, corner.z));
+                return 0;
+            lowest = std::min(lowest, sight.row(corner.y, corner.z));
             const double column = sight.column(corner.x, corner.y, corner.z);
             if (column < 0 || column > 1)
                 break;
         }
-    return highest + SLACK / height;
+    return lowest - SLACK / height;
 }

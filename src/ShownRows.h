@@ -65,5 +65,5 @@ ROWS rowsOf(const Sight& sight, const TexturedQuad& quad, const TEXTURE_ROWS& ro
 std::vector<ROWS> rowsOfSky(const Sight& sight, const WaterGround& floor, const TexturedQuad& fader,
                             const TEXTURE_ROWS& opaque, int height);
 /// Where in the picture, `height` pixels high, the standing sky is at some degrees above the
-/// horizon or lower: below this row. 1 where that cannot be said.
-double rowsBelow(const Sight& sight, float elevation, int height);
+/// horizon or higher: above this row. 0 where that cannot be said.
+double rowsAbove(const Sight& sight, float elevation, int height);

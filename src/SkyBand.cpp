@@ -19,9 +19,10 @@ constexpr float RADIUS = 90;             // in front of the sky, behind everythi
 
 constexpr TINT MIST{0.88f, 0.91f, 0.95f};
 
-/// Where a change begins and ends, degrees: no view looks higher, and of the sea no more is seen.
+/// Where a change is seen, degrees: no view looks higher, and of the sea no more is to be seen.
 constexpr float HIGHEST = 32, LOWEST = -3;
 
+float mix(float a, float b, float t) { return a + (b - a) * t; }
 float radians(float degrees) { return degrees * HALF_TURN / 180; }
 float unit(float value) { return std::clamp(value, 0.0f, 1.0f); }
 
@@ -88,10 +89,12 @@ void strip(SkyBand& band, const float (&elevations)[2], const PAINT (&paints)[2]
 
 }  // namespace
 
-float SKY_CHANGE::upper() const { return HIGHEST + belt - come * (HIGHEST - LOWEST + belt); }
+float SKY_CHANGE::upper() const {
+    return rises ? mix(LOWEST, SKY_AHEAD::TOP + belt, come) : mix(HIGHEST + belt, LOWEST, come);
+}
 
 float SKY_CHANGE::shareAt(float elevation) const {
-    const float share = (elevation - lower()) / belt;
+    const float share = (rises ? upper() - elevation : elevation - lower()) / belt;
     // What is as good as nothing or all is it: the belt ends where it is meant to.
     return share < 1e-4f ? 0 : share > 1 - 1e-4f ? 1 : share;
 }

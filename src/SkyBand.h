@@ -6,10 +6,12 @@
 #include "system/RenderObject.h"
 
 /// How far a picture of the sky has come over the one before it. It comes from high up and is at
-/// the horizon, where the old light stays longest, at last; both show only in a belt between.
+/// the horizon, where the old light stays longest, at last, or it rises from there; both show only
+/// in a belt between.
 struct SKY_CHANGE {
     float come;  ///< from 0, not at all, to 1
     float belt;  ///< its height in degrees, not 0
+    bool rises = false;
 
     // Degrees above the horizon: the belt's edges.
     float upper() const;

@@ -88,15 +88,20 @@ TEST_P(DayPicture, NoChannelJumps) {
     }
 }
 
-TEST_P(DayPicture, TheAfternoonOnlyDarkens) {
+TEST_P(DayPicture, MorningsOnlyBrightenAndEveningsOnlyDarken) {
     const auto [view, sky] = GetParam();
     StillDay day(view, sky, true);
-    double last = 1e9;
-    for (int minute = 17 * 60 + 20; minute <= 21 * 60; minute += 5) {
+    const auto light = [&](int minute) {
         const Mean now = mean(day.at(minute));
-        const double light = 0.3 * now[0] + 0.59 * now[1] + 0.11 * now[2];
-        EXPECT_LT(light, last + 0.3) << minute;
-        last = light;
+        return 0.3 * now[0] + 0.59 * now[1] + 0.11 * now[2];
+    };
+    for (const auto& [from, to] : {std::pair{12 * 60, 21 * 60}, std::pair{12 * 60, 3 * 60}}) {
+        double least = 1e9;
+        for (int minute = from; minute != to; minute += from < to ? 1 : -1) {
+            const double now = light(minute);
+            EXPECT_LT(now, least + 0.3) << minute;
+            least = std::min(least, now);
+        }
     }
 }
 
