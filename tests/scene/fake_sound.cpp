@@ -1,8 +1,10 @@
 #include "fake_sound.h"
 
+#include "system/Loudness.h"
 #include "system/Sound.h"
 
 std::vector<std::string> test::sounds;
+std::vector<float> test::loudness;
 
 namespace {
 std::string fileName(const char* path) {
@@ -24,3 +26,5 @@ void Sound::loadSound(const char* path, int id) {
 void Sound::playSound(int id, int loops) {
     test::sounds.push_back("play " + std::to_string(id) + (loops == 0 ? "" : " again"));
 }
+
+void setLoudness(float percent) { test::loudness.push_back(percent); }

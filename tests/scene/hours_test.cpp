@@ -230,6 +230,62 @@ TEST_F(HoursTest, NothingOfThePathIsOutsideOfThePieceThatIsDrawn) {
     SDL_FreeSurface(image);
 }
 
+/// With the hours of the day and without.
+class Volume : public HoursTest, public testing::WithParamInterface<int> {
+protected:
+    /// Goes on for so long; the loudness that the sounds have then.
+    float after(int seconds) {
+        for (int i = 0; i < 25 * seconds; ++i)
+            update(40);
+        return test::loudness.empty() ? 100 : test::loudness.back();
+    }
+};
+
+TEST_P(Volume, IsThatOfTheSettings) {
+    for (const int percent : {100, 40, 0}) {
+        makeAt(12).extras.daytime = GetParam();
+        settings().soundOn = true;
+        scene().extras.volume = percent;
+        test::loudness.clear();
+        build();
+        EXPECT_FLOAT_EQ(after(5), static_cast<float>(percent));
+    }
+}
+
+TEST_P(Volume, ComesAndGoesSoftlyWithTheQuietHours) {
+    makeAt(21.99).extras.daytime = GetParam();
+    settings().soundOn = true;
+    scene().extras.volume = 60;
+    scene().extras.quiet_from = 22;
+    scene().extras.quiet_to = 7;
+    test::loudness.clear();
+    build();
+    EXPECT_GT(after(5), 20);
+    for (const double hour : {22.0, 2.0, 6.99}) {
+        setHour(hour);
+        EXPECT_EQ(after(5), 0) << hour;
+    }
+    float last = 100;
+    for (const float now : test::loudness) {
+        EXPECT_LT(std::fabs(now - last), 2.5) << "a step that is heard";
+        last = now;
+    }
+    setHour(7);
+    EXPECT_GT(after(5), 20);
+}
+
+INSTANTIATE_TEST_SUITE_P(Hours, Volume, testing::Values(0, 1));
+
+TEST_F(HoursTest, NightsAreQuieter) {
+    makeAt(2);
+    settings().soundOn = true;
+    test::loudness.clear();
+    build();
+    for (int i = 0; i < 125; ++i)
+        update(40);
+    EXPECT_LT(test::loudness.back(), 60);
+}
+
 TEST_F(HoursTest, EveryHeightOfTheSkyIsDrawnOnceAndBlendedInANarrowBelt) {
     for (const double hour : {7.0, 16.9, 17.8, 19.7, 23.0}) {
         makeAt(hour);
