@@ -355,6 +355,7 @@ void CMarivistaScreensaver::initSound() {
         return;
     sound = new Sound;
     sound->initialize();
+    setLoudness(loudness);  // a device that is opened anew is as loud as it can be
     sound->loadMusic(dataFile("sound/water.wav").c_str());
     sound->playMusic();
     const char* const calls[] = {"sound/seagull1.wav", "sound/seagull2.wav", "sound/seagull3.wav",

@@ -5,5 +5,7 @@
 #include <cmath>
 
 void setLoudness(float percent) {
-    Mix_Volume(-1, static_cast<int>(std::lround(percent * MIX_MAX_VOLUME / 100)));
+    // Closed, the mixer would reach for channels that are not there.
+    if (Mix_QuerySpec(nullptr, nullptr, nullptr) > 0)
+        Mix_Volume(-1, static_cast<int>(std::lround(percent * MIX_MAX_VOLUME / 100)));
 }
