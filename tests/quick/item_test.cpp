@@ -12,6 +12,7 @@
 #include <cmath>
 #include <cstring>
 #include <ctime>
+#include <functional>
 #include <memory>
 #include <optional>
 #include <vector>
@@ -495,9 +496,28 @@ protected:
         const auto samples = heard();
         return samples.size() > 8 * TURN && lastOf(samples) > samples.end() - 100;
     }
-    bool isSilent() const {
+    bool isSilent() const { return silence() > TURN / 2; }
+    /// So many samples have been played, and so many of the last ones were silent.
+    qint64 played() const { return QFile(file()).size() / 2; }
+    qint64 silence() const {
         const auto samples = heard();
-        return samples.end() - lastOf(samples) > TURN / 2;
+        return samples.end() - lastOf(samples);
+    }
+    /// As `until`, while the scenes' time passes with their pictures: volumes change little by
+    /// little.
+    bool untilInTime(const std::function<bool()>& condition) {
+        int seen = page->frames();
+        return until([&] {
+            if (page->frames() != seen)
+                test::advanceTicks(100);
+            seen = page->frames();
+            return condition();
+        });
+    }
+    /// Whether only silence is played from now on.
+    bool staysSilent() {
+        const qint64 before = played();
+        return untilInTime([&] { return played() > before + 4 * TURN; }) && silence() > 4 * TURN;
     }
     void expectFaded() const {
         // The last 15 milliseconds of the 60, and 60 before them all.
@@ -539,6 +559,44 @@ TEST_F(ReefSounds, FadeWhenNobodySeesTheReef) {
     expectFaded();
     page->window().show();
     EXPECT_TRUE(until([&] { return isLoud(); }));
+}
+
+TEST_F(ReefSounds, ComeFromOneReefUntilItIsMutedOrGoesAndThenFromTheOther) {
+    play(10);
+    ASSERT_TRUE(until([&] { return isLoud(); }));
+    // What is heard while the one that sounds has nothing to say would be the other one.
+    page->reef()->set_volume(0);
+    ASSERT_TRUE(untilInTime([&] { return isSilent(); }));
+    std::optional<Page> other(std::in_place, FILLING);
+    ASSERT_TRUE(waitForScene(*other));
+    other->reef()->setMuted(false);
+    ASSERT_TRUE(other->waitFrames(4));
+    EXPECT_TRUE(staysSilent());
+    page->reef()->setMuted(true);
+    EXPECT_TRUE(untilInTime([&] { return isLoud(); }));
+
+    other->reef()->set_volume(0);
+    ASSERT_TRUE(untilInTime([&] { return isSilent(); }));
+    page->reef()->set_volume(100);
+    page->reef()->setMuted(false);
+    ASSERT_TRUE(page->waitFrames(4));
+    EXPECT_TRUE(staysSilent());
+    other.reset();
+    EXPECT_TRUE(untilInTime([&] { return isLoud(); }));
+}
+
+TEST_F(ReefSounds, ComeBackAsLoudAsTheyWere) {
+    play(10);
+    page->reef()->set_volume(0);
+    ASSERT_TRUE(until([&] { return played() > 0; }));
+    ASSERT_TRUE(untilInTime([&] { return isSilent(); }));
+    page->reef()->setMuted(true);
+    ASSERT_TRUE(page->waitFrames(4));
+    ASSERT_TRUE(QFile::remove(file()));
+    page->reef()->setMuted(false);
+    ASSERT_TRUE(until([&] { return QFile::exists(file()); }));
+    ASSERT_TRUE(until([&] { return played() > 8 * TURN; }));
+    EXPECT_EQ(silence(), played());
 }
 
 TEST_F(ReefSounds, AreMutedWithoutHoldingUpThePicture) {
