@@ -3,11 +3,15 @@
 
 #include <malloc.h>
 
+#include <QElapsedTimer>
 #include <QFile>
 #include <QGuiApplication>
 #include <QMetaProperty>
 #include <QPainter>
+#include <QScreen>
 #include <QTemporaryDir>
+#include <QTimer>
+#include <QUrl>
 #include <algorithm>
 #include <cmath>
 #include <cstring>
@@ -58,6 +62,46 @@ double difference(const QImage& a, const QImage& b) {
             differing += a.pixel(x, y) != b.pixel(x, y);
     return static_cast<double>(differing) / (a.width() * a.height());
 }
+
+/// While it lives, the item's clock stands still but where the item waits: that takes exactly as
+/// long as it says, and no time of the machine's.
+class ItemClock {
+public:
+    ItemClock() { nanoseconds = 1000 * SECOND; }
+    ~ItemClock() { nanoseconds.reset(); }
+    static double seconds() { return static_cast<double>(*nanoseconds) / SECOND; }
+    static void advance(qint64 seconds) { *nanoseconds += seconds * SECOND; }
+
+    static constexpr qint64 SECOND = 1000000000;
+    static std::optional<qint64> nanoseconds;
+};
+std::optional<qint64> ItemClock::nanoseconds;
+
+}  // namespace
+
+// QElapsedTimer::nsecsElapsed(), QElapsedTimer::elapsed(), QTimer::start(int)
+extern "C" {
+qint64 __real__ZNK13QElapsedTimer12nsecsElapsedEv(const QElapsedTimer*);
+qint64 __wrap__ZNK13QElapsedTimer12nsecsElapsedEv(const QElapsedTimer* timer) {
+    return ItemClock::nanoseconds ? *ItemClock::nanoseconds
+                                  : __real__ZNK13QElapsedTimer12nsecsElapsedEv(timer);
+}
+qint64 __real__ZNK13QElapsedTimer7elapsedEv(const QElapsedTimer*);
+qint64 __wrap__ZNK13QElapsedTimer7elapsedEv(const QElapsedTimer* timer) {
+    return ItemClock::nanoseconds ? *ItemClock::nanoseconds / 1000000
+                                  : __real__ZNK13QElapsedTimer7elapsedEv(timer);
+}
+void __real__ZN6QTimer5startEi(QTimer*, int);
+void __wrap__ZN6QTimer5startEi(QTimer* timer, int milliseconds) {
+    if (ItemClock::nanoseconds && timer->isSingleShot()) {
+        *ItemClock::nanoseconds += milliseconds * 1000000LL;
+        milliseconds = 0;
+    }
+    __real__ZN6QTimer5startEi(timer, milliseconds);
+}
+}
+
+namespace {
 
 TEST(ReefItem, HasTheSettingsWithTheirDefaultsAndRanges) {
     Reef reef;
@@ -395,6 +439,30 @@ TEST(ReefItem, SettingsTakeEffectWhileItRuns) {
     const QImage clear = page.picture();
     EXPECT_GT(difference(clear, top), 0.2);
     EXPECT_GT(test::colours(clear), 1000) << "no flash";
+}
+
+TEST(ReefItem, DrawsAsOftenAsItMayAndNoOftener) {
+    constexpr int FRAMES = 40;
+    Page page(FILLING);
+    ASSERT_TRUE(waitForScene(page));
+    const double refresh = page.window().screen()->refreshRate();
+    ASSERT_GT(refresh, 30);
+    const ItemClock clock;
+    const struct {
+        double wanted, limit;
+    } rates[] = {{0, 30}, {1000, refresh}, {10, 10}, {45, 45}, {0, 30}};
+    for (const auto& rate : rates) {
+        page.reef()->setMaximumFrameRate(rate.wanted);
+        // Nor does it make up for pictures that it missed.
+        ItemClock::advance(5);
+        ASSERT_TRUE(page.waitFrames(4));
+        const double since = ItemClock::seconds();
+        const int before = page.frames();
+        ASSERT_TRUE(page.waitFrames(FRAMES));
+        const double seconds = ItemClock::seconds() - since;
+        EXPECT_NEAR((page.frames() - before) / seconds, rate.limit, 0.08 * rate.limit)
+            << rate.wanted;
+    }
 }
 
 /// Bytes that the process has asked for and not given back.
