@@ -157,48 +157,96 @@ TEST(ReefItem, ShowsAStillPictureFirstAndThenTheScene) {
     EXPECT_EQ(page.reef()->problem(), "");
 }
 
-TEST(ReefItem, ThePageAroundItLooksTheSameAndSoDoesIt) {
-    // Opaque things of every kind over the reef, and others beside it.
-    const QString things = QStringLiteral(R"(
-        Rectangle { anchors.fill: parent; color: "#203040"; z: -1 }
-        Text { x: 8; y: 150; text: "beneath"; color: "white"; font.pixelSize: 24; z: -1 }
-        Item { objectName: "things"; anchors.fill: parent; z: 1
-            Rectangle { x: 8; y: 8; width: 90; height: 40; color: "black"
-                Text { text: "over"; color: "white"; font.pixelSize: 30 } }
-            Rectangle { x: 110; y: 8; width: 60; height: 60; color: "red"; clip: true; rotation: 0
+/// Text, a picture, a part of something, and what a shader draws: 76 pixels each.
+QString thingsOf(const QString& picture) {
+    return QStringLiteral(R"(
+        component Things: Item {
+            Rectangle { width: 70; height: 60; color: "black"
+                Text { text: "Reef"; color: "white"; font.pixelSize: 30 } }
+            Image { x: 76; width: 70; height: 60; source: "%1" }
+            Rectangle { x: 152; width: 70; height: 60; color: "red"; clip: true
                 Rectangle { x: 30; y: 30; width: 60; height: 60; radius: 20; color: "#8000ff00" } }
-            Rectangle { id: painted; x: 180; y: 8; width: 60; height: 60; visible: false
+            Rectangle { id: painted; width: 70; height: 60; visible: false
                 gradient: Gradient { GradientStop { position: 0; color: "yellow" }
                                      GradientStop { position: 1; color: "blue" } } }
-            ShaderEffect { x: 180; y: 8; width: 60; height: 60
+            ShaderEffect { x: 228; width: 70; height: 60
                 property variant source: ShaderEffectSource { sourceItem: painted; hideSource: true }
                 fragmentShader: "
                     uniform sampler2D source; varying highp vec2 qt_TexCoord0;
                     uniform lowp float qt_Opacity;
                     void main() { gl_FragColor = vec4(texture2D(source, qt_TexCoord0).bgr, 1.0)
                                                  * qt_Opacity; }" }
-        })");
-    const QString place = QStringLiteral("{ width: 320; height: 140; %1 }");
-    const auto picture = [&](const QString& between, bool with_things) {
+        })")
+        .arg(picture);
+}
+
+/// The largest difference of a colour from the mean of two pictures' there.
+int worstDistanceFromMean(const QImage& mixed, const QImage& one, const QImage& other) {
+    int worst = 0;
+    for (int y = 0; y < mixed.height(); ++y)
+        for (int x = 0; x < mixed.width(); ++x) {
+            const QRgb m = mixed.pixel(x, y), a = one.pixel(x, y), b = other.pixel(x, y);
+            for (const int off :
+                 {2 * qRed(m) - qRed(a) - qRed(b), 2 * qGreen(m) - qGreen(a) - qGreen(b),
+                  2 * qBlue(m) - qBlue(a) - qBlue(b)})
+                worst = std::max(worst, std::abs(off) / 2);
+        }
+    return worst;
+}
+
+TEST(ReefItem, ThePageAroundItLooksTheSameAndSoDoesIt) {
+    const QTemporaryDir folder;
+    QImage painted(35, 30, QImage::Format_RGB32);
+    for (int y = 0; y < painted.height(); ++y)
+        for (int x = 0; x < painted.width(); ++x)
+            painted.setPixel(x, y, qRgb(7 * x, 8 * y, 255 - 7 * x));
+    ASSERT_TRUE(painted.save(folder.filePath("painted.png")));
+    // Over the reef, and under it down to beyond its lower edge.
+    constexpr int EDGE = 140, OVER = 8, UNDER = 110, WIDTH = 70, HEIGHT = 60;
+    const QString things =
+        thingsOf(QUrl::fromLocalFile(folder.filePath("painted.png")).toString()) +
+        QStringLiteral(
+            "Rectangle { anchors.fill: parent; color: \"#203040\"; z: -2 }"
+            "Things { x: 8; y: %1; z: 1 } Things { x: 8; y: %2; z: -1 }")
+            .arg(OVER)
+            .arg(UNDER);
+    const auto picture = [&](const QString& body) {
         test::setTicks(5000);
         test::seedRandom(3);
-        Page page(with_things ? things + between : between);
+        Page page(body);
         EXPECT_TRUE(page.reef() ? waitForScene(page) : page.waitFrames(1));
         return page.picture();
     };
     const QString reef =
-        "Reef" +
-        place.arg("cameraPos: 2; dayTime: 0; renderScale: 1; maximumFrameRate: 1000; boidCount: 5");
-    const QImage with = picture(reef, true);
-    const QImage without = picture("Rectangle" + place.arg("color: \"gray\""), true);
-    const QImage alone = picture(reef, false);
-    for (const QRect& thing : {QRect(8, 8, 90, 40), QRect(110, 8, 60, 60), QRect(180, 8, 60, 60),
-                               QRect(0, 140, 320, 100)})
-        EXPECT_EQ(with.copy(thing), without.copy(thing)) << thing.x() << ", " << thing.y();
-    EXPECT_GT(test::colours(without.copy(180, 8, 60, 60)), 20) << "the shader draws";
-    const QRect beside(0, 70, 320, 70);
+        QStringLiteral(
+            "Reef { width: 320; height: %1; cameraPos: 2; dayTime: 0; boidCount: 5;"
+            "renderScale: 1; maximumFrameRate: 1000; opacity: %2 }")
+            .arg(EDGE);
+    const QImage bare = picture(things);
+    const QImage alone = picture(reef.arg(1));
+    const QImage covering = picture(things + reef.arg(1));
+    const QImage veiling = picture(things + reef.arg(0.5));
+    for (int x = 8; x < 300; x += 76) {
+        const QRect over(x, OVER, WIDTH, HEIGHT), under(x, UNDER, WIDTH, EDGE - UNDER),
+            below(x, EDGE, WIDTH, HEIGHT - under.height());
+        EXPECT_GT(test::colours(bare.copy(over)), 2) << x << ": it is drawn at all";
+        EXPECT_EQ(bare.copy(under), bare.copy(over).copy(0, 0, WIDTH, under.height())) << x;
+        for (const QRect& outside : {over, below}) {
+            EXPECT_EQ(covering.copy(outside), bare.copy(outside)) << x << ", " << outside.y();
+            EXPECT_EQ(veiling.copy(outside), bare.copy(outside)) << x << ", " << outside.y();
+        }
+        EXPECT_EQ(covering.copy(under), alone.copy(under)) << x;
+        EXPECT_LE(worstDistanceFromMean(veiling.copy(under), alone.copy(under), bare.copy(under)),
+                  2)
+            << x;
+    }
+    const QRect beside(0, OVER + HEIGHT, 320, EDGE - OVER - HEIGHT), rest(0, EDGE, 320, 100);
     EXPECT_GT(test::colours(alone.copy(beside)), 1000);
-    EXPECT_EQ(with.copy(beside), alone.copy(beside));
+    EXPECT_EQ(covering.copy(beside), alone.copy(beside));
+    EXPECT_LE(worstDistanceFromMean(veiling.copy(beside), alone.copy(beside), bare.copy(beside)),
+              2);
+    for (const QImage& with : {covering, veiling})
+        EXPECT_EQ(with.copy(rest), bare.copy(rest));
 }
 
 TEST(ReefItem, StandsStillWhileItDoesNotRunAndSwimsOnlySeenTime) {
