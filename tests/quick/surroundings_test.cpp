@@ -10,12 +10,16 @@
 #include <QQmlComponent>
 #include <QQmlEngine>
 #include <QQuickItem>
+#include <QRegularExpression>
+#include <QSet>
 #include <QTemporaryDir>
 #include <QTemporaryFile>
 #include <QXmlStreamReader>
 #include <cstdlib>
 #include <memory>
 
+#include "Globals.h"
+#include "framework/LanguagePack.h"
 #include "host/virtual_display.h"
 #include "quick/Reef.h"
 #include "quick/Surroundings.h"
@@ -306,6 +310,83 @@ TEST_F(SettingsPage, HasEverySetting) {
     for (auto setting = settings.begin(); setting != settings.end(); ++setting)
         EXPECT_EQ(page->property(qPrintable("cfg_" + setting.key())), setting.value())
             << qPrintable(setting.key());
+}
+
+/// Every text that it shows, without numbers and their units.
+QSet<QString> shownTexts(const QQuickItem& page) {
+    static const QRegularExpression number(R"(^-?\d+( ?(°/s|s|%)|:00|°( [NS])?)?$)",
+                                           QRegularExpression::UseUnicodePropertiesOption);
+    QSet<QString> texts;
+    for (const QQuickItem* item : page.findChildren<QQuickItem*>()) {
+        QStringList shown;
+        if (item->property("popup").isValid())
+            shown = item->property("model").toStringList();  // what it lets choose from
+        for (const char* property : {"text", "title"})
+            shown += item->property(property).toString();
+        for (const QString& text : shown)
+            if (!text.isEmpty() && !number.match(text).hasMatch())
+                texts.insert(text);
+    }
+    return texts;
+}
+
+/// The keys of the texts that it asks for.
+QStringList askedKeys() {
+    QFile file(ATOLLIA_WALLPAPER "config.qml");
+    EXPECT_TRUE(file.open(QIODevice::ReadOnly));
+    const QString source = QString::fromUtf8(file.readAll());
+    static const QRegularExpression asking(R"~(page\.text\("(\w+)"\))~");
+    QStringList keys;
+    for (auto match = asking.globalMatch(source); match.hasNext();)
+        keys += match.next().captured(1);
+    return keys;
+}
+
+TEST_F(SettingsPage, SpeaksTheLanguageOfTheDesktop) {
+    const struct {
+        const char *desktop, *section, *birds;
+    } languages[] = {
+        {"de_AT", "GER", "Vögel über dem Wasser"},      {"en_GB", "ENG", "Birds above the water"},
+        {"fr_CA", "FRA", "Oiseaux au-dessus de l’eau"}, {"es_MX", "ESP", "Aves sobre el agua"},
+        {"it_CH", "ITA", "Uccelli sopra l’acqua"},
+    };
+    constexpr char SECTION[] = "ATOLLIA_TEST_LANGUAGE";
+    if (qEnvironmentVariableIsEmpty(SECTION)) {
+        // The toolkit asks for the language once in a process.
+        for (const auto& language : languages) {
+            test::Process again({QCoreApplication::applicationFilePath().toStdString(),
+                                 "--gtest_filter=SettingsPage.Speaks*"},
+                                {std::string("LC_ALL=") + language.desktop + ".UTF-8",
+                                 std::string("LANGUAGE=") + language.desktop,
+                                 std::string(SECTION) + "=" + language.section});
+            const test::END end = again.wait();
+            EXPECT_TRUE(end.ended);
+            EXPECT_EQ(end.status, 0) << language.section << "\n" << again.output();
+        }
+        return;
+    }
+    const QByteArray section = qgetenv(SECTION);
+    LanguagePack pack(dataFile("Language.dat").c_str(), section);
+    const auto text = [&](const QString& key) {
+        return QString::fromUtf8(pack.getString(qPrintable(key)));
+    };
+    QSet<QString> wanted;
+    for (const QString& key : askedKeys()) {
+        EXPECT_FALSE(text(key).isEmpty()) << qPrintable(key);
+        wanted.insert(text(key));
+    }
+    EXPECT_GT(wanted.size(), 40);
+    // The hours of silence stand behind their title.
+    wanted.remove(text("quietnone"));
+    wanted.remove(text("quiettext"));
+    wanted.insert(text("quiettext") + ": " + text("quietnone"));
+    const QSet<QString> shown = shownTexts(*page);
+    for (const QString& missing : wanted - shown)
+        ADD_FAILURE() << "not shown: " << qPrintable(missing);
+    for (const QString& foreign : shown - wanted)
+        ADD_FAILURE() << "not of this language: " << qPrintable(foreign);
+    for (const auto& language : languages)
+        EXPECT_EQ(shown.contains(language.birds), section == language.section) << language.birds;
 }
 
 TEST_F(SettingsPage, ScrollsWhereItIsGivenLessThanItNeeds) {
