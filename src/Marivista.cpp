@@ -355,7 +355,9 @@ void CMarivistaScreensaver::initSound() {
         return;
     sound = new Sound;
     sound->initialize();
-    setLoudness(loudness);  // a device that is opened anew is as loud as it can be
+    // A device that is opened anew is as loud as it can be.
+    loudness = wantedLoudness(localTime());
+    setLoudness(loudness);
     sound->loadMusic(dataFile("sound/water.wav").c_str());
     sound->playMusic();
     const char* const calls[] = {"sound/seagull1.wav", "sound/seagull2.wav", "sound/seagull3.wav",
@@ -696,6 +698,18 @@ bool CMarivistaScreensaver::isGullSeen() const {
     return dot(&away, &ahead) > 0.7f * reach * vectorLength(&ahead);
 }
 
+float CMarivistaScreensaver::wantedLoudness(const LOCAL_TIME& time) const {
+    if (isWithinHours(time, extras.quiet_from, extras.quiet_to))
+        return 0;
+    const auto volume = static_cast<float>(extras.volume);
+    if (!extras.daytime)
+        return volume;
+    // The sounds come first, and must not begin as loud as at noon.
+    const DAY_LIGHT light =
+        hours.isOn() ? hours.light() : lightAt(sunHour(time.minute, extras.latitude, time.day));
+    return volume * light.loudness;
+}
+
 void CMarivistaScreensaver::followHours(bool left_out) {
     const LOCAL_TIME time = localTime();
     if (hours.isOn()) {
@@ -718,9 +732,7 @@ void CMarivistaScreensaver::followHours(bool left_out) {
     }
     if (!sound)
         return;
-    const bool quiet = isWithinHours(time, extras.quiet_from, extras.quiet_to);
-    const float wanted =
-        quiet ? 0 : static_cast<float>(extras.volume) * (hours.isOn() ? hours.light().loudness : 1);
+    const float wanted = wantedLoudness(time);
     if (wanted == loudness)
         return;
     approximation(&loudness, wanted, static_cast<float>(lastframetime) * 0.05f);

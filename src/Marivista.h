@@ -207,6 +207,7 @@ private:
 
     void initHours();
     void followHours(bool left_out);
+    float wantedLoudness(const LOCAL_TIME& time) const;
     bool isGullSeen() const;
 
     SceneClock clock;
