@@ -1,6 +1,7 @@
 #include "quick/Reef.h"
 
 #include <QDir>
+#include <QGuiApplication>
 #include <QOpenGLContext>
 #include <QQuickWindow>
 #include <QSGImageNode>
@@ -18,6 +19,7 @@
 #include "framework/FrameRate.h"
 #include "quick/ReefRenderer.h"
 #include "quick/ReefSounds.h"
+#include "quick/WindowCover.h"
 
 // Outside every namespace, as the macro demands.
 static void loadStill() { Q_INIT_RESOURCE(still); }
@@ -153,10 +155,24 @@ void Reef::setRenderScale(qreal scale) {
 }
 
 bool Reef::moving() const {
-    return wishes.running && !hopeless && isVisible() && window() && window()->isExposed();
+    return wishes.running && !hopeless && isVisible() && window() && window()->isExposed() &&
+           !(cover && cover->covered());
+}
+
+void Reef::watchCover() {
+    // The server may not know one that has never been exposed; one that just was is not covered.
+    if (!window() || !window()->isExposed() ||
+        QGuiApplication::platformName() != QLatin1String("xcb"))
+        return;
+    const auto id = static_cast<std::uint32_t>(window()->winId());
+    if (cover && cover->window() == id)
+        return;
+    cover = std::make_unique<WindowCover>(id);
+    connect(cover.get(), &WindowCover::coveredChanged, this, &Reef::movingChanged);
 }
 
 void Reef::movingChanged() {
+    watchCover();
     const bool moves = moving();
     if (moves == was_moving)
         return;
@@ -173,6 +189,7 @@ void Reef::movingChanged() {
 void Reef::itemChange(ItemChange change, const ItemChangeData& data) {
     QQuickFramebufferObject::itemChange(change, data);
     if (change == ItemSceneChange) {
+        cover.reset();
         // One window at a time has the filter, whichever it was before.
         if (data.window) {
             data.window->installEventFilter(this);

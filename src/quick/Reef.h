@@ -5,8 +5,11 @@
 #include <QImage>
 #include <QQuickFramebufferObject>
 #include <QTimer>
+#include <memory>
 
 #include "quick/ReefWishes.h"
+
+class WindowCover;
 
 /// A setting as a property, kept in its range. One signal tells of them all: settings change
 /// rarely, and several at once.
@@ -23,9 +26,9 @@ public:                                                                     \
 
 /// Draws the living reef into the page, at most once per refresh of the monitor, at most 30 times a
 /// second with a software renderer. The picture stands still while `running` is false; nothing is
-/// drawn while the item or its window is not visible; time that nobody saw does not pass. Until the
-/// scene has been loaded, and where it cannot be drawn (`problem` says why), a still picture of it
-/// shows.
+/// drawn while the item or its window is not visible or, on X, other windows cover that one; time
+/// that nobody saw does not pass. Until the scene has been loaded, and where it cannot be drawn
+/// (`problem` says why), a still picture of it shows.
 ///
 /// The scene lives on the thread that renders the window; the item tells it its wishes while that
 /// thread and its own meet.
@@ -122,6 +125,8 @@ private:
     bool moving() const;
     /// Called when something may have changed what moving() says.
     void movingChanged();
+    /// Has the X server tell when other windows cover the item's.
+    void watchCover();
     /// Has the next picture drawn as soon as it is due.
     void drawWhenDue();
     /// What the renderer tells of itself with every frame.
@@ -141,6 +146,7 @@ private:
     void fadeStill(QSGNode* reef);
 
     REEF_WISHES wishes;
+    std::unique_ptr<WindowCover> cover;  ///< of the item's window; null before it is exposed
     QString problem_line;
     bool hopeless = false;     ///< it cannot be drawn at all
     bool still_shown = false;  ///< the paint node is that of the still picture

@@ -5,6 +5,7 @@ add_library(atollia_quick STATIC
     ${quick}/Reef.cpp ${quick}/Reef.h ${quick}/ReefRenderer.cpp ${quick}/ReefSounds.cpp
     ${quick}/LentContext.cpp ${quick}/ReefTexts.cpp ${quick}/ReefTexts.h
     ${quick}/Surroundings.cpp ${quick}/Surroundings.h ${quick}/Types.cpp
+    ${quick}/WindowCover.cpp ${quick}/WindowCover.h
     ${quick}/../setup/SetupLanguage.cpp ${still})
 set_target_properties(atollia_quick PROPERTIES AUTOMOC ON)
 pkg_check_modules(XCB_DPMS REQUIRED IMPORTED_TARGET xcb-dpms)

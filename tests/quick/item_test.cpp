@@ -3,6 +3,7 @@
 
 #include <malloc.h>
 
+#include <QDeadlineTimer>
 #include <QElapsedTimer>
 #include <QFile>
 #include <QGuiApplication>
@@ -473,6 +474,39 @@ TEST(ReefItem, DrawsNothingThatIsNotVisible) {
     ASSERT_TRUE(until([&] { return page.reef()->frameRate() > 0; }));
 }
 
+TEST(ReefItem, StandsStillWhileAnotherWindowCoversItsOwn) {
+    Page page(FILLING);
+    ASSERT_TRUE(waitForScene(page));
+    ASSERT_TRUE(until([&] { return page.reef()->frameRate() > 0; }));
+    test::Client other(qEnvironmentVariable("DISPLAY").toStdString());
+    const xcb_window_t part = other.window(0, 0, 800, 600);
+    const auto place = [&](std::uint32_t y, std::uint32_t stacking) {
+        const std::uint32_t values[] = {y, stacking};
+        xcb_configure_window(other.connection(), part,
+                             XCB_CONFIG_WINDOW_Y | XCB_CONFIG_WINDOW_STACK_MODE, values);
+        xcb_flush(other.connection());
+    };
+    ASSERT_TRUE(until([&] { return page.reef()->frameRate() == 0; }));
+    const int frames = page.frames();
+    const QDeadlineTimer second(1000);
+    until([&] { return second.hasExpired(); });
+    EXPECT_EQ(page.frames(), frames);
+    place(100, XCB_STACK_MODE_ABOVE);
+    ASSERT_TRUE(until([&] { return page.reef()->frameRate() > 0; })) << "a part of it is seen";
+    place(0, XCB_STACK_MODE_ABOVE);
+    ASSERT_TRUE(until([&] { return page.reef()->frameRate() == 0; }));
+    place(0, XCB_STACK_MODE_BELOW);
+    ASSERT_TRUE(until([&] { return page.reef()->frameRate() > 0; }));
+
+    // A window that was away meanwhile.
+    page.window().hide();
+    ASSERT_TRUE(until([&] { return page.reef()->frameRate() == 0; }));
+    page.window().show();
+    ASSERT_TRUE(until([&] { return page.reef()->frameRate() > 0; }));
+    place(0, XCB_STACK_MODE_ABOVE);
+    ASSERT_TRUE(until([&] { return page.reef()->frameRate() == 0; }));
+}
+
 TEST(ReefItem, SettingsTakeEffectWhileItRuns) {
     test::setTicks(5000);
     Page page(FILLING);
@@ -683,6 +717,7 @@ TEST_F(ReefSounds, ComeFromOneReefUntilItIsMutedOrGoesAndThenFromTheOther) {
     // What is heard while the one that sounds has nothing to say would be the other one.
     page->reef()->set_volume(0);
     ASSERT_TRUE(untilInTime([&] { return isSilent(); }));
+    page->window().setPosition(400, 0);  // beside the other one, which would cover it
     std::optional<Page> other(std::in_place, FILLING);
     ASSERT_TRUE(waitForScene(*other));
     other->reef()->setMuted(false);

@@ -1,10 +1,12 @@
 #!/bin/sh
-# The lock screen of Plasma 5.27 with the wallpaper, chosen as README.md has it: reef and clock.
+# The lock screen of Plasma 5.27 with the wallpaper, chosen as README.md has it: reef and clock,
+# and what it costs while nobody can see it.
 . "$(dirname "$0")/common.sh"
 greeter=$(ls /usr/lib/*/libexec/kscreenlocker_greet 2>/dev/null | head -n 1)
 [ -n "$greeter" ] || skip "the package libkscreenlocker5 is not installed"
 need kwriteconfig5 libkf5config-bin
 need dbus-run-session dbus
+[ -x /usr/lib/qt5/bin/qml ] || skip "the package qml is not installed"
 . "$(dirname "$0")/plasma.sh"
 start_display -screen 0 1280x720x24
 
@@ -50,3 +52,40 @@ if grep -i "atollia\|Reef" "$tmp/log"; then
 fi
 keep_picture plasma-lock
 echo "reef and clock are there"
+
+lock=$(cat "$tmp/greeter")
+seen=$(used_in_ten_seconds "$lock")
+# Less than the reef, and not nothing: the cursor that blinks in the password is drawn on, also
+# with a plain colour for a wallpaper.
+stands() { # WHAT
+    used=$(used_in_ten_seconds "$lock")
+    echo "processor time in ten seconds: seen $seen, $1 $used hundredths of a second"
+    [ "$used" -lt $((seen / 5)) ] || fail "it draws on while $1"
+}
+cat >"$tmp/cover.qml" <<'QML'
+import QtQuick 2.15
+import QtQuick.Window 2.15
+Window { width: 1280; height: 720; color: "red"; visible: true }
+QML
+QT_LOGGING_RULES="*=false" /usr/lib/qt5/bin/qml "$tmp/cover.qml" >/dev/null 2>&1 &
+cover=$!
+stop_cover() { kill $cover; }
+at_end="stop_cover stop_greeter"
+all_red() {
+    import -silent -window root -depth 8 "$tmp/red.png"
+    convert "$tmp/red.png" -scale 1x1! -depth 8 txt: | grep -q "#FF0000"
+}
+until_true "the window does not come" all_red
+stands "covered"
+all_red || fail "it does not stay covered"
+stop_cover
+at_end="stop_greeter"
+until_true "no lagoon when the window has gone" lagoon_at 1280x200+0+320
+moves
+
+greeter_window=$(xdotool search --onlyvisible --pid "$lock" | head -n 1)
+xdotool windowunmap "$greeter_window"
+stands "unmapped"
+xdotool windowmap "$greeter_window"
+until_true "no lagoon when it is mapped again" lagoon_at 1280x200+0+320
+moves
