@@ -12,6 +12,7 @@ Garden coral_c() {
     garden.cell = 18;
     garden.west = -30;
     garden.east = 0.9f;
+    garden.before_sand = 1.5f;
     const float x = -8.9f, y = -6.25f, z = 19.2f;
 
     Layer& back = garden.layer();

@@ -23,6 +23,9 @@ struct Garden {
     float tiling = 1;               ///< the scene multiplies texture coordinates by it
     /// What lies on the sand close to the eye between these x is in its picture, too.
     float west = 0, east = 0;
+    /// How much nearer than it lies that stands, world units: before the fish's shadows where they
+    /// are drawn first, which its clear texels would cut out otherwise.
+    float before_sand = 0.10f;
     std::deque<Layer> layers;  ///< world axes, y up
 
     /// A new layer, before the others.

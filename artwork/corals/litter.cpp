@@ -90,7 +90,7 @@ Growth shell(const Stone& stone) {
         const float blush = fractalNoise(p / stone.radius * 0.8f, 2, stone.seed);
         const Vec3 tone =
             mix(stone.colour, rgb(232, 150, 128), 0.45f * smoothstep(-0.1f, 0.4f, blush));
-        const Vec3 c = tone * (0.84f + 0.10f * wave + 0.04f * rings);
+        const Vec3 c = tone * (0.77f + 0.10f * wave + 0.04f * rings);
         return Paint{c, Vec3{0, 0, 0.35f * std::sin(2 * kPi * rib(t))}};
     };
     return growth;
@@ -131,8 +131,7 @@ void strewCloseUp(Garden& garden, float west, float east) {
     const auto add = [&](Growth growth, float x, float z) {
         Layer& layer = garden.layer();
         layer.apart = true;
-        // Before the fish's shadows, which are drawn first and would hide it.
-        layer.nearer = 1.5f;
+        layer.nearer = garden.before_sand;
         layer.growths.push_back(laid(std::move(growth), x, z));
     };
     for (const Star& star : stars())

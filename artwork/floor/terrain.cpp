@@ -202,7 +202,7 @@ void paintStone(Image& image, const Ground& ground, const Stone& stone) {
                             pz = (z - stone.z + sun.z / sun.y * slide) / stone.radius;
                 const float d = std::sqrt(px * px * 0.8f + pz * pz);
                 blend(pixel, pixel.colour * Vec3{0.52f, 0.58f, 0.60f},
-                      mix(0.85f, 0.65f, small) *
+                      (closeUp(stone) ? 0.7f : 1.0f) * mix(0.85f, 0.65f, small) *
                           (1 - smoothstep(0.75f, mix(1.45f, 1.25f, small), d)));
             }
             if (closeUp(stone))
