@@ -1,6 +1,6 @@
 // How often the saver draws in a window of the display's size, from each of the camera's places at
-// rest, as it is shipped: window_bench [SECONDS], a table of markdown. Wants a display, and a
-// machine that does nothing else.
+// rest and on its way between them, as it is shipped: window_bench [SECONDS], a table of markdown.
+// Wants a display, and a machine that does nothing else.
 #include <GL/gl.h>
 
 #include <QApplication>
@@ -34,14 +34,14 @@ struct VIEW {
     const char* name;
     int camerapos;
 };
-constexpr VIEW views[] = {{"top", 1}, {"middle", 2}, {"bottom", 3}};
+constexpr VIEW views[] = {{"top", 1}, {"middle", 2}, {"bottom", 3}, {"on its way", 0}};
 
 void wait(int seconds) {
     QTimer::singleShot(seconds * 1000, [] { QCoreApplication::quit(); });
     QCoreApplication::exec();
 }
 
-/// The scene looking from one place.
+/// The scene looking from one place, or with its camera on its way.
 class Scene : public CMarivistaScreensaver {
 public:
     explicit Scene(int camerapos) : place(camerapos) {}
@@ -49,6 +49,8 @@ public:
         const bool read = CMarivistaScreensaver::readSettings();
         wantedwssettings.camerapos = place;
         wantedwssettings.soundOn = false;
+        // On its way it hardly rests.
+        wantedwssettings.camerafix_top = wantedwssettings.camerafix_bottom = 5;
         return read;
     }
 

@@ -99,6 +99,6 @@ for _ in $(seq "$(nproc)"); do
     pids="$pids $!"
 done
 echo
-echo "As large as a screen, default settings, the camera at rest, $seconds s each:"
+echo "As large as a screen, default settings, the camera at rest or on its way, $seconds s each:"
 echo
 SCREEN=1920x1080 scripts/with-display.sh build/release/bench/window_bench "$seconds"

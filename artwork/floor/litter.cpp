@@ -125,8 +125,12 @@ bool closeUp(const Stone& stone) {
     const bool large = stone.radius > 0.1f && nearness(x, z) > 1.6f;
     const bool in_sight = z > 4.5f && z < (large ? 17 : 14) && std::fabs(x) < 0.75f * (z - kEye.z);
     const bool before_thickets = z < 12.2f || std::fabs(x + 4.3f) > 2.2f;
-    // It is drawn nearer than it lies, and must not cut the big fish above.
-    return stone.radius > 0.05f && in_sight && before_thickets && distanceFromRoute(x, z) > 0.8f;
+    // It is drawn up to 1.5 nearer than it lies, and neither place may be on the big fish's way.
+    const Vec3 lying{x, Ground::kBottom + 0.6f, z};
+    const Vec3 drawn = lying + normalize(kEye - lying) * 1.5f;
+    const bool off_the_way =
+        std::min(distanceFromRoute(x, z), distanceFromRoute(drawn.x, drawn.z)) > 0.8f;
+    return stone.radius > 0.05f && in_sight && before_thickets && off_the_way;
 }
 
 }  // namespace art
