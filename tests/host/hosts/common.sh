@@ -150,7 +150,8 @@ as_person() {
     elif unshare --user --map-user=65534 true 2>/dev/null; then
         unshare --user --map-user=65534 "$@"
     else
-        chown 65534 "$tmp" "$tmp/home" "${XDG_RUNTIME_DIR:-$tmp}"
+        # Some programs ask whether they may write, and the answer knows nothing of capabilities.
+        chown 65534 "$tmp" "$tmp/home" "${XDG_RUNTIME_DIR:-$tmp}" "${XDG_CONFIG_HOME:-$tmp}"
         setpriv --reuid=65534 --regid=65534 --clear-groups --inh-caps=+dac_override \
             --ambient-caps=+dac_override "$@"
     fi
