@@ -685,7 +685,8 @@ private:
         EXPECT_TRUE(in.open(QFile::ReadOnly));
         const QByteArray bytes = in.readAll();
         std::vector<qint16> samples(bytes.size() / 2);
-        std::memcpy(samples.data(), bytes.constData(), samples.size() * 2);
+        if (!samples.empty())
+            std::memcpy(samples.data(), bytes.constData(), samples.size() * 2);
         return samples;
     }
     /// Behind the last sample that is not silent.
