@@ -2,6 +2,7 @@
 
 #include <X11/Xlib.h>
 #include <fcntl.h>
+#include <sys/shm.h>
 #include <unistd.h>
 
 #include <QSocketNotifier>
@@ -23,6 +24,7 @@ constexpr long PATIENCE = 1000;
 
 int wakeup[2] = {-1, -1};
 timer_t backstop;
+volatile std::sig_atomic_t stoppable = 0;  ///< The event loop will hear of a signal.
 volatile std::sig_atomic_t received = 0;
 volatile std::sig_atomic_t patience = PATIENCE_OF_A_HOST;
 
@@ -39,8 +41,23 @@ void beMorePatient(long milliseconds) {
         startBackstop();
 }
 
+/// Removes the System V shared memory that this process has made for pictures and that nothing
+/// would take away after it: the driver marks it to go with its last user only some time after it
+/// has made it, on a busy machine a long time. System calls alone, so async-signal-safe.
+void removeSharedMemory() {
+    shm_info summary = {};
+    shmid_ds segment = {};
+    const int last = shmctl(0, SHM_INFO, reinterpret_cast<shmid_ds*>(&summary));
+    for (int i = 0; i <= last; ++i) {
+        const int id = shmctl(i, SHM_STAT, &segment);
+        if (id >= 0 && segment.shm_cpid == getpid() && segment.shm_perm.__key == IPC_PRIVATE)
+            shmctl(id, IPC_RMID, nullptr);
+    }
+}
+
 /// Async-signal-safe.
 void dieBy(int number) {
+    removeSharedMemory();
     std::signal(number, SIG_DFL);
     sigset_t set;
     sigemptyset(&set);
@@ -53,6 +70,10 @@ void onSignal(int number) {
     if (received)
         return;
     received = number;
+    if (!stoppable) {
+        dieBy(number);
+        return;
+    }
     startBackstop();
     const char byte = 0;
     // Nothing is lost when the pipe is full or closed: the timer runs.
@@ -105,16 +126,14 @@ Ending::Ending(std::function<void()> stop) : stop_drawing(std::move(stop)) {
     event.sigev_signo = SIGALRM;
     if (pipe2(wakeup, O_CLOEXEC | O_NONBLOCK) != 0 ||
         timer_create(CLOCK_MONOTONIC, &event, &backstop) != 0)
-        return;  // the signals keep their default action, which ends the process, too
+        return;  // the signals end the process at once
     auto* notifier = new QSocketNotifier(wakeup[0], QSocketNotifier::Read, this);
     connect(notifier, &QSocketNotifier::activated, this, [this] {
         stop_drawing();
         dieBy(received);
     });
     handle(SIGALRM, onBackstop);
-    for (const int number : ending_signals)
-        if (!isIgnored(number))
-            handle(number, onSignal);
+    stoppable = 1;
 }
 
 Ending::~Ending() { nobodyWaits(); }
@@ -130,6 +149,9 @@ void prepareEnding() {
     for (const int number : ending_signals)
         sigaddset(&set, number);
     sigaddset(&set, SIGALRM);
+    for (const int number : ending_signals)
+        if (!isIgnored(number))
+            handle(number, onSignal);
     pthread_sigmask(SIG_UNBLOCK, &set, nullptr);
     std::signal(SIGUSR1, SIG_IGN);  // some lockers tell their savers news this way
     std::signal(SIGPIPE, SIG_IGN);  // whoever reads our messages may leave

@@ -28,5 +28,6 @@ private:
 };
 
 /// To be called before the toolkit starts: hosts may start us with those signals blocked, some send
-/// others as messages of their own, and the toolkit comments on what is not worth a line.
+/// others as messages of their own, and the toolkit comments on what is not worth a line. Until
+/// there is an `Ending` the signals end the process at once; never does shared memory outlive it.
 void prepareEnding();

@@ -531,4 +531,22 @@ TEST_F(Faults, EndsWhenToldToAtAnyMoment) {
     expectNothingLeft();
 }
 
+// Between making shared memory and marking it to go with its last user, at the start and later.
+TEST_F(Faults, LeavesNoSharedMemoryWhenToldToEndWhileItIsMade) {
+    const fs::path library = folder / "late_answer.so";
+    fs::create_symlink(LATE_ANSWER, library);
+    const fs::path moment = folder / "moment";
+    const xcb_window_t host = hostWindow();
+    Process saver =
+        start(host, {"LATE_REMOVAL=60000", "LATE_MOMENT=" + moment.string(),
+                     "LD_PRELOAD=" + library.string(), "ASAN_OPTIONS=verify_asan_link_order=0"});
+    for (int tries = 0; tries < 1000 && !fs::exists(moment); ++tries)
+        ASSERT_FALSE(saver.wait(10).ended);
+    const pid_t id = saver.id();
+    ASSERT_EQ(countSharedMemory(id), 1);
+    expectToEnd(saver, "made");
+    EXPECT_EQ(sharedMemory(id), 0);
+    expectNothingLeft();
+}
+
 }  // namespace
