@@ -11,6 +11,7 @@
 #include <cstdio>
 #include <cstring>
 #include <memory>
+#include <optional>
 #include <string>
 
 #include "Marivista.h"
@@ -52,8 +53,8 @@ struct Options {
     double fps = 20;
     bool show_fps = false;
     bool where = false;
-    bool proportions = false;
-    DAY_CHOICE daytime;
+    std::optional<bool> proportions;    ///< else the settings' own
+    std::optional<DAY_CHOICE> daytime;  ///< else the settings' own
     bool day = false;
 };
 
@@ -201,15 +202,19 @@ int main(int argc, char** argv) {
     scene->settings_file = settings;
     scene->draw_in_rows = drawInRows;
     scene->loadSettings(options.width, options.height);
+    if (!settings.isEmpty())
+        scene->readExtraSettings();
     scene->wantedwssettings.soundOn = false;
-    scene->extras.proportions = options.proportions;
+    scene->extras.proportions = options.proportions.value_or(scene->extras.proportions != 0);
     scene->wantedwssettings.camerapos = options.camerapos;
     scene->fpsOn = options.show_fps;
     // A whole day passes while the pictures are taken, or none.
     Uint32 day_begins = 0, day_length = 1;
-    scene->extras.daytime = options.day || options.daytime.hours;
-    if (options.day || options.daytime.minute) {
-        const double standing = options.daytime.minute.value_or(12 * 60);
+    const DAY_CHOICE chosen =
+        options.daytime.value_or(DAY_CHOICE{scene->extras.daytime != 0, std::nullopt});
+    scene->extras.daytime = options.day || chosen.hours;
+    if (options.day || chosen.minute) {
+        const double standing = chosen.minute.value_or(12 * 60);
         scene->localTime = [&, standing]() -> LOCAL_TIME {
             if (!options.day || ticks < day_begins)
                 return {standing, 0};
