@@ -177,8 +177,10 @@ float Clouds::depthInside(const Cloud& cloud, Vec3 p, bool fine) const {
     depth += (billows_.at(p * 2.0f) - 0.62f) * lump;
     if (fine)
         depth += (billows_.at(p * 8.3f + Vec3{3, 1, 2}) - 0.58f) * lump * 0.42f;
-    // The flat base, a little ragged.
-    return std::min(depth, p.y - kBase);
+    // The flat base; far away, where many stand one behind the other, it is ragged and no line.
+    const float far = smoothstep(13, 30, std::hypot(p.x, p.z));
+    const float hanging = (billows_.at(p * 1.1f + Vec3{7, 4, 9}) - 0.35f) * 0.55f;
+    return std::min(depth, p.y - kBase - far * clamp01(hanging));
 }
 
 /// The light that comes to a place inside the cloud, 0..1.
