@@ -144,7 +144,10 @@ void Builder::middleFin(const Fin& fin) {
 void Builder::pairedFin(const Fin& fin, float side) {
     const Vec2 seat_place = fin.root.at(0);
     const BodyPoint seat = skinAt(seat_place);
-    const Vec3 hinge{side * seat.position.x * 0.94f, seat.position.y, seat.position.z};
+    // Under the skin, which is flat between the sides of the mesh.
+    constexpr float kDeep = 0.020f;
+    const Vec3 sunk = seat.position - seat.normal * kDeep;
+    const Vec3 hinge{side * std::max(sunk.x, 0.0f), sunk.y, sunk.z};
     const Vec2 line = fin.root.at(1) - seat_place;
     const Vec2 axis = line * (1 / length(line));
     const int first = static_cast<int>(mesh.vertices.size());

@@ -43,8 +43,9 @@ Fish anatomy() {
 
     Fin streamer;
     streamer.part = Part::EXTRA;
-    streamer.root = {{0.36f, 0.285f}, {0.54f, 0.310f}};
-    streamer.margin = {{1.330f, 0.806f}, {1.345f, 0.776f}};
+    // Nowhere narrower than two pixels of a screen 948 high.
+    streamer.root = {{0.37f, 0.300f}, {0.52f, 0.300f}};
+    streamer.margin = {{1.310f, 0.835f}, {1.345f, 0.775f}};
     streamer.bow = {-0.115f, 0.155f};
     streamer.columns = 2;
     streamer.rows = 10;
@@ -119,9 +120,11 @@ Vec3 bodyColour(const BodyPoint& p) {
 Pixel finColour(const FinPoint& p) {
     switch (p.part) {
         case Part::EXTRA: {
-            Pixel ribbon = finPixel(p, {kWhite, rgb(255, 255, 252), 3, 1.0f, 0.96f, 0.05f, 0.0f});
-            ribbon.alpha = 1;
-            return ribbon;
+            // Over the dorsal fin it has that one's bands: both lie in one plane.
+            const Vec3 c = mix(drawing(p.side), kWhite, smoothstep(0.58f, 0.66f, p.side.y));
+            const float edge = 1 - 0.55f * smoothstep(0.55f, 1.0f, std::fabs(2 * p.u - 1)),
+                        end = 1 - 0.75f * smoothstep(0.55f, 1.0f, p.v);
+            return {c, edge * end};
         }
         case Part::TAIL:
             return finPixel(p,

@@ -9,8 +9,8 @@ namespace {
 /// Light on a flank.
 constexpr Vec3 kSunlit{1.10f, 1.09f, 1.06f};
 
-/// What lies on the sand under a fish: dark water's colour.
-constexpr Vec3 kShade{0.13f, 0.20f, 0.23f};
+/// What lies on the sand under a fish: the sand's own hue, as dark as it gets.
+constexpr Vec3 kShade{0.25f, 0.26f, 0.21f};
 
 /// From this length on the body gives way to the tail.
 constexpr float kTailRoot = 0.91f;
@@ -220,7 +220,7 @@ void saveSkin(const Fish& fish, const Skin& skin, int size, const std::string& p
                 return {bodyColour(fish, skin, bodyPoint(fish.body, u, v)),
                         1 - smoothstep(kTailRoot, 1.0f, u)};
             if (shadow)
-                return {kShade, skin.shade * (1 - smoothstep(0.0f, 0.90f, u))};
+                return {kShade, skin.shade * (1 - smoothstep(0.15f, 0.84f, u))};
             if (which == Part::EYE)
                 return eyePixel(skin.eye, u, v);
             return skin.fin(finPoint(*fin, u, v));
