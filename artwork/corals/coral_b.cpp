@@ -27,7 +27,7 @@ constexpr float kBranchRadius = 0.33f;  ///< without its cups
 /// A branch thins out towards its tip: half its width where the picture's t is, file units.
 float halfWidth(float t) {
     constexpr float kTwig = 0.64f;  // where the last twigs begin
-    return t < kTwig ? mix(2.1f, 1.4f, t / kTwig) : mix(1.4f, 0.9f, (t - kTwig) / (1 - kTwig));
+    return t < kTwig ? mix(2.6f, 1.45f, t / kTwig) : mix(1.45f, 0.80f, (t - kTwig) / (1 - kTwig));
 }
 
 /// Width of the soft outline in texels: a good pixel of the screen.
@@ -78,10 +78,9 @@ Growth pictured(uint32_t seed) {
         const float t = texture.y;
         // Dead and overgrown where it comes out of the stone. It is dark there on the sand, and a
         // fish's shadow, drawn before the thicket, may hide a foot.
-        Vec3 c = mix(rgb(84, 66, 66), shades.foot, smoothstep(0.08f, 0.34f, t));
-        c = mix(c, shades.middle, smoothstep(0.22f, 0.56f, t));
-        c = mix(c, shades.tip,
-                0.24f * smoothstep(0.45f, 0.88f, t) + 0.06f * smoothstep(0.86f, 1.0f, t));
+        Vec3 c = mix(rgb(74, 54, 58), shades.foot * 0.80f, smoothstep(0.06f, 0.30f, t));
+        c = mix(c, shades.middle, smoothstep(0.26f, 0.70f, t));
+        c = mix(c, shades.tip, 0.42f * smoothstep(0.60f, 1.0f, t));
         return Paint{c * 1.18f * (1 + 0.18f * fractalNoise(p * 3, 2, seed)), {}};
     };
     return growth;
@@ -244,16 +243,30 @@ private:
             if (dot(side, sun_) < 0)
                 side = -side;
             // To where the soft outline ends, and no farther: clear texels hide what is behind.
-            const float texels = kHalf + 0.5f * rim(t), w = halfWidth(t) * texels / kHalf;
+            const float pictured = darker(p, t);
+            const float texels = kHalf + 0.5f * rim(pictured), w = halfWidth(t) * texels / kHalf;
             const float ds = texels / kSize;
             // Not half a texel over the picture's ends, which touch each other.
-            const float down = std::clamp(1 - t, 0.5f / kSize, 1 - 0.5f / kSize);
+            const float down = std::clamp(1 - pictured, 0.5f / kSize, 1 - 0.5f / kSize);
             const int now[2] = {mesh_.add(p + side * w, {middle_s - ds, down}),
                                 mesh_.add(p - side * w, {middle_s + ds, down})};
             if (i > 0)
                 pieces_.push_back({{{before[0], before[1], now[1]}, {before[0], now[1], now[0]}}});
             std::copy(now, now + 2, before);
         }
+    }
+
+    /// A place low on the sand, anywhere that the model stands, shows what is farther down in the
+    /// picture, which is darker; tips stay tips.
+    float darker(Vec3 p, float t) const {
+        float above = 1e9f;
+        for (const Placement& placement : kCorals)
+            if (placement.model == std::string("coral_b")) {
+                const Vec3 at = placement.toWorld(p);
+                above = std::min(above, at.y - ground_.height(at.x, at.z));
+            }
+        const float share = mix(0.18f, 1.0f, smoothstep(0.02f, 0.42f, above));
+        return t * mix(share, 1.0f, smoothstep(0.80f, 1.0f, t));
     }
 
     /// What is behind must be drawn first, or soft outlines hide it: for each pair of pieces, how
