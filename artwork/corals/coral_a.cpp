@@ -18,8 +18,10 @@ Garden coral_a() {
     rigid.add(table(21, 1.65f, 0.75f), {{x - 0.5f, y + 0.16f, z + 0.1f}, {-9, 20, 0}});
     rigid.add(table(22, 1.05f, 0.60f), {{x + 1.4f, y + 0.40f, z + 0.2f}, {-13, -30, 0}});
     rigid.add(table(23, 0.90f, 0.60f), {{x - 1.95f, y + 0.42f, z - 0.1f}, {-12, 60, 0}});
-    rigid.add(brain(41, {0.66f, 0.60f, 0.66f}, rgb(214, 218, 108), rgb(116, 138, 56)),
-              {{x + 0.7f, y + 0.85f, z - 1.30f}, {-12, 0, 0}});
+    rigid.add(brain(41, {0.68f, 0.46f, 0.52f}, rgb(214, 218, 108), rgb(116, 138, 56)),
+              {{x + 0.72f, y + 0.72f, z - 1.22f}, {-24, 0, -7}});
+    rigid.add(brain(49, {0.30f, 0.24f, 0.28f}, rgb(202, 210, 104), rgb(108, 132, 56)),
+              {{x + 1.22f, y + 0.42f, z - 1.48f}, {-26, 0, -14}});
     // Small growth all over the side that is seen; places as on a globe, in degrees.
     const auto face = [&](float east, float north) {
         const float e = east * kPi / 180, n = north * kPi / 180;
@@ -41,12 +43,13 @@ Garden coral_a() {
     strew(rigid, 909, x, z - 0.4f, 3.2f, 14);
 
     Layer& soft = garden.layer();
+    soft.fine = true;
     soft.add(fan(51, 1.05f, rgb(180, 24, 116), rgb(255, 96, 186)),
-             {{x - 1.75f, y + 0.60f, z - 0.95f}, {-8, 14, 6}});
+             {{x - 1.75f, y + 0.57f, z - 0.95f}, {-8, 14, 6}});
     soft.add(staghorn(31, 0.94f, 15, 0.056f, violet(), 3),
              {{x + 1.92f, y + 0.52f, z - 1.02f}, {-6, 215, -6}});
     soft.add(staghorn(32, 0.78f, 12, 0.050f, cream(), 3),
-             {{x - 0.3f, y + 0.85f, z - 1.35f}, {0, 30, 0}});
+             {{x - 0.3f, y + 0.82f, z - 1.35f}, {0, 30, 0}});
     soft.add(sponges(61, 1.04f, 5, rgb(236, 120, 30), rgb(255, 196, 92)),
              {{x - 1.05f, y + 0.60f, z - 1.50f}});
     soft.add(plates(71, 0.65f, 8, rgb(140, 112, 40), rgb(240, 200, 70)),

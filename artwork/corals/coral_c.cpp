@@ -16,6 +16,7 @@ Garden coral_c() {
     const float x = -8.9f, y = -6.25f, z = 19.2f;
 
     Layer& back = garden.layer();
+    back.fine = true;
     back.add(fan(92, 2.1f, rgb(186, 26, 118), rgb(255, 92, 190)),
              {{x + 0.25f, y + 0.25f, z}, {6, -10, 4}});
 
@@ -28,6 +29,7 @@ Garden coral_c() {
     strew(front, 911, x, z - 0.3f, 1.7f, 8);
 
     Layer& gold = garden.layer();
+    gold.fine = true;
     gold.add(fan(93, 1.45f, rgb(186, 96, 20), rgb(255, 206, 84)),
              {{x + 0.95f, y + 0.30f, z - 0.60f}, {4, 25, -8}});
 
@@ -36,6 +38,7 @@ Garden coral_c() {
     const auto outpost = [&](float at_x, float at_z) -> Layer& {
         Layer& layer = garden.layer();
         layer.nearer = 1.5f;
+        layer.fine = true;
         layer.add(rock(static_cast<uint32_t>(at_x * 10 + 300), {0.26f, 0.15f, 0.22f}),
                   {onFloor(at_x, at_z, -0.03f)});
         layer.add(rock(static_cast<uint32_t>(at_z * 10 + 300), {0.16f, 0.10f, 0.15f}),

@@ -31,6 +31,7 @@ Garden coral_d() {
     rigid.add(rock(105, {0.28f, 0.55f, 0.26f}, 0.2f), {{x - 0.42f, y - 0.42f, z - 1.0f}});
 
     Layer& soft = garden.layer();
+    soft.fine = true;
     soft.add(staghorn(106, 0.75f, 11, 0.048f, blue(), 2), {{x + 0.80f, y + 0.02f, z - 0.85f}});
     soft.add(staghorn(107, 0.42f, 9, 0.034f, cream(), 1), {{x - 0.05f, y + 0.06f, z - 1.12f}});
     return garden;

@@ -23,6 +23,7 @@ Garden coral_f() {
     strew(rigid, 913, x - 1.0f, z - 0.1f, 1.7f, 8);
 
     Layer& soft = garden.layer();
+    soft.fine = true;
     soft.add(staghorn(113, 1.42f, 14, 0.064f, green(), 3), {{x - 2.36f, y - 0.24f, z - 0.5f}});
     soft.add(anemone(116, 0.55f, 150), {{x - 0.25f, y + 0.25f, z - 1.0f}, {-12, 0, 0}});
     return garden;

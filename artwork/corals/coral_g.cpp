@@ -21,6 +21,7 @@ Garden coral_g() {
     strew(rigid, 915, x, z - 0.2f, 2.9f, 8);
 
     Layer& soft = garden.layer();
+    soft.fine = true;
     soft.add(fan(126, 1.7f, rgb(186, 96, 20), rgb(255, 206, 84)),
              {{x - 1.9f, y + 0.4f, z - 0.2f}, {0, 10, 8}});
     soft.add(staghorn(124, 1.4f, 13, 0.070f, green(), 3), {{x + 1.7f, y + 0.5f, z - 0.6f}});

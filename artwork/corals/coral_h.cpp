@@ -24,6 +24,7 @@ Garden coral_h() {
     strew(rigid, 917, x + 0.2f, z - 0.4f, 2.4f, 10);
 
     Layer& soft = garden.layer();
+    soft.fine = true;
     soft.add(staghorn(138, 1.25f, 14, 0.056f, cream(), 3), {{x + 0.55f, y + 0.3f, z + 0.35f}});
     soft.add(staghorn(136, 1.0f, 12, 0.052f, blue(), 3), {{x - 1.25f, y + 0.10f, z - 0.15f}});
     soft.add(anemone(135, 1.0f, 240), {{x + 1.65f, y + 0.42f, z - 0.45f}, {-10, 0, 0}});

@@ -350,7 +350,8 @@ void strew(Layer& layer, uint32_t seed, float x, float z, float reach, int count
 }
 
 void paintGarden(Garden garden, const std::string& folder) {
-    strewCloseUp(garden, garden.west, garden.east);
+    constexpr float kPixels = 1144;  // to the radian, of a screen 948 high
+    strewCloseUp(garden);
     const Ground ground;
     const Mesh floor = groundRound(garden, ground);
     std::vector<const Mesh*> occluders{&floor};
@@ -390,6 +391,8 @@ void paintGarden(Garden garden, const std::string& folder) {
         if (layer.apart)
             own.emplace(std::vector<const Mesh*>{&layer.growths[0].mesh});
         draw(layer, camera, own ? *own : light, garden.cut ? &ground : nullptr, picture);
+        if (layer.fine)
+            soften(picture, 0.36f * scale / kPixels);
         for (int y = 0; y < picture.height; ++y)
             for (int x = 0; x < picture.width; ++x)
                 texture.at(picture.at_x + x, picture.at_y + y) = picture.image.at(x, y);

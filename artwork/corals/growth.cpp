@@ -37,7 +37,8 @@ void branch(Growth& growth, Random& random, Vec3 from, Vec3 along, float length,
     for (int i = 0; i <= kSteps; ++i) {
         const float t = static_cast<float>(i) / kSteps;
         points.push_back(p);
-        radii.push_back(thickness * mix(1.0f, forks == 0 ? 0.48f : 0.74f, t));
+        // The last twigs end blunt and wide enough for a screen's pixels, or only crumbs show.
+        radii.push_back(thickness * mix(1.0f, forks > 0 ? 0.80f : t < 0.9f ? 0.84f : 0.62f, t));
         const Vec3 wander{random.range(-1, 1), random.range(-1, 1) + 0.22f, random.range(-1, 1)};
         direction = normalize(direction + wander * 0.13f);
         p += direction * (whole / kSteps);
@@ -51,7 +52,7 @@ void branch(Growth& growth, Random& random, Vec3 from, Vec3 along, float length,
             normalize({random.range(-1, 1), random.range(-0.3f, 1), random.range(-1, 1)});
         const Vec3 next = normalize(direction + aside * spread + Vec3{0, 0.12f, 0});
         branch(growth, random, points[size_t(i == 2 ? kSteps - 2 : kSteps)], next,
-               length * random.range(0.68f, 0.9f), thickness * 0.72f, forks - 1, spread, v1);
+               length * random.range(0.68f, 0.9f), thickness * 0.78f, forks - 1, spread, v1);
     }
 }
 
@@ -146,7 +147,8 @@ const Labyrinth& labyrinth() {
     return maze;
 }
 
-/// Rows of vertices round the y axis become a skin; facing outwards.
+}  // namespace
+
 void skin(Mesh& mesh, int first, int rows, int columns) {
     for (int j = 0; j < rows; ++j)
         for (int i = 0; i < columns; ++i) {
@@ -154,8 +156,6 @@ void skin(Mesh& mesh, int first, int rows, int columns) {
             mesh.quad(a, a + 1, a + columns + 2, a + columns + 1);
         }
 }
-
-}  // namespace
 
 Growth stand(Growth growth, const Stand& where) {
     for (Vertex& v : growth.mesh.vertices)
@@ -189,7 +189,7 @@ Growth staghorn(uint32_t seed, float height, int stems, float thickness, const S
         const Cell cup = cellNoise(Vec2{t.x * 12, t.y * 26}, seed, {12, 0, 0});
         const float v = t.y;
         Vec3 c = mix(shades.foot, shades.middle, smoothstep(0, 0.42f, v));
-        c = mix(c, shades.tip, smoothstep(0.74f, 1.0f, v));
+        c = mix(c, shades.tip, 0.50f * smoothstep(0.62f, 1.0f, v));
         c = c * (0.88f + 0.22f * (1 - smoothstep(0.1f, 0.5f, cup.nearest)));
         c = c * (1 + 0.16f * fractalNoise(p * 5, 2, seed + 9));
         return Paint{c, {}};
@@ -257,12 +257,12 @@ std::vector<Growth> table(uint32_t seed, float radius, float height) {
         const float length = radius * random.range(0.05f, 0.10f) * (r > 0.9f ? 1.25f : 1);
         const float w = radius * random.range(0.014f, 0.022f);
         addTube(top, {from, from + along * (length * 0.6f), from + along * length},
-                {w, w * 0.85f, w * 0.5f}, 5, 0.15f + 0.3f * r, 0.75f + 0.25f * r);
+                {w, w * 0.9f, w * 0.7f}, 5, 0.15f + 0.3f * r, 0.75f + 0.25f * r);
     }
     top.bend.assign(top.mesh.vertices.size(), 0.004f);
     top.material = [seed](Vec2 t, Vec3 p) {
         Vec3 c = mix(rgb(146, 104, 54), rgb(230, 184, 96), smoothstep(0.1f, 0.55f, t.y));
-        c = mix(c, rgb(255, 242, 192), smoothstep(0.78f, 1.0f, t.y));
+        c = mix(c, rgb(255, 242, 192), 0.55f * smoothstep(0.78f, 1.0f, t.y));
         return Paint{c * (1 + 0.14f * gradientNoise(p * 3, seed + 7)), {}};
     };
     return {plate, top};
@@ -291,8 +291,10 @@ Growth sponges(uint32_t seed, float height, int count, Vec3 low, Vec3 high) {
         const float angle =
             2 * kPi * static_cast<float>(i) / static_cast<float>(count) + random.range(-0.4f, 0.4f);
         const float away = i == 0 ? 0 : height * random.range(0.12f, 0.34f);
-        const float tall = height * random.range(0.5f, 1.0f);
-        const float r = height * random.range(0.085f, 0.125f);
+        // One stands out among its lower neighbours.
+        const float share = random.range(0.5f, 1.0f),
+                    tall = height * (i == 0 ? 1.0f : 0.85f * share);
+        const float r = height * random.range(0.070f, 0.105f);
         const Vec3 out{std::cos(angle), 0, std::sin(angle)};
         const Vec3 from = out * away + Vec3{0, -0.08f * height, 0};
         const Vec3 along =
@@ -305,12 +307,13 @@ Growth sponges(uint32_t seed, float height, int count, Vec3 low, Vec3 high) {
             points.push_back(from + along * (tall * t) +
                              Vec3{random.range(-1, 1), 0, random.range(-1, 1)} * (0.012f * height));
             radii.push_back(r *
-                            (0.72f + 0.35f * t + 0.06f * std::sin(t * 14 + static_cast<float>(i))));
+                            (0.62f + 0.45f * t + 0.06f * std::sin(t * 14 + static_cast<float>(i))));
         }
         // Over the rim and down inside.
         const Vec3 rim = points.back();
-        for (const auto& [down, wide] : {std::pair<float, float>{-0.012f * height, 0.97f},
-                                         {0.010f * height, 0.74f},
+        for (const auto& [down, wide] : {std::pair<float, float>{-0.020f * height, 0.92f},
+                                         {-0.012f * height, 0.78f},
+                                         {0.020f * height, 0.66f},
                                          {0.30f * tall, 0.50f}}) {
             points.push_back(rim - along * down);
             radii.push_back(r * wide);

@@ -24,6 +24,9 @@ struct Growth {
     Material material;
 };
 
+/// Rows of vertices round the y axis become a skin; facing outwards.
+void skin(Mesh& mesh, int first, int rows, int columns);
+
 /// Turns about x, y, z by degrees, in this order, then scales and moves.
 struct Stand {
     Vec3 foot;

@@ -18,11 +18,7 @@ Growth dome(int down, int around, Place place) {
                 place(static_cast<float>(j) / static_cast<float>(down), angle);
             growth.mesh.add(position, texture);
         }
-    for (int j = 0; j < down; ++j)
-        for (int i = 0; i < around; ++i) {
-            const int a = j * (around + 1) + i;
-            growth.mesh.quad(a, a + 1, a + around + 2, a + around + 1);
-        }
+    skin(growth.mesh, 0, down, around);
     growth.bend.assign(growth.mesh.vertices.size(), 0);
     return growth;
 }
@@ -127,7 +123,8 @@ Growth starfish(const Star& star) {
 
 }  // namespace
 
-void strewCloseUp(Garden& garden, float west, float east) {
+void strewCloseUp(Garden& garden) {
+    const auto here = [&](float x) { return x >= garden.west && x < garden.east; };
     const auto add = [&](Growth growth, float x, float z) {
         Layer& layer = garden.layer();
         layer.apart = true;
@@ -135,10 +132,10 @@ void strewCloseUp(Garden& garden, float west, float east) {
         layer.growths.push_back(laid(std::move(growth), x, z));
     };
     for (const Star& star : stars())
-        if (star.x >= west && star.x < east)
+        if (here(star.x))
             add(starfish(star), star.x, star.z);
     for (const Stone& stone : stones())
-        if (closeUp(stone) && stone.x >= west && stone.x < east)
+        if (closeUp(stone) && here(stone.x))
             add(stone.shell ? shell(stone)
                 : stone.radius > 0.15f
                     ? rock(stone.seed % 1000, {stone.radius, stone.height, stone.radius})

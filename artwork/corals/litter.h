@@ -6,7 +6,7 @@
 
 namespace art {
 
-/// Adds what lies close up between two x to a garden, each a layer of its own.
-void strewCloseUp(Garden& garden, float west, float east);
+/// Adds what lies close up between the garden's west and east to it, each a layer of its own.
+void strewCloseUp(Garden& garden);
 
 }  // namespace art

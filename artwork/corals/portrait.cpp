@@ -99,6 +99,40 @@ Picture frame(const Layer& layer, const Camera& camera) {
     return picture;
 }
 
+void soften(Picture& picture, float sigma) {
+    for (const auto& [dx, dy] : {std::pair<int, int>{1, 0}, {0, 1}}) {
+        const Picture before = picture;
+        for (int y = 0; y < picture.height; ++y)
+            for (int x = 0; x < picture.width; ++x) {
+                Vec3 colour;
+                float alpha = 0, depth = 0, bend = 0, weights = 0;
+                for (int k = 1 - kMargin; k < kMargin; ++k) {
+                    const int i = x + k * dx, j = y + k * dy;
+                    const float w = std::exp(-static_cast<float>(k * k) / (2 * sigma * sigma));
+                    weights += w;
+                    if (i < 0 || j < 0 || i >= picture.width || j >= picture.height)
+                        continue;
+                    const Pixel& p = before.image.at(i, j);
+                    const size_t at = before.index(i, j);
+                    colour += p.colour * (w * p.alpha);
+                    depth += before.depth[at] * (w * p.alpha);
+                    bend += before.bend[at] * (w * p.alpha);
+                    alpha += w * p.alpha;
+                }
+                // Too little is not worth hiding what is drawn behind it.
+                constexpr float kLeast = 0.04f;
+                const size_t at = picture.index(x, y);
+                if (alpha < kLeast * weights) {
+                    picture.image.at(x, y).alpha = picture.depth[at] = picture.bend[at] = 0;
+                    continue;
+                }
+                picture.image.at(x, y) = {colour / alpha, alpha / weights};
+                picture.depth[at] = depth / alpha;
+                picture.bend[at] = bend / alpha;
+            }
+    }
+}
+
 void draw(const Layer& layer, const Camera& camera, const Light& light, const Ground* ground,
           Picture& picture) {
     picture.image = Image(picture.width, picture.height, {{}, 0});

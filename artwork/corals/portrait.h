@@ -18,6 +18,9 @@ struct Layer {
     float nearer = 0.10f;
     /// Lies so far from the others that neither shades the other.
     bool apart = false;
+    /// Twigs and nets no wider than a pixel: their outlines fade over one, since many a screen has
+    /// one sample per pixel.
+    bool fine = false;
 
     void add(Growth growth, const Stand& where) {
         growths.push_back(stand(std::move(growth), where));
@@ -68,6 +71,9 @@ constexpr int kMargin = 3;
 
 /// The rectangle that a layer covers, not yet drawn.
 Picture frame(const Layer& layer, const Camera& camera);
+
+/// Lets outlines and colours run over into each other, within the margin; sigma in texels.
+void soften(Picture& picture, float sigma);
 
 /// Draws a layer into its rectangle; what lies outside is left out, and so is what the sea floor
 /// hides, if there is one.
