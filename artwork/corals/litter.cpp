@@ -47,23 +47,26 @@ Growth pebble(const Stone& stone) {
                      std::sin(polar) * std::sin(angle)};
         const float lump = fractalNoise(d * 0.9f + Vec3{where, 0, 0}, 3, stone.seed);
         const Vec3 radii{stone.radius, stone.height, stone.radius * 0.85f};
-        return Corner{d * radii * (1 + 0.35f * lump), {d.x, d.z}};
+        return Corner{d * radii * (1 + 0.50f * lump), {d.x, d.z}};
     });
     growth.material = [=](Vec2, Vec3 p) {
         const Vec3 q = p / stone.radius + Vec3{where, 0, 0};
         const float mottle = fractalNoise(q * 1.2f, 3, stone.seed + 1);
         const float spots = fractalNoise(q * 4, 2, stone.seed + 2);
-        const Vec3 grown =
-            mix(stone.colour, rgb(206, 130, 158), 0.5f * smoothstep(0.1f, 0.3f, mottle));
-        return Paint{grown * (0.80f + stone.mottle * (0.40f * mottle + 0.30f * spots)),
-                     Vec3{spots, 0, mottle} * 0.35f};
+        const Cell pit = cellNoise(q * 2.6f, stone.seed + 3);
+        Vec3 c = mix(stone.colour, rgb(190, 178, 152), 0.40f);
+        c = mix(c, rgb(198, 130, 152), 0.5f * smoothstep(0.1f, 0.3f, mottle));
+        c = mix(c, rgb(142, 140, 96), 0.5f * smoothstep(0.12f, 0.30f, -mottle));
+        c = c * (0.74f + 0.24f * smoothstep(0.10f, 0.40f, pit.nearest));
+        return Paint{c * (1 + stone.mottle * (0.30f * mottle + 0.45f * spots)),
+                     Vec3{spots, 0, mottle} * 0.6f};
     };
     return growth;
 }
 
-/// Half a cockle, its back up: ribs run from the hinge to a scalloped edge.
-Growth shell(const Stone& stone) {
-    constexpr int kRibs = 11;
+/// Half a scallop, its back up: ribs run from the hinge and its two ears to a wavy edge.
+Growth scallop(const Stone& stone) {
+    constexpr int kRibs = 9;
     const float turn = static_cast<float>(stone.seed % 628) / 100;
     const auto rib = [=](Vec2 t) {
         // Seen from the hinge, at the edge opposite the turn.
@@ -71,25 +74,80 @@ Growth shell(const Stone& stone) {
     };
     Growth growth = dome(16, 66, [&](float out, float angle) {
         const Vec2 flat{out * std::cos(angle), out * std::sin(angle)};
-        const float pointed = mix(0.55f, 1.0f, smoothstep(-1.05f, 0.1f, flat.x));
-        const float edge = 1 + 0.05f * std::cos(2 * kPi * rib(flat)) * smoothstep(0.6f, 1.0f, out);
-        const Vec2 at{flat.x * edge, flat.y * pointed * edge};
+        const float wide = std::max(mix(0.22f, 1.08f, smoothstep(-1.05f, 0.45f, flat.x)),
+                                    0.55f * smoothstep(-0.88f, -0.94f, flat.x));
+        const float edge = 1 + 0.07f * std::cos(2 * kPi * rib(flat)) * smoothstep(0.6f, 1.0f, out);
+        const Vec2 at{flat.x * edge, flat.y * wide * edge};
         const float c = std::cos(turn), s = std::sin(turn);
-        const float height = stone.height * 1.2f * std::sqrt(std::max(0.0f, 1 - out * out)) - 0.01f;
-        return Corner{
-            {(at.x * c - at.y * s) * stone.radius, height, (at.x * s + at.y * c) * stone.radius},
-            flat};
+        const float ribs = 1 + 0.10f * std::cos(2 * kPi * rib(flat)) * out;
+        const float height =
+            stone.height * 1.2f * ribs * std::sqrt(std::max(0.0f, 1 - out * out)) - 0.01f;
+        return Corner{Vec3{(at.x * c - at.y * s) * stone.radius, height,
+                           (at.x * s + at.y * c) * stone.radius},
+                      flat};
     });
     growth.material = [=](Vec2 t, Vec3 p) {
         const float wave = std::cos(2 * kPi * rib(t));
-        const float rings = std::sin(16 * length(Vec2{t.x + 1.05f, t.y}));
+        const float from_hinge = length(Vec2{t.x + 1.05f, t.y});
+        const float rings = std::sin(11 * from_hinge);
         const float blush = fractalNoise(p / stone.radius * 0.8f, 2, stone.seed);
-        const Vec3 tone =
-            mix(stone.colour, rgb(232, 150, 128), 0.45f * smoothstep(-0.1f, 0.4f, blush));
-        const Vec3 c = tone * (0.77f + 0.10f * wave + 0.04f * rings);
-        return Paint{c, Vec3{0, 0, 0.35f * std::sin(2 * kPi * rib(t))}};
+        Vec3 tone = mix(stone.colour, rgb(226, 128, 108),
+                        0.60f * smoothstep(-0.1f, 0.4f, blush + 0.15f * rings));
+        tone = mix(tone, rgb(178, 96, 92), 0.5f * smoothstep(0.5f, 0.05f, from_hinge));
+        return Paint{tone * (0.75f + 0.17f * wave), Vec3{0, 0, 0.5f * std::sin(2 * kPi * rib(t))}};
     };
     return growth;
+}
+
+/// A snail's shell on its side, wound round its axis from the pointed end to the mouth: a whelk, or
+/// slender as an auger.
+Growth spiral(const Stone& stone, bool slender) {
+    const float turn = static_cast<float>(stone.seed % 628) / 100;
+    const float whorls = slender ? 7.0f : 4.0f;
+    const float length = (slender ? 3.0f : 2.3f) * stone.radius,
+                widest = (slender ? 0.42f : 0.70f) * stone.radius;
+    // From 0 at a seam to 1 just before the next.
+    const auto wound = [=](float along, float angle) {
+        const float w = whorls * std::pow(along, 0.7f) + angle / (2 * kPi);
+        return w - std::floor(w);
+    };
+    Growth growth = dome(48, 40, [&](float along, float angle) {
+        const float body =
+            slender ? std::pow(along, 0.9f)
+                    : std::pow(along, 1.25f) * 1.35f * (1 - 0.75f * smoothstep(0.66f, 1.0f, along));
+        const float belly = std::sin(kPi * wound(along, angle));
+        const float r = widest * (body * (0.80f + 0.24f * std::sqrt(belly)) + 0.02f) *
+                        (along > 0.995f ? 0.2f : 1.0f);
+        const Vec3 axis{std::cos(turn), 0, std::sin(turn)},
+            side{-std::sin(turn), 0, std::cos(turn)};
+        const float lying = 0.50f * widest * body;
+        return Corner{axis * ((along - 0.5f) * length) + side * (std::cos(angle) * r) +
+                          Vec3{0, std::sin(angle) * r + lying, 0},
+                      {along, angle}};
+    });
+    growth.material = [=](Vec2 t, Vec3 p) {
+        const float w = wound(t.x, t.y);
+        const float seam = std::min(w, 1 - w);
+        const float flames = fractalNoise(p / stone.radius * 1.6f, 2, stone.seed);
+        const Vec3 dark = slender ? rgb(164, 108, 70) : rgb(196, 122, 88);
+        Vec3 c = mix(stone.colour * 0.94f, dark,
+                     0.75f * smoothstep(0.25f, 0.40f, w) * smoothstep(0.62f, 0.50f, w) *
+                         smoothstep(-0.25f, 0.05f, flames));
+        c = mix(c, rgb(232, 160, 140), slender ? 0.0f : 0.6f * smoothstep(0.80f, 0.95f, t.x));
+        return Paint{c * (0.62f + 0.30f * smoothstep(0.0f, 0.16f, seam)), {}};
+    };
+    return growth;
+}
+
+Growth shell(const Stone& stone) {
+    switch (stone.seed % 3) {
+        case 0:
+            return scallop(stone);
+        case 1:
+            return spiral(stone, false);
+        default:
+            return spiral(stone, true);
+    }
 }
 
 Growth starfish(const Star& star) {

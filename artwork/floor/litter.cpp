@@ -83,32 +83,40 @@ const std::vector<Stone>& stones() {
 }
 
 const std::vector<Star>& stars() {
-    const Vec3 orange = rgb(250, 100, 44), blue = rgb(80, 124, 226), gold = rgb(240, 182, 70);
+    const Vec3 orange = rgb(250, 100, 44), blue = rgb(80, 124, 226), gold = rgb(240, 182, 70),
+               red = rgb(208, 56, 62), violet = rgb(160, 92, 186);
     static const std::vector<Star> all = {
-        {2.3f, 8.4f, 0.34f, 0.4f, orange},    {-1.2f, 7.1f, 0.29f, 1.3f, blue},
-        {5.4f, 11.2f, 0.36f, 0.9f, blue},     {-7.4f, 10.4f, 0.36f, 2.1f, orange},
-        {0.3f, 12.2f, 0.27f, 0.2f, gold},     {8.7f, 13.2f, 0.37f, 1.6f, orange},
+        {2.3f, 8.4f, 0.36f, 0.4f, orange},    {-1.2f, 7.1f, 0.24f, 1.3f, blue},
+        {5.4f, 11.2f, 0.32f, 0.9f, violet},   {-7.4f, 10.4f, 0.42f, 2.1f, orange},
+        {0.3f, 12.2f, 0.25f, 0.2f, gold},     {8.7f, 13.2f, 0.30f, 1.6f, red},
         {-13.2f, 13.0f, 0.34f, 0.7f, orange}, {3.6f, 17.2f, 0.34f, 1.1f, gold}};
     return all;
 }
 
 OnArm onArm(const Star& star, Vec2 place) {
-    // Its arms are a little bent, all the same way.
-    const float turn = star.turn + 0.35f * length(place), c = std::cos(turn), s = std::sin(turn);
-    const Vec2 at{place.x * c - place.y * s, place.x * s + place.y * c};
     OnArm best{-1e9f, 0};
     float sum = 0;
     for (int i = 0; i < 5; ++i) {
-        const float a = 2 * kPi * static_cast<float>(i) / 5;
+        // No arm is as long as the next, nor bent like it; some have lost a piece.
+        const auto own = [&](int what) {
+            return hashUnit(static_cast<int>(star.x * 10), static_cast<int>(star.z * 10), i,
+                            901 + static_cast<uint32_t>(what));
+        };
+        const float lost = own(3);
+        const float reach = mix(0.80f, 1.06f, own(0)) * (lost < 0.12f ? 0.72f : 1.0f);
+        const float bend = mix(-0.75f, 0.75f, own(1)), shift = mix(-0.20f, 0.20f, own(2));
+        const float a = 2 * kPi * static_cast<float>(i) / 5 + shift - star.turn -
+                        bend * (length(place) - 0.35f);
         const Vec2 axis{std::cos(a), std::sin(a)};
-        const float along = std::min(0.92f, std::max(0.0f, dot(at, axis)));
-        const float width = mix(0.23f, 0.08f, std::pow(along, 0.8f));
-        const float away = length(at - axis * along) / width;
+        const float along = std::min(0.92f * reach, std::max(0.0f, dot(place, axis)));
+        const float share = along / reach;
+        const float width = mix(0.23f, 0.08f, std::pow(share, 0.8f));
+        const float away = length(place - axis * along) / width;
         const float inside = 1 - away * away;
         // Between two arms there is a web.
         sum += std::exp(2.2f * std::max(-6.0f, inside));
         if (inside > best.inside)
-            best = {inside, along};
+            best = {inside, share};
     }
     return {std::min(1.0f, std::log(sum) / 2.2f - 0.10f * (1 - best.along)), best.along};
 }
