@@ -1,12 +1,13 @@
 // Turns a ray-traced picture into a card of the scene: half the size, its reflection and the blue
 // below the waterline, foam along it, an empty rim and colour under the transparency.
 //
-// cutout DATA_DIR FILE PICTURE.png HOUR WATERLINE DEPTH HAZE FOAM NARROWER
+// cutout DATA_DIR FILE PICTURE.png HOUR WATERLINE DEPTH HAZE FOAM REACH NARROWER
 //   HOUR       0 noon, 1 evening, 2 night
 //   WATERLINE  as a share of the height, from the top
 //   DEPTH      how far down the water lets things be seen, as a share of the height
 //   HAZE       how much of the air's colour lies over it, 0..1
 //   FOAM       half the thickness of the line of foam, in texels
+//   REACH      how far the last swell came up, in thicknesses
 //   NARROWER   how many columns become one at last
 #include <cstdlib>
 #include <string>
@@ -74,8 +75,8 @@ void sink(Image& image, float waterline, float depth, TINT light) {
 /// Where something stands in the water, a little wider than it: wet ground, the scallops that the
 /// last swell has left on it, each with a bright rim and a thin film inside, and a line of foam
 /// with long gaps.
-void foam(Image& image, float waterline, float thickness, TINT light) {
-    constexpr int kReach = 7, kSlope = 30;
+void foam(Image& image, float waterline, float thickness, float reach, TINT light) {
+    constexpr int kAside = 7, kSlope = 30;
     const int row = static_cast<int>(waterline) - 1;
     const std::vector<Pixel> foot = [&] {
         std::vector<Pixel> pixels;
@@ -87,10 +88,10 @@ void foam(Image& image, float waterline, float thickness, TINT light) {
     const Vec3 film = tinted(rgb(226, 244, 238), light);
     for (int x = 0; x < image.width(); ++x) {
         float near = 0;
-        for (int a = -kReach; a <= kReach; ++a)
+        for (int a = -kAside; a <= kAside; ++a)
             if (x + a >= 0 && x + a < image.width())
                 near = std::max(near, foot[size_t(x + a)].alpha *
-                                          (1 - std::fabs(static_cast<float>(a)) / (kReach + 1)));
+                                          (1 - std::fabs(static_cast<float>(a)) / (kAside + 1)));
         const float u = static_cast<float>(x) / 20;
         const float swell = 1.6f * thickness * fractalNoise({u * 0.4f, 0.5f, 0.5f}, 3, 5);
         const float broken = smoothstep(-0.12f, 0.30f, fractalNoise({u * 0.7f, 2.5f, 0.5f}, 3, 3));
@@ -99,7 +100,8 @@ void foam(Image& image, float waterline, float thickness, TINT light) {
         const float arc = u * 0.15f + 0.8f * gradientNoise({u * 0.22f, 7.5f, 0.5f}, 8);
         const float turn = arc - std::floor(arc);
         const float size = 0.35f + hashUnit(static_cast<int>(std::floor(arc)), 0, 0, 9);
-        const float top = thickness * (0.6f + 3.6f * size * std::max(0.0f, 4 * turn * (1 - turn)));
+        const float bow = std::max(0.0f, 4 * turn * (1 - turn));
+        const float top = thickness * (0.6f + reach * size * std::sqrt(bow));
         const float wet =
             thickness * (10 + 5 * fractalNoise({u * 0.3f, 4.5f, 0.5f}, 2, 6)) + 0.4f * top;
         // Not the flat point of the beach, which the water washes over.
@@ -114,13 +116,15 @@ void foam(Image& image, float waterline, float thickness, TINT light) {
             const float damp =
                 ashore * smoothstep(-wet - 2 * thickness, -wet + 3 * thickness, below);
             pixel.colour = mix(pixel.colour, pixel.colour * Vec3{0.80f, 0.79f, 0.80f}, damp);
-            const float line = mix(0.15f, 0.95f, broken) * std::exp(-off * off);
+            // Where the arcs meet the foam gathers; below their bows the water is clear.
+            const float line =
+                mix(0.10f, 0.90f, broken) * mix(1.0f, 0.35f, bow) * std::exp(-off * off);
             const float washed = below > 0
                                      ? 0
                                      : mix(0.25f, 0.70f, broken) *
                                            smoothstep(-top - thickness, -top + thickness, below);
             pixel = over({film, near * washed}, pixel);
-            const float edge = below > 0 ? 0 : mix(0.55f, 0.30f, broken) * std::exp(-rim * rim);
+            const float edge = below > 0 ? 0 : mix(0.85f, 0.55f, broken) * std::exp(-rim * rim);
             pixel = over({white, near * std::max(line, edge)}, pixel);
         }
     }
@@ -138,8 +142,10 @@ void clearSides(Image& image, float waterline) {
 }  // namespace
 
 int main(int argc, char** argv) {
-    if (argc != 10)
-        fail("usage: cutout DATA_DIR FILE PICTURE.png HOUR WATERLINE DEPTH HAZE FOAM NARROWER");
+    if (argc != 11)
+        fail(
+            "usage: cutout DATA_DIR FILE PICTURE.png HOUR WATERLINE DEPTH HAZE FOAM REACH "
+            "NARROWER");
     const auto number = [&](int i) { return static_cast<float>(std::atof(argv[i])); };
     Image image = shrunk(loadPng(argv[3]), 2, 2);
     const Light light = lightOf(std::atoi(argv[4]));
@@ -148,9 +154,9 @@ int main(int argc, char** argv) {
         for (int x = 0; x < image.width(); ++x)
             image.at(x, y).colour = mix(image.at(x, y).colour, light.haze, number(7));
     sink(image, waterline, number(6) * height, light.sea);
-    foam(image, waterline, number(8), light.foam);
+    foam(image, waterline, number(8), number(9), light.foam);
     clearSides(image, waterline);
-    image = shrunk(image, std::atoi(argv[9]), 1);
+    image = shrunk(image, std::atoi(argv[10]), 1);
     for (int y = 0; y < image.height(); ++y)
         for (int x = 0; x < image.width(); ++x)
             if (std::min(std::min(x, y), std::min(image.width() - 1 - x, image.height() - 1 - y)) <
