@@ -80,7 +80,7 @@ Growth pictured(uint32_t seed) {
         // fish's shadow, drawn before the thicket, may hide a foot.
         Vec3 c = mix(rgb(74, 54, 58), shades.foot * 0.80f, smoothstep(0.06f, 0.30f, t));
         c = mix(c, shades.middle, smoothstep(0.26f, 0.70f, t));
-        c = mix(c, shades.tip, 0.42f * smoothstep(0.60f, 1.0f, t));
+        c = mix(c, shades.tip, 0.36f * smoothstep(0.60f, 1.0f, t));
         return Paint{c * 1.18f * (1 + 0.18f * fractalNoise(p * 3, 2, seed)), {}};
     };
     return growth;

@@ -1,5 +1,7 @@
 #include "corals/growth.h"
 
+#include <algorithm>
+
 #include "common/noise.h"
 
 namespace art {
@@ -525,10 +527,13 @@ Growth rock(uint32_t seed, Vec3 radii, float roughness) {
         }
     skin(growth.mesh, 0, kDown, kAround);
     growth.bend.assign(growth.mesh.vertices.size(), 0);
-    growth.material = [seed](Vec2, Vec3 p) {
-        const float n = fractalNoise(p * 1.6f, 4, seed % 7 + 91),
-                    n2 = fractalNoise(p * 2.3f, 3, 92);
-        const float n3 = fractalNoise(p * 1.1f, 3, 93), grain = fractalNoise(p * 13, 2, 95);
+    // On a small stone crusts are smaller, too, or one covers all that is seen.
+    const float crusts = std::clamp(0.55f / radii.x, 1.0f, 2.6f);
+    growth.material = [seed, crusts](Vec2, Vec3 p) {
+        const Vec3 q = p * crusts;
+        const float n = fractalNoise(q * 1.6f, 4, seed % 7 + 91),
+                    n2 = fractalNoise(q * 2.3f, 3, 92);
+        const float n3 = fractalNoise(q * 1.1f, 3, 93), grain = fractalNoise(p * 13, 2, 95);
         const Vec3 warped = p + rough(p * 2.5f, 2, 96) * 0.35f;
         const Cell knob = cellNoise(warped * 4.2f, 94), hole = cellNoise(warped * 9.5f, 98);
         Vec3 c = mix(rgb(146, 126, 108), rgb(198, 178, 150), clamp01(0.5f + 1.1f * n));

@@ -168,6 +168,13 @@ Vec3 pose(Vec3 p, float along_tail, float turns) {
 
 const Vec3 kDark = rgb(40, 48, 64), kPale = rgb(206, 216, 222);
 
+/// Where back and belly meet both have one colour: seen edge-on, a row of pixels shows now the one,
+/// now the other.
+Vec3 hemmed(Vec3 c, float along, float chord) {
+    const float front = smoothstep(0.13f, 0.03f, chord) * smoothstep(0.15f, 0.22f, along);
+    return mix(c, rgb(72, 88, 108), 0.9f * std::max(front, smoothstep(0.80f, 0.96f, chord)));
+}
+
 Vec3 topColour(float x, float y) {
     const float along = x / kHalfSpan;
     const float chord = (kLeading.at(along) - y) / (kLeading.at(along) - kTrailing.at(along));
@@ -192,7 +199,7 @@ Vec3 topColour(float x, float y) {
             0.5f * smoothstep(0.93f, 1.0f, chord) * smoothstep(0.1f, 0.3f, along));
     c = mix(c, rgb(150, 164, 176), 0.45f * smoothstep(0.90f, 1.0f, along));
     c = mix(c, rgb(60, 72, 90), 0.6f * band(y, -12, 8, 2) * smoothstep(0.7f, 0.2f, x));
-    return c;
+    return hemmed(c, along, chord);
 }
 
 Vec3 bottomColour(float x, float y) {
@@ -234,7 +241,7 @@ Vec3 bottomColour(float x, float y) {
     c = mix(c, rgb(92, 102, 116),
             0.5f * smoothstep(0.80f, 0.25f, length(Vec2{x - 0.9f, y + 7.6f})));
     // In its own shade: the light comes from the water all round, from the sand a little.
-    return c * Vec3{0.64f, 0.76f, 0.86f};
+    return hemmed(c * Vec3{0.64f, 0.76f, 0.86f}, along, chord);
 }
 
 }  // namespace
