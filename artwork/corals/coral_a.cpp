@@ -50,7 +50,7 @@ Garden coral_a() {
              {{x + 1.92f, y + 0.52f, z - 1.02f}, {-6, 215, -6}});
     soft.add(staghorn(32, 0.78f, 12, 0.050f, cream(), 3),
              {{x - 0.3f, y + 0.82f, z - 1.35f}, {0, 30, 0}});
-    soft.add(sponges(61, 1.04f, 5, rgb(236, 120, 30), rgb(255, 196, 92)),
+    soft.add(sponges(64, 1.04f, 5, rgb(236, 120, 30), rgb(255, 196, 92)),
              {{x - 1.05f, y + 0.60f, z - 1.50f}});
     soft.add(plates(71, 0.65f, 8, rgb(140, 112, 40), rgb(240, 200, 70)),
              {{x + 2.75f, y + 0.20f, z - 0.65f}});

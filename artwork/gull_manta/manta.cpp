@@ -227,9 +227,10 @@ Vec3 bottomColour(float x, float y) {
         const float middle = 5.2f - 1.75f * static_cast<float>(i);
         const float slit = y - middle - 0.10f * (x - 3.2f) * (x - 3.2f) + 0.18f * x;
         const float half = 1.9f - 0.18f * static_cast<float>(i);
-        // Soft: from afar, one pixel is as high as the way from one slit to the next.
+        // Soft and pale: from afar, one pixel is as high as the way from one slit to the next, and
+        // edge-on they would notch the belly's outline.
         c = mix(c, rgb(112, 122, 134),
-                0.55f * std::exp(-slit * slit / 0.16f) *
+                0.24f * std::exp(-slit * slit / 0.24f) *
                     smoothstep(half + 0.3f, half - 0.3f, std::fabs(x - 3.4f)));
     }
     c = mix(c, rgb(46, 52, 64), smoothstep(9.2f, 9.9f, y) * smoothstep(4.6f, 4.0f, x));
