@@ -67,13 +67,14 @@ start_display() { # XVFB OPTIONS...
     unset XSCREENSAVER_WINDOW WAYLAND_DISPLAY
 }
 
-# The recipe for a desktop: the lines of code in README.md below a paragraph that begins with its name
-# in bold, up to the next such paragraph or heading.
-recipe() { # NAME FILE
-    awk -v name="**$1**" '
-        /^(\*\*|#)/ { inside = index($0, name) == 1 }
+# A recipe: the lines of code in README.md, or another document, below a paragraph that begins with
+# this name in bold or below a heading that is this name, up to the next such paragraph or heading.
+recipe() { # NAME FILE [DOCUMENT]
+    awk -v name="$1" '
+        /^(\*\*|#)/ { inside = index($0, "**" name "**") == 1 || $0 ~ "^#+ " name "$" }
         inside && /^    / { print substr($0, 5); found = 1 }
-        END { exit !found }' "$sources/README.md" >"$2" || fail "README.md has no recipe for $1"
+        END { exit !found }' "$sources/${3:-README.md}" >"$2" ||
+        fail "${3:-README.md} has no recipe for $1"
 }
 
 # Repeats a command, up to a minute, until it succeeds.
@@ -88,16 +89,18 @@ until_true() { # WHAT COMMAND...
     done
 }
 
-# Process ids of our saver on this test's display.
-savers() {
+# Process ids of a program that runs with a variable of this test's.
+processes() { # FILE VARIABLE=VALUE
     for process in /proc/[0-9]*; do
-        [ "$(readlink "$process/exe" 2>/dev/null)" = "$saver" ] || continue
-        if tr '\0' '\n' 2>/dev/null <"$process/environ" |
-            grep -q -x -e "DISPLAY=$DISPLAY\(\.0\)\{0,1\}"; then
+        [ "$(readlink "$process/exe" 2>/dev/null)" = "$1" ] || continue
+        if tr '\0' '\n' 2>/dev/null <"$process/environ" | grep -q -x -e "$2"; then
             echo "${process#/proc/}"
         fi
     done
 }
+
+# Process ids of our saver on this test's display.
+savers() { processes "$saver" "DISPLAY=$DISPLAY\(\.0\)\{0,1\}"; }
 
 running() { [ "$(savers | wc -l)" -ge "${1:-1}" ]; }
 none_left() { [ -z "$(savers)" ]; }

@@ -7,6 +7,10 @@ need kwin_x11 kwin-x11
 need dbus-run-session dbus
 [ -d /usr/share/plasma/shells/org.kde.plasma.desktop ] ||
     skip "the package plasma-desktop-data is not installed"
+for module in kcm kitemmodels newstuff; do
+    ls -d /usr/lib/*/qt5/qml/org/kde/$module >/dev/null 2>&1 ||
+        skip "the package qml-module-org-kde-$module is not installed"
+done
 need Xorg xserver-xorg-core
 need xrandr x11-xserver-utils
 [ -x /usr/lib/qt5/bin/qml ] || skip "the package qml is not installed"
@@ -52,33 +56,67 @@ done
 xrandr --output DUMMY0 --mode test --pos 0x0 --output DUMMY1 --mode test --pos 640x0
 unset WAYLAND_DISPLAY
 
-cat >"$tmp/script" <<'SCRIPT'
-print(desktops().length + " desktops");
-desktops().forEach(function(desktop) {
-    desktop.wallpaperPlugin = "org.atollia.wallpaper";
-    desktop.currentConfigGroup = ["Wallpaper", "org.atollia.wallpaper", "General"];
-    desktop.writeConfig("CameraPos", 2);
-    desktop.writeConfig("DayTime", 0);
-});
-SCRIPT
 cat >"$tmp/session" <<'SESSION'
 echo "$DBUS_SESSION_BUS_ADDRESS" >"$1/bus"
 kwin_x11 >"$1/kwin.log" 2>&1 &
+kwin=$!
 plasmashell >"$1/log" 2>&1 &
 echo $! >"$1/shell"
-# The shell answers before it has a desktop for every monitor.
-tries=0
-until [ $tries -gt 240 ] || grep -q "2 desktops" "$1/reply" 2>/dev/null; do
-    dbus-send --session --print-reply --dest=org.kde.plasmashell /PlasmaShell \
-        org.kde.PlasmaShell.evaluateScript string:"$(cat "$1/script")" >"$1/reply" 2>&1
-    tries=$((tries + 1))
-    sleep 0.5
-done
-wait
+wait $!
+kill $kwin
 SESSION
-as_person dbus-run-session -- sh "$tmp/session" "$tmp" &
+start_shell() {
+    as_person dbus-run-session -- sh "$tmp/session" "$tmp" &
+    session=$!
+}
+start_shell
 stop_shell() { kill "$(cat "$tmp/shell")"; }
 at_end="stop_shell"
+in_session() { DBUS_SESSION_BUS_ADDRESS=$(cat "$tmp/bus") as_person "$@"; }
+ask_shell() { # SCRIPT
+    in_session dbus-send --session --print-reply --dest=org.kde.plasmashell /PlasmaShell \
+        org.kde.PlasmaShell.evaluateScript "string:$1"
+}
+# The shell answers before it has a desktop for every monitor.
+both_desktops() { ask_shell 'print(desktops().length + " desktops")' | grep -q "2 desktops"; }
+until_true "no desktop for every monitor" both_desktops
+chosen() { # how the desktops' wallpapers are called
+    ask_shell 'print(desktops().map(desktop => desktop.wallpaperPlugin).join(" "))' |
+        grep -q "$1"
+}
+# With the mouse, on the left monitor. The dialog is there when it has its size.
+settings_open() {
+    xwininfo -root -tree | grep "Settings — Plasma" | grep -q -v " 160x160+"
+}
+atollia_chosen_with_mouse() {
+    xdotool key Escape mousemove 200 150 click 3
+    sleep 1
+    xdotool key Down Return
+    tries=0
+    until settings_open; do
+        tries=$((tries + 1))
+        [ $tries -lt 40 ] || return 1
+        sleep 0.5
+    done
+    sleep 2
+    xdotool mousemove 340 144 click 1 # the type of the wallpaper
+    sleep 2
+    xdotool key a Return
+    sleep 4
+    xdotool mousemove 358 414 click 1 # OK
+    sleep 2
+    chosen "org.atollia.wallpaper"
+}
+until_true "Atollia cannot be chosen with the mouse" atollia_chosen_with_mouse
+chosen "org.kde.image" || fail "one desktop was meant"
+echo "chosen with the mouse"
+recipe "Plasma 5.27 and 6, desktop" "$tmp/recipe"
+in_session sh -e "$tmp/recipe"
+ask_shell 'desktops().forEach(function(desktop) {
+    desktop.currentConfigGroup = ["Wallpaper", "org.atollia.wallpaper", "General"];
+    desktop.writeConfig("CameraPos", 2);
+    desktop.writeConfig("DayTime", 0);
+})'
 
 until_true "no lagoon on the first monitor" lagoon_at 640x480+0+0
 until_true "no lagoon on the second monitor" lagoon_at 640x480+640+0
@@ -150,8 +188,7 @@ expect() { # WHAT LEFT RIGHT
     echo "$1: the left one $2, the right one $3"
 }
 show_desktop() { # and back
-    DBUS_SESSION_BUS_ADDRESS=$(cat "$tmp/bus") as_person dbus-send --session --print-reply \
-        --dest=org.kde.kglobalaccel /component/kwin \
+    in_session dbus-send --session --print-reply --dest=org.kde.kglobalaccel /component/kwin \
         org.kde.kglobalaccel.Component.invokeShortcut "string:Show Desktop" >/dev/null
 }
 expect "small windows" moves moves
@@ -172,3 +209,25 @@ expect "both full screen" stands stands
 covered=$(used_in_ten_seconds "$shell")
 echo "processor time in ten seconds: seen $seen, covered $covered hundredths of a second"
 [ "$covered" -lt $((seen / 5)) ] || fail "it draws on while windows cover it"
+
+# Where the driver does not bear it: Plasma's own wallpaper.
+stop_cover
+recipe "Desktop of Plasma" "$tmp/recipe" docs/desktops.md
+as_person sh -e "$tmp/recipe"
+stop_shell
+wait $session || true
+at_end=""
+rm "$tmp/bus"
+start_shell
+at_end="stop_shell"
+until_true "the shell does not come back" test -s "$tmp/bus"
+until_true "no desktop for every monitor" both_desktops
+chosen "org.kde.image org.kde.image" || fail "the wallpaper is still chosen"
+# Its own is a picture, too, and not of one colour.
+own_picture() {
+    import -silent -window "$(desktop_at 0)" "$tmp/one.png" &&
+        [ "$(identify -format %k "$tmp/one.png")" -gt 500 ]
+}
+until_true "no wallpaper" own_picture
+lagoon_at 640x480+0+0 && fail "the lagoon is still there"
+echo "without the line there is Plasma's own wallpaper"

@@ -10,7 +10,7 @@ need dbus-run-session dbus
 . "$(dirname "$0")/plasma.sh"
 start_display -screen 0 1280x720x24
 
-recipe "Plasma 5.27 and 6" "$tmp/recipe"
+recipe "Plasma 5.27 and 6, lock screen" "$tmp/recipe"
 as_person sh -e "$tmp/recipe"
 cat >>"$XDG_CONFIG_HOME/kscreenlockerrc" <<'RC'
 
@@ -23,8 +23,11 @@ cat >"$tmp/session" <<'SESSION'
 echo $! >"$2/greeter"
 wait
 SESSION
-as_person dbus-run-session -- sh "$tmp/session" "$greeter" "$tmp" &
-session=$!
+start_greeter() {
+    as_person dbus-run-session -- sh "$tmp/session" "$greeter" "$tmp" &
+    session=$!
+}
+start_greeter
 stop_greeter() { kill "$(cat "$tmp/greeter")"; }
 at_end="stop_greeter"
 
@@ -89,3 +92,23 @@ stands "unmapped"
 xdotool windowmap "$greeter_window"
 until_true "no lagoon when it is mapped again" lagoon_at 1280x200+0+320
 moves
+
+# Where the driver does not bear it: without the package, and without the line.
+restart_greeter() {
+    stop_greeter
+    wait $session || true
+    start_greeter
+    until_true "no clock on the lock screen" clock_shows
+    lagoon_at 1280x200+0+320 && fail "the wallpaper is still there"
+    return 0
+}
+mkdir "$tmp/removed"
+mv "$tmp/share/plasma/wallpapers/org.atollia.wallpaper" "$tmp/qml" "$tmp/removed"
+restart_greeter
+echo "without the package there is another wallpaper"
+mv "$tmp/removed/org.atollia.wallpaper" "$tmp/share/plasma/wallpapers"
+mv "$tmp/removed/qml" "$tmp"
+recipe "Lock screen of Plasma" "$tmp/recipe" docs/desktops.md
+as_person sh -e "$tmp/recipe"
+restart_greeter
+echo "without the line, too"

@@ -9,7 +9,6 @@ default_border none
 $(grep -e "--wallpaper" "$tmp/recipe")
 CONFIG
 
-window() { swaymsg -t get_tree | grep -q '"app_id": "atollia"'; }
 until_true "no lagoon on the first output" lagoon_on HEADLESS-1
 background=$(started atollia)
 swaymsg create_output
@@ -43,3 +42,14 @@ until_true "the window stays" no_window
 as_person atollia --wallpaper --screen NONE-7 >"$tmp/out" 2>&1 && fail "there is no such screen"
 grep -q 'no screen "NONE-7", only HEADLESS-1' "$tmp/out" || fail "the reason is not told"
 echo "window and backgrounds are there"
+
+# Where the driver does not bear it.
+recipe "Lines in sway" "$tmp/recipe" docs/desktops.md
+as_person sh -e "$tmp/recipe"
+kill "$compositor"
+until_true "sway does not end" sh -c "! kill -0 $compositor"
+run_sway
+until_true "sway does not show its own background" no_lagoon
+sleep 3
+[ -z "$(started atollia)" ] || fail "a comment starts the program"
+echo "without the lines it is not started"

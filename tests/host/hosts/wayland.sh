@@ -29,6 +29,9 @@ start_sway() { # lines of its configuration on standard input
     need sway sway
     mkdir "$XDG_CONFIG_HOME/sway"
     cat >"$XDG_CONFIG_HOME/sway/config"
+    run_sway
+}
+run_sway() {
     start compositor sway
     at_end="stop_compositor"
     until_true "sway does not start" find_socket
@@ -39,13 +42,7 @@ start_sway() { # lines of its configuration on standard input
 find_socket() { ls "$XDG_RUNTIME_DIR"/wayland-? "$XDG_RUNTIME_DIR"/sway-ipc.*.sock; }
 # Process ids of a program that the compositor has started.
 started() { # NAME
-    for process in /proc/[0-9]*; do
-        [ "$(cat "$process/comm" 2>/dev/null)" = "$1" ] || continue
-        if tr '\0' '\n' 2>/dev/null <"$process/environ" |
-            grep -q -x -F "XDG_RUNTIME_DIR=$XDG_RUNTIME_DIR"; then
-            echo "${process#/proc/}"
-        fi
-    done
+    processes "$(readlink -f "$(command -v "$1")")" "XDG_RUNTIME_DIR=$XDG_RUNTIME_DIR"
 }
 stop_compositor() {
     [ -z "${program:-}" ] || kill "$program" 2>/dev/null || true
@@ -60,3 +57,24 @@ lagoon_on() { # OUTPUT
 keep_output() { # OUTPUT NAME
     [ -z "${ATOLLIA_KEEP_PICTURES:-}" ] || cp "$tmp/$1.png" "$ATOLLIA_KEEP_PICTURES/$2.png"
 }
+no_lagoon() { ! lagoon_on HEADLESS-1; }
+window() { swaymsg -t get_tree | grep -q '"app_id": "atollia"'; }
+
+# The idle picture, with no background behind it.
+idle_picture_comes_and_goes() {
+    window && fail "it comes while somebody is there"
+    # To swayidle this signal means that its time has passed.
+    kill -USR1 "$(started swayidle)"
+    idle_picture_goes
+}
+idle_picture_goes() {
+    until_true "nothing comes when nobody is there" window
+    until_true "no lagoon when nobody is there" lagoon_on HEADLESS-1
+    until_true "it does not go at the first key" press_key
+    until_true "the program does not end" gone
+}
+press_key() {
+    wtype -s 300 -k x -s 300 # a keyboard comes, and is there while the window hears of it
+    ! window
+}
+gone() { [ -z "$(started atollia)" ]; }
