@@ -104,7 +104,7 @@ OnArm onArm(const Star& star, Vec2 place) {
         };
         const float lost = own(3);
         const float reach = mix(0.80f, 1.06f, own(0)) * (lost < 0.12f ? 0.72f : 1.0f);
-        const float bend = mix(-0.75f, 0.75f, own(1)), shift = mix(-0.20f, 0.20f, own(2));
+        const float bend = mix(-0.55f, 0.55f, own(1)), shift = mix(-0.14f, 0.14f, own(2));
         const float a = 2 * kPi * static_cast<float>(i) / 5 + shift - star.turn -
                         bend * (length(place) - 0.35f);
         const Vec2 axis{std::cos(a), std::sin(a)};
