@@ -265,7 +265,7 @@ private:
                 const Vec3 at = placement.toWorld(p);
                 above = std::min(above, at.y - ground_.height(at.x, at.z));
             }
-        const float share = mix(0.18f, 1.0f, smoothstep(0.02f, 0.42f, above));
+        const float share = clamp01(0.12f + 0.88f * above / 0.50f);
         return t * mix(share, 1.0f, smoothstep(0.80f, 1.0f, t));
     }
 

@@ -64,7 +64,7 @@ Fish anatomy() {
     Fin pectoral;
     pectoral.part = Part::PECTORAL;
     pectoral.root = {{0.305f, -0.020f}, {0.315f, -0.085f}};
-    pectoral.margin = {{0.440f, 0.035f}, {0.490f, -0.030f}, {0.480f, -0.105f}, {0.415f, -0.155f}};
+    pectoral.margin = {{0.440f, 0.040f}, {0.490f, -0.020f}, {0.482f, -0.085f}, {0.412f, -0.122f}};
     pectoral.columns = 6;
     pectoral.rows = 2;
     pectoral.paired = true;
