@@ -29,8 +29,17 @@ float rowOf(float z) { return (Ground::kDepth - z) / kTexelZ; }
 float rippleStrength(float x, float z) {
     const float near = 1 - smoothstep(20, 33, z);
     const float patch = fractalNoise({x * 0.13f + 5, z * 0.13f, 0.5f}, 2, 516);
-    const float least = mix(0.52f, 0.30f, smoothstep(10, 18, z));
+    const float least = mix(0.52f, 0.40f, smoothstep(10, 18, z));
     return near * mix(least, 1.0f, smoothstep(-0.3f, 0.3f, patch));
+}
+
+/// How many ripples lie nearer than z; before the eye they are broad.
+float ripplesBefore(float z) {
+    constexpr float kNear = 6, kFar = 14, kBroad = 1.10f, kUsual = 1.75f;  // per world unit
+    const float t = clamp01((z - kNear) / (kFar - kNear));
+    const float beyond = std::max(0.0f, z - kFar);
+    return kBroad * z +
+           (kUsual - kBroad) * ((kFar - kNear) * (t * t * t - 0.5f * t * t * t * t) + beyond);
 }
 
 /// Relief of the sand, world units, above the smooth floor.
@@ -39,12 +48,11 @@ float relief(float x, float z) {
     const float warp = 2.3f * fractalNoise({x * 0.20f + 9, z * 0.20f, 0.5f}, 2, 512) +
                        0.10f * fractalNoise({x * 1.3f, z * 1.3f, 0.5f}, 2, 515);
     const float slant = 0.30f * gradientNoise({x * 0.05f, z * 0.05f, 4}, 514);
-    const float phase = (z * std::cos(slant) + x * std::sin(slant) + warp) / 0.56f;
+    const float phase = ripplesBefore(z * std::cos(slant) + x * std::sin(slant) + warp);
     const float turn = phase - std::floor(phase);
-    // A long side towards the eye, a short one behind the crest.
-    const float crest = turn < 0.58f ? smoothstep(0, 0.58f, turn) : 1 - smoothstep(0.58f, 1, turn);
-    // Right before the eye they are flatter: there their dark sides would cut the lines of light.
-    return mix(0.072f, 0.110f, smoothstep(9, 12, z)) * rippleStrength(x, z) * crest +
+    // Round troughs, sharp crests, and the longer side towards the eye.
+    const float crest = std::pow(turn < 0.55f ? turn / 0.55f : (1 - turn) / 0.45f, 1.6f);
+    return 0.10f * rippleStrength(x, z) * crest +
            0.060f * fractalNoise({x * 0.75f, z * 0.75f, 0.5f}, 3, 517) +
            0.006f * gradientNoise({x * 7, z * 7, 0.5f}, 518);
 }
@@ -65,7 +73,7 @@ float weed(float x, float z) {
 }
 
 Vec3 sand(float x, float z) {
-    constexpr float kDelta = 0.02f;
+    constexpr float kDelta = 0.03f;
     const float r0 = relief(x, z);
     const float dx = (relief(x + kDelta, z) - r0) / kDelta,
                 dz = (relief(x, z + kDelta) - r0) / kDelta;
@@ -86,10 +94,11 @@ Vec3 sand(float x, float z) {
     c = mix(c, rgb(254, 255, 246), 0.5f * channel);
     c = c * (1.03f + 0.05f * middle);
 
-    const float light = lit(dx + 0.4f * mx, dz + 0.4f * mz);
-    // The short dark sides take a little of the water's colour; the sand around lights them up.
-    c = c * mix(rgb(150, 170, 160), {1, 1, 1}, clamp01((light - 0.5f) / 0.5f)) *
-        std::min(std::max(light, 1.0f), 1.06f);
+    const float ripple = lit(dx, dz) - 1, mound = lit(0.4f * mx, 0.4f * mz) - 1;
+    // The sides away from the sun take a little of the water's colour; the sand around lights them
+    // up. Level sand leaves room for sides that are brighter.
+    c = c * mix(rgb(184, 196, 186), {1, 1, 1},
+                clamp01(0.92f + 1.15f * mound + mix(3.4f, 4.4f, smoothstep(8.5f, 13, z)) * ripple));
     // Where the sun would burn it, it keeps its hue.
     c = c * (1 / std::max({1.0f, c.x, c.y, c.z}));
 

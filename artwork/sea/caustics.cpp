@@ -18,7 +18,7 @@ constexpr int kSize = 512;  // while gathering; a frame is shrunk from it
 constexpr int kFrames = 32;
 constexpr int kRaysPerTexel = 3;  // along each axis
 /// How far a ray is thrown aside per unit of wave slope: the depth of the water.
-constexpr float kDepth = 0.0235f;
+constexpr float kDepth = 0.029f;
 
 /// A wave with a whole number of periods across the tile and through the loop.
 struct Wave {
@@ -131,27 +131,25 @@ Grid blurred(Grid grid, int reach) {
     return grid;
 }
 
-/// As film takes it: the lines burn out where they meet and are fainter where few are, the sand
-/// around them lights up, what lies between keeps its gradations and is darkest in its middle.
+/// As film takes it: the more light, the slower it grows brighter, so a line is white only along
+/// its middle and falls off gently into its cell. Red is bright first and blue last: warm round a
+/// line.
 Image develop(const Grid& gathered) {
-    const Grid light = blurred(gathered, 3);
-    const Grid halo = blurred(gathered, 6);
-    const Grid bloom = blurred(gathered, 11);
-    const Grid cell = blurred(gathered, 22);
-    const Grid field = blurred(gathered, 44);
-    const Vec3 between{0.755f, 0.761f, 0.697f}, line{1.0f, 1.0f, 1.0f};
+    const Grid light = blurred(gathered, 2);
+    const Grid halo = blurred(gathered, 8);
+    const Vec3 between{0.710f, 0.730f, 0.686f};
+    const Vec3 half{0.752f, 0.800f, 0.896f};  // so much light is halfway to white
+    const auto exposed = [](float dark, float half_way, float e) {
+        const float q = std::pow(e / half_way, 2.8f);
+        return mix(dark, 1, q / (1 + q));
+    };
     Image image(kSize, kSize);
     for (int y = 0; y < kSize; ++y)
         for (int x = 0; x < kSize; ++x) {
             const size_t i = size_t(y * kSize + x);
-            const float e = light[i];
-            const Vec3 ground = between * mix(0.88f, 1.10f, smoothstep(0.70f, 1.20f, cell[i]));
-            const float around = 0.20f * halo[i] + 0.80f * bloom[i];
-            const float glow = 0.80f * (1 - std::exp(-0.50f * around));
-            const float core =
-                (0.67f * smoothstep(0.95f, 1.65f, e) + 0.33f * smoothstep(1.5f, 2.8f, e)) *
-                mix(0.76f, 1.0f, smoothstep(0.80f, 1.06f, field[i]));
-            image.at(x, y).colour = mix(ground, line, mix(glow, 1.0f, core));
+            const float e = mix(light[i], halo[i], 0.5f);
+            image.at(x, y).colour = {exposed(between.x, half.x, e), exposed(between.y, half.y, e),
+                                     exposed(between.z, half.z, e)};
         }
     return image;
 }
@@ -168,6 +166,6 @@ int main(int argc, char** argv) {
         const Grid light = gather(surface(waves, frame));
         char name[24];
         std::snprintf(name, sizeof name, "caust%.2d.nlt", frame);
-        saveBmp24(sharpened(shrunk(develop(light), columns, rows), 2.0f, 2.8f), folder + name);
+        saveBmp24(sharpened(shrunk(develop(light), columns, rows), 0.8f, 1.2f), folder + name);
     });
 }
