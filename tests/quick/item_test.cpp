@@ -506,6 +506,13 @@ TEST(ReefItem, StandsStillWhileAnotherWindowCoversItsOwn) {
     ASSERT_TRUE(until([&] { return page.reef()->frameRate() > 0; }));
     place(0, XCB_STACK_MODE_ABOVE);
     ASSERT_TRUE(until([&] { return page.reef()->frameRate() == 0; }));
+
+    // Another window of the server's for the same page, above the one that covered the first.
+    page.window().destroy();
+    page.window().show();
+    ASSERT_TRUE(until([&] { return page.reef()->frameRate() > 0; }));
+    place(0, XCB_STACK_MODE_ABOVE);
+    ASSERT_TRUE(until([&] { return page.reef()->frameRate() == 0; }));
 }
 
 TEST(ReefItem, SettingsTakeEffectWhileItRuns) {
