@@ -8,31 +8,17 @@
 #include <csignal>
 #include <utility>
 
+#include "host/Signals.h"
+
 namespace {
 
-constexpr int ENDING_SIGNALS[] = {SIGTERM, SIGINT, SIGHUP};
-
 int wakeup[2] = {-1, -1};
-
-void setAction(int number, void (*handler)(int), int flags) {
-    struct sigaction action = {};
-    action.sa_handler = handler;
-    action.sa_flags = flags;
-    sigemptyset(&action.sa_mask);
-    sigaction(number, &action, nullptr);
-}
-
-bool isIgnored(int number) {
-    struct sigaction action = {};
-    sigaction(number, nullptr, &action);
-    return action.sa_handler == SIG_IGN;
-}
 
 /// Async-signal-safe. The pipe takes this much: nothing else is ever written.
 void onSignal(int) {
     for (const int number : ENDING_SIGNALS)
         if (!isIgnored(number))
-            setAction(number, SIG_DFL, 0);
+            handleSignal(number, SIG_DFL);
     const char byte = 0;
     if (write(wakeup[1], &byte, 1) < 0)
         return;
@@ -52,13 +38,13 @@ EndOnSignals::EndOnSignals(std::function<void()> end) {
     });
     for (const int number : ENDING_SIGNALS)
         if (!isIgnored(number))
-            setAction(number, onSignal, SA_RESTART);
+            handleSignal(number, onSignal);
 }
 
 EndOnSignals::~EndOnSignals() {
     for (const int number : ENDING_SIGNALS)
         if (!isIgnored(number))
-            setAction(number, SIG_DFL, 0);
+            handleSignal(number, SIG_DFL);
     for (int& end : wakeup)
         if (end >= 0)
             close(std::exchange(end, -1));

@@ -12,9 +12,10 @@
 #include <ctime>
 #include <utility>
 
+#include "host/Signals.h"
+
 namespace {
 
-constexpr int ending_signals[] = {SIGTERM, SIGINT, SIGHUP};
 // In milliseconds. The kernel needs its own time afterwards.
 constexpr long PATIENCE_OF_A_HOST = 65;
 // Enough for the next turn of the mixer.
@@ -83,21 +84,8 @@ void onSignal(int number) {
 
 void onBackstop(int) { dieBy(received); }
 
-void handle(int number, void (*handler)(int)) {
-    struct sigaction action = {};
-    action.sa_handler = handler;
-    action.sa_flags = SA_RESTART;
-    sigemptyset(&action.sa_mask);
-    sigaction(number, &action, nullptr);
-}
-
-/// Whoever started us may want us to outlive terminals and their keys. The end that hosts ask for
-/// is no such thing.
-bool isIgnored(int number) {
-    struct sigaction action = {};
-    sigaction(number, nullptr, &action);
-    return number != SIGTERM && action.sa_handler == SIG_IGN;
-}
+/// The end that hosts ask for is never ignored.
+bool counts(int number) { return number == SIGTERM || !isIgnored(number); }
 
 int onLostConnection(Display*) { _exit(0); }
 
@@ -132,7 +120,7 @@ Ending::Ending(std::function<void()> stop) : stop_drawing(std::move(stop)) {
         stop_drawing();
         dieBy(received);
     });
-    handle(SIGALRM, onBackstop);
+    handleSignal(SIGALRM, onBackstop);
     stoppable = 1;
 }
 
@@ -146,12 +134,12 @@ void prepareEnding() {
     qInstallMessageHandler(onMessage);
     sigset_t set;
     sigemptyset(&set);
-    for (const int number : ending_signals)
+    for (const int number : ENDING_SIGNALS)
         sigaddset(&set, number);
     sigaddset(&set, SIGALRM);
-    for (const int number : ending_signals)
-        if (!isIgnored(number))
-            handle(number, onSignal);
+    for (const int number : ENDING_SIGNALS)
+        if (counts(number))
+            handleSignal(number, onSignal);
     pthread_sigmask(SIG_UNBLOCK, &set, nullptr);
     std::signal(SIGUSR1, SIG_IGN);  // some lockers tell their savers news this way
     std::signal(SIGPIPE, SIG_IGN);  // whoever reads our messages may leave
