@@ -452,8 +452,11 @@ void append(Bytes& bytes, const char* text) {
     bytes.insert(bytes.end(), text, text + strlen(text));
 }
 void append(Bytes& bytes, Uint64 value, int width, bool big_endian = false) {
-    for (int i = 0; i < width; ++i)
-        bytes.push_back(Uint8(value >> (8 * (big_endian ? width - 1 - i : i))));
+    for (int i = 0; i < width; ++i) {
+        const int place = big_endian ? width - 1 - i : i;
+        // The numbers have 64 bits, some of the fields are wider.
+        bytes.push_back(place < 8 ? Uint8(value >> 8 * place) : 0);
+    }
 }
 
 /// Four blocks of compressed samples, coding 2 (MS) or 17 (IMA), mono.
