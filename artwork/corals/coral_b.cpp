@@ -78,7 +78,7 @@ Growth pictured(uint32_t seed) {
         const float t = texture.y;
         // Dead and overgrown where it comes out of the stone. It is dark there on the sand, and a
         // fish's shadow, drawn before the thicket, may hide a foot.
-        Vec3 c = mix(rgb(74, 54, 58), shades.foot * 0.80f, smoothstep(0.06f, 0.30f, t));
+        Vec3 c = mix(rgb(92, 50, 64), shades.foot * 0.82f, smoothstep(0.03f, 0.26f, t));
         c = mix(c, shades.middle, smoothstep(0.26f, 0.70f, t));
         c = mix(c, shades.tip, 0.36f * smoothstep(0.60f, 1.0f, t));
         return Paint{c * 1.18f * (1 + 0.18f * fractalNoise(p * 3, 2, seed)), {}};
@@ -265,7 +265,7 @@ private:
                 const Vec3 at = placement.toWorld(p);
                 above = std::min(above, at.y - ground_.height(at.x, at.z));
             }
-        const float share = clamp01(0.12f + 0.88f * above / 0.50f);
+        const float share = clamp01(0.04f + 0.96f * above / 0.56f);
         return t * mix(share, 1.0f, smoothstep(0.80f, 1.0f, t));
     }
 
