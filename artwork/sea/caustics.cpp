@@ -137,17 +137,17 @@ Grid blurred(Grid grid, int reach) {
 Image develop(const Grid& gathered) {
     const Grid light = blurred(gathered, 2);
     const Grid halo = blurred(gathered, 8);
-    const Vec3 between{0.765f, 0.775f, 0.722f};
-    const Vec3 half{0.90f, 0.945f, 1.03f};  // so much light is halfway to white
+    const Vec3 between{0.755f, 0.765f, 0.713f};
+    const Vec3 half{0.905f, 0.955f, 1.038f};  // so much light is halfway to white
     const auto exposed = [](float dark, float half_way, float e) {
-        const float q = std::pow(e / half_way, 3.5f);
-        return mix(dark, 1, std::min(1.0f, 1.07f * q / (1 + q)));
+        const float q = std::pow(e / half_way, 3.2f);
+        return mix(dark, 1, std::min(1.0f, 1.06f * q / (1 + q)));
     };
     Image image(kSize, kSize);
     for (int y = 0; y < kSize; ++y)
         for (int x = 0; x < kSize; ++x) {
             const size_t i = size_t(y * kSize + x);
-            const float e = mix(light[i], halo[i], 0.42f);
+            const float e = mix(light[i], halo[i], 0.39f);
             image.at(x, y).colour = {exposed(between.x, half.x, e), exposed(between.y, half.y, e),
                                      exposed(between.z, half.z, e)};
         }
