@@ -154,6 +154,7 @@ as_person() {
         unshare --user --map-user=65534 "$@"
     else
         # Some programs ask whether they may write, and the answer knows nothing of capabilities.
+        mkdir -p "${XDG_CONFIG_HOME:-$tmp}"
         chown 65534 "$tmp" "$tmp/home" "${XDG_RUNTIME_DIR:-$tmp}" "${XDG_CONFIG_HOME:-$tmp}"
         setpriv --reuid=65534 --regid=65534 --clear-groups --inh-caps=+dac_override \
             --ambient-caps=+dac_override "$@"
