@@ -7,10 +7,6 @@ need kwin_x11 kwin-x11
 need dbus-run-session dbus
 [ -d /usr/share/plasma/shells/org.kde.plasma.desktop ] ||
     skip "the package plasma-desktop-data is not installed"
-for module in kcm kitemmodels newstuff; do
-    ls -d /usr/lib/*/qt5/qml/org/kde/$module >/dev/null 2>&1 ||
-        skip "the package qml-module-org-kde-$module is not installed"
-done
 need Xorg xserver-xorg-core
 need xrandr x11-xserver-utils
 [ -x /usr/lib/qt5/bin/qml ] || skip "the package qml is not installed"
@@ -84,32 +80,6 @@ chosen() { # how the desktops' wallpapers are called
     ask_shell 'print(desktops().map(desktop => desktop.wallpaperPlugin).join(" "))' |
         grep -q "$1"
 }
-# With the mouse, on the left monitor. The dialog is there when it has its size.
-settings_open() {
-    xwininfo -root -tree | grep "Settings — Plasma" | grep -q -v " 160x160+"
-}
-atollia_chosen_with_mouse() {
-    xdotool key Escape mousemove 200 150 click 3
-    sleep 1
-    xdotool key Down Return
-    tries=0
-    until settings_open; do
-        tries=$((tries + 1))
-        [ $tries -lt 40 ] || return 1
-        sleep 0.5
-    done
-    sleep 2
-    xdotool mousemove 340 144 click 1 # the type of the wallpaper
-    sleep 2
-    xdotool key a Return
-    sleep 4
-    xdotool mousemove 358 414 click 1 # OK
-    sleep 2
-    chosen "org.atollia.wallpaper"
-}
-until_true "Atollia cannot be chosen with the mouse" atollia_chosen_with_mouse
-chosen "org.kde.image" || fail "one desktop was meant"
-echo "chosen with the mouse"
 recipe "Plasma 5.27 and 6, desktop" "$tmp/recipe"
 in_session sh -e "$tmp/recipe"
 ask_shell 'desktops().forEach(function(desktop) {
