@@ -35,7 +35,6 @@ packages_of() { # GROUP|PACKAGE
     hosts)
         echo xscreensaver mate-screensaver xsecurelock
         echo plasma-workspace plasma-desktop libkscreenlocker5 libkf5config-bin kwin-x11 kactivitymanagerd
-        echo qml-module-org-kde-kcm qml-module-org-kde-kitemmodels qml-module-org-kde-newstuff
         echo xserver-xorg-core xserver-xorg-video-dummy x11-xserver-utils
         echo qt6-declarative-dev qml-qt6 qml6-module-qtquick qml6-module-qtquick-window
         echo qml6-module-qtqml qml6-module-qtqml-models qml6-module-qtqml-workerscript
