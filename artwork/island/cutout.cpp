@@ -6,7 +6,7 @@
 //   WATERLINE  as a share of the height, from the top
 //   DEPTH      how far down the water lets things be seen, as a share of the height
 //   HAZE       how much of the air's colour lies over it, 0..1
-//   FOAM       half the thickness of the line of foam, in texels
+//   FOAM       half the thickness of the line of foam, in texels of a card 1024 wide
 //   REACH      how far the last swell came up, in thicknesses
 //   NARROWER   how many columns become one at last
 #include <cstdlib>
@@ -92,7 +92,7 @@ void foam(Image& image, float waterline, float thickness, float reach, TINT ligh
             if (x + a >= 0 && x + a < image.width())
                 near = std::max(near, foot[size_t(x + a)].alpha *
                                           (1 - std::fabs(static_cast<float>(a)) / (kAside + 1)));
-        const float u = static_cast<float>(x) / 20;
+        const float u = 51.2f * static_cast<float>(x) / static_cast<float>(image.width());
         const float swell = 1.6f * thickness * fractalNoise({u * 0.4f, 0.5f, 0.5f}, 3, 5);
         const float broken = smoothstep(-0.12f, 0.30f, fractalNoise({u * 0.7f, 2.5f, 0.5f}, 3, 3));
         const float half = thickness * (0.5f + 1.1f * broken);
@@ -109,7 +109,7 @@ void foam(Image& image, float waterline, float thickness, float reach, TINT ligh
         for (int a = -kSlope; a <= kSlope; ++a)
             land += image.wrapped(x + a, row - 24).alpha / (2 * kSlope + 1);
         const float ashore = near * land;
-        for (int y = row - 20; y <= row + 8; ++y) {
+        for (int y = row - 48; y <= row + 8; ++y) {
             const float below = static_cast<float>(y) + 0.5f - waterline - swell;
             const float off = below / half, rim = (below + top) / (0.8f * thickness);
             Pixel& pixel = image.at(x, y);
@@ -154,7 +154,8 @@ int main(int argc, char** argv) {
         for (int x = 0; x < image.width(); ++x)
             image.at(x, y).colour = mix(image.at(x, y).colour, light.haze, number(7));
     sink(image, waterline, number(6) * height, light.sea);
-    foam(image, waterline, number(8), number(9), light.foam);
+    foam(image, waterline, number(8) * static_cast<float>(image.width()) / 1024, number(9),
+         light.foam);
     clearSides(image, waterline);
     image = shrunk(image, std::atoi(argv[10]), 1);
     for (int y = 0; y < image.height(); ++y)

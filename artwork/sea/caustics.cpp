@@ -18,7 +18,7 @@ constexpr int kSize = 512;  // while gathering; a frame is shrunk from it
 constexpr int kFrames = 32;
 constexpr int kRaysPerTexel = 3;  // along each axis
 /// How far a ray is thrown aside per unit of wave slope: the depth of the water.
-constexpr float kDepth = 0.029f;
+constexpr float kDepth = 0.033f;
 
 /// A wave with a whole number of periods across the tile and through the loop.
 struct Wave {
@@ -27,11 +27,11 @@ struct Wave {
 };
 
 std::vector<Wave> chooseWaves(uint32_t seed) {
-    constexpr float kLongest = 1.9f, kShortest = 11.2f;  // periods across the tile
+    constexpr float kLongest = 1.6f, kShortest = 10.0f;  // periods across the tile
     Random random(seed);
     std::vector<Wave> waves;
-    for (int kx = -11; kx <= 11; ++kx)
-        for (int ky = 0; ky <= 11; ++ky) {
+    for (int kx = -10; kx <= 10; ++kx)
+        for (int ky = 0; ky <= 10; ++ky) {
             if (ky == 0 && kx <= 0)
                 continue;  // the mirror image of another wave
             const float k = std::sqrt(static_cast<float>(kx * kx + ky * ky));
@@ -137,17 +137,17 @@ Grid blurred(Grid grid, int reach) {
 Image develop(const Grid& gathered) {
     const Grid light = blurred(gathered, 2);
     const Grid halo = blurred(gathered, 8);
-    const Vec3 between{0.755f, 0.765f, 0.713f};
-    const Vec3 half{0.905f, 0.955f, 1.038f};  // so much light is halfway to white
+    const Vec3 between{0.753f, 0.774f, 0.731f};
+    const Vec3 half{1.086f, 1.146f, 1.246f};  // so much light is halfway to white
     const auto exposed = [](float dark, float half_way, float e) {
-        const float q = std::pow(e / half_way, 3.2f);
-        return mix(dark, 1, std::min(1.0f, 1.06f * q / (1 + q)));
+        const float q = std::pow(e / half_way, 3.5f);
+        return mix(dark, 1, std::min(1.0f, 1.05f * q / (1 + q)));
     };
     Image image(kSize, kSize);
     for (int y = 0; y < kSize; ++y)
         for (int x = 0; x < kSize; ++x) {
             const size_t i = size_t(y * kSize + x);
-            const float e = mix(light[i], halo[i], 0.39f);
+            const float e = mix(light[i], halo[i], 0.37f);
             image.at(x, y).colour = {exposed(between.x, half.x, e), exposed(between.y, half.y, e),
                                      exposed(between.z, half.z, e)};
         }
@@ -166,6 +166,6 @@ int main(int argc, char** argv) {
         const Grid light = gather(surface(waves, frame));
         char name[24];
         std::snprintf(name, sizeof name, "caust%.2d.nlt", frame);
-        saveBmp24(sharpened(shrunk(develop(light), columns, rows), 0.8f, 1.2f), folder + name);
+        saveBmp24(sharpened(shrunk(develop(light), columns, rows), 1.4f, 1.2f), folder + name);
     });
 }
