@@ -18,6 +18,9 @@ constexpr Chart kPlots[kParts] = {
 };
 /// One and a half texels of the smallest sheet, 256.
 constexpr float kRim = 3.0f / 512;
+/// Part of its plot that a streamer leaves free on each side, filled with the edge's colours: it is
+/// a few pixels wide, and smoothed edges take their colour up to half a pixel beyond it.
+constexpr float kStrip = 0.40f;
 
 /// How a vertex follows its fin.
 struct Rig {
@@ -239,7 +242,8 @@ Chart plotOf(Part part) { return kPlots[static_cast<int>(part)]; }
 
 Chart chartOf(Part part) {
     const Chart c = plotOf(part);
-    return {c.s0 + kRim, c.t0 + kRim, c.s1 - kRim, c.t1 - kRim};
+    const float side = part == Part::EXTRA ? kStrip * (c.s1 - c.s0) : kRim;
+    return {c.s0 + side, c.t0 + kRim, c.s1 - side, c.t1 - kRim};
 }
 
 BodyPoint bodyPoint(const Body& body, float along, float round) {

@@ -43,10 +43,11 @@ Fish anatomy() {
 
     Fin streamer;
     streamer.part = Part::EXTRA;
-    // Nowhere narrower than two pixels of a screen 948 high.
-    streamer.root = {{0.37f, 0.300f}, {0.52f, 0.300f}};
-    streamer.margin = {{1.310f, 0.835f}, {1.345f, 0.775f}};
-    streamer.bow = {-0.115f, 0.155f};
+    // Nowhere narrower than two pixels of a screen 948 high. It grows out of the pale tip of the
+    // dorsal fin, before the black band: both lie in one plane.
+    streamer.root = {{0.485f, 0.475f}, {0.600f, 0.500f}};
+    streamer.margin = {{1.080f, 0.810f}, {1.115f, 0.750f}};
+    streamer.bow = {-0.080f, 0.100f};
     streamer.columns = 2;
     streamer.rows = 10;
     streamer.ripple = 0.035f;
@@ -104,9 +105,13 @@ Vec3 drawing(Vec2 side) {
 
 Vec3 bodyColour(const BodyPoint& p) {
     Vec3 c = drawing({p.along, p.height});
-    // Snout: dark lips, an orange saddle framed in black above, white below.
-    const float saddle = band(p.along, 0.055f, 0.150f, 0.010f) * smoothstep(0.10f, 0.35f, p.rise);
-    const float frame = band(p.along, 0.045f, 0.165f, 0.008f) * smoothstep(0.0f, 0.15f, p.rise);
+    // Snout: dark lips, an orange saddle framed in black above, white below. The black joins that
+    // of the face, and behind the lips the
+    // orange goes all round, or these would seem to float before the fish.
+    const float rim = mix(-0.9f, 0.10f, smoothstep(0.055f, 0.110f, p.along));
+    const float saddle =
+        band(p.along, 0.040f, 0.165f, 0.010f) * smoothstep(rim, rim + 0.25f, p.rise);
+    const float frame = band(p.along, 0.045f, 0.210f, 0.008f) * smoothstep(0.0f, 0.15f, p.rise);
     c = mix(c, kBlack, 0.85f * frame);
     c = mix(c, rgb(246, 160, 44), saddle);
     c = mix(kBlack, c, smoothstep(0.022f, 0.038f, p.along));
@@ -120,8 +125,7 @@ Vec3 bodyColour(const BodyPoint& p) {
 Pixel finColour(const FinPoint& p) {
     switch (p.part) {
         case Part::EXTRA: {
-            // Over the dorsal fin it has that one's bands: both lie in one plane.
-            const Vec3 c = mix(drawing(p.side), kWhite, smoothstep(0.58f, 0.66f, p.side.y));
+            const Vec3 c = mix(drawing(p.side), kWhite, smoothstep(0.02f, 0.14f, p.v));
             const float edge = 1 - 0.55f * smoothstep(0.55f, 1.0f, std::fabs(2 * p.u - 1)),
                         end = 1 - 0.75f * smoothstep(0.55f, 1.0f, p.v);
             return {c, edge * end};
