@@ -92,8 +92,8 @@ struct Swim {
 /// cannot keep the sun's side; it lies under the fish, a little larger.
 struct Shadow {
     float depth = 0;                     ///< File units below the model's origin; 0 for none.
-    float width = 0.36f;                 ///< Half width, body lengths.
-    float front = -0.06f, back = 1.16f;  ///< Where it begins and ends along the fish.
+    float width = 0.30f;                 ///< Half width, body lengths.
+    float front = -0.12f, back = 1.32f;  ///< Where it begins and ends along the fish.
 };
 
 struct Fish {

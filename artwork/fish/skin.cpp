@@ -219,8 +219,12 @@ void saveSkin(const Fish& fish, const Skin& skin, int size, const std::string& p
             if (which == Part::BODY)
                 return {bodyColour(fish, skin, bodyPoint(fish.body, u, v)),
                         1 - smoothstep(kTailRoot, 1.0f, u)};
-            if (shadow)
-                return {kShade, skin.shade * (1 - smoothstep(0.06f, 0.84f, u))};
+            if (shadow) {
+                // A small core in a wide half-shade.
+                const float core = 1 - smoothstep(0.0f, 0.48f, u),
+                            half = 1 - smoothstep(0.10f, 0.84f, u);
+                return {kShade, skin.shade * (0.40f * core + 0.60f * half)};
+            }
             if (which == Part::EYE)
                 return eyePixel(skin.eye, u, v);
             return skin.fin(finPoint(*fin, u, v));
