@@ -106,8 +106,8 @@ Vec3 drawing(Vec2 side) {
 Vec3 bodyColour(const BodyPoint& p) {
     Vec3 c = drawing({p.along, p.height});
     // Snout: dark lips, an orange saddle framed in black above, white below. The black joins that
-    // of the face, and behind the lips the
-    // orange goes all round, or these would seem to float before the fish.
+    // of the face, and behind the lips the orange goes all round: over bright sand the white is
+    // not seen, and what lies before it would seem to float.
     const float rim = mix(-0.9f, 0.10f, smoothstep(0.055f, 0.110f, p.along));
     const float saddle =
         band(p.along, 0.040f, 0.165f, 0.010f) * smoothstep(rim, rim + 0.25f, p.rise);
