@@ -131,23 +131,48 @@ Grid blurred(Grid grid, int reach) {
     return grid;
 }
 
+/// Where the water is calm and gathers little light, 0 to 1: larger than the cells, so that lines
+/// fade here and there and their cells open.
+Grid calm(uint32_t seed, int frame) {
+    constexpr int kSwells = 6;
+    Random random(seed);
+    std::vector<Wave> swells;
+    for (int i = 0; i < kSwells; ++i)
+        swells.push_back({static_cast<int>(random.range(-2.99f, 2.99f)),
+                          static_cast<int>(random.range(1, 3.99f)), random.unit() < 0.5f ? 1 : -1,
+                          std::sqrt(2.0f / kSwells), random.range(0, 2 * kPi)});
+    Grid grid(kSize * kSize);
+    for (int y = 0; y < kSize; ++y)
+        for (int x = 0; x < kSize; ++x) {
+            float height = 0;
+            for (const Wave& w : swells) {
+                const float turns = static_cast<float>(w.kx * x + w.ky * y) / kSize +
+                                    static_cast<float>(w.cycles * frame) / kFrames;
+                height += w.amplitude * std::cos(2 * kPi * turns + w.phase);
+            }
+            at(grid, x, y) = smoothstep(0, 1.2f, height);
+        }
+    return grid;
+}
+
 /// As film takes it: the more light, the slower it grows brighter, so a line is white only along
 /// its middle and falls off gently into its cell. Red is bright first and blue last: warm round a
 /// line.
-Image develop(const Grid& gathered) {
+Image develop(const Grid& gathered, const Grid& calm) {
     const Grid light = blurred(gathered, 2);
     const Grid halo = blurred(gathered, 8);
-    const Vec3 between{0.753f, 0.774f, 0.731f};
-    const Vec3 half{1.086f, 1.146f, 1.246f};  // so much light is halfway to white
+    const Grid spread = blurred(gathered, 24);
+    const Vec3 between{0.755f, 0.776f, 0.733f};
+    const Vec3 half{1.187f, 1.253f, 1.361f};  // so much light is halfway to white
     const auto exposed = [](float dark, float half_way, float e) {
-        const float q = std::pow(e / half_way, 3.5f);
+        const float q = std::pow(e / half_way, 3.9f);
         return mix(dark, 1, std::min(1.0f, 1.05f * q / (1 + q)));
     };
     Image image(kSize, kSize);
     for (int y = 0; y < kSize; ++y)
         for (int x = 0; x < kSize; ++x) {
             const size_t i = size_t(y * kSize + x);
-            const float e = mix(light[i], halo[i], 0.37f);
+            const float e = mix(mix(light[i], halo[i], 0.31f), spread[i], 0.7f * calm[i]);
             image.at(x, y).colour = {exposed(between.x, half.x, e), exposed(between.y, half.y, e),
                                      exposed(between.z, half.z, e)};
         }
@@ -160,12 +185,15 @@ int main(int argc, char** argv) {
     if (argc != 6)
         fail("usage: caustics DATA_DIR FOLDER SEED COLUMNS ROWS");
     const std::string folder = std::string(argv[1]) + "/" + argv[2] + "/";
-    const std::vector<Wave> waves = chooseWaves(static_cast<uint32_t>(std::atoi(argv[3])));
+    const auto seed = static_cast<uint32_t>(std::atoi(argv[3]));
+    const std::vector<Wave> waves = chooseWaves(seed);
     const int columns = kSize / std::atoi(argv[4]), rows = kSize / std::atoi(argv[5]);
     parallelFor(kFrames, [&](int frame) {
         const Grid light = gather(surface(waves, frame));
         char name[24];
         std::snprintf(name, sizeof name, "caust%.2d.nlt", frame);
-        saveBmp24(sharpened(shrunk(develop(light), columns, rows), 1.4f, 1.2f), folder + name);
+        saveBmp24(
+            sharpened(shrunk(develop(light, calm(seed + 105, frame)), columns, rows), 1.4f, 1.2f),
+            folder + name);
     });
 }
