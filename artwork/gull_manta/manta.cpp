@@ -136,13 +136,13 @@ void Manta::whip() {
 /// runs outwards, its tips come late; they rise higher than they fall, as when gliding.
 float slope(float along, float turns) {
     const float reach = smoothstep(0.05f, 0.75f, along);
-    const float late = 0.22f * along + 0.16f * along * along;
+    const float late = 0.16f * along + 0.06f * along * along;
     const float beat = std::sin(2 * kPi * (turns - late));
-    return reach * (7 + 28 * beat) + 12 * smoothstep(0.6f, 1.0f, along);
+    return reach * (7 + 28 * beat) + 5 * smoothstep(0.6f, 1.0f, along);
 }
 
 /// Degrees the whole animal leans to its right: it rocks a little with the beat.
-float lean(float turns) { return 11 * std::sin(2 * kPi * (turns + 0.1f)); }
+float lean(float turns) { return 7.5f * std::sin(2 * kPi * (turns + 0.1f)); }
 
 Vec3 pose(Vec3 p, float along_tail, float turns) {
     const float heave = -1.5f * std::sin(2 * kPi * (turns - 0.08f));
@@ -208,7 +208,7 @@ Vec3 bottomColour(float x, float y) {
     // Pale along the belly only; out to the wings it grades into the colour of the back.
     const float cloud = fractalNoise({x * 0.3f, y * 0.3f, 0}, 3, 9);
     const float reach = along + 0.05f * cloud;
-    Vec3 c = mix(rgb(226, 232, 234), rgb(142, 158, 176), smoothstep(0.04f, 0.36f, reach));
+    Vec3 c = mix(rgb(204, 214, 220), rgb(132, 148, 166), smoothstep(0.04f, 0.36f, reach));
     c = mix(c, rgb(84, 98, 118), smoothstep(0.30f, 0.80f, reach));
     c = mix(c, rgb(128, 144, 162), 0.7f * smoothstep(5.0f, 9.5f, y));
     c *= 0.97f + 0.05f * cloud;
@@ -242,7 +242,11 @@ Vec3 bottomColour(float x, float y) {
     c = mix(c, rgb(92, 102, 116),
             0.5f * smoothstep(0.80f, 0.25f, length(Vec2{x - 0.9f, y + 7.6f})));
     // In its own shade: the light comes from the water all round, from the sand a little.
-    return hemmed(c * Vec3{0.64f, 0.76f, 0.86f}, along, chord);
+    c = c * Vec3{0.64f, 0.76f, 0.86f};
+    // Towards the rims the tone is already that of the back, or it would flash as the wings turn.
+    const float rim = std::max(smoothstep(0.30f, 0.06f, chord), smoothstep(0.55f, 0.90f, chord));
+    c = mix(c, rgb(68, 83, 104), 0.75f * rim);
+    return hemmed(c, along, chord);
 }
 
 }  // namespace
