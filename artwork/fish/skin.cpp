@@ -223,7 +223,7 @@ void saveSkin(const Fish& fish, const Skin& skin, int size, const std::string& p
                 // A small core in a wide half-shade.
                 const float core = 1 - smoothstep(0.0f, 0.48f, u),
                             half = 1 - smoothstep(0.10f, 0.84f, u);
-                return {kShade, skin.shade * (0.40f * core + 0.60f * half)};
+                return {kShade, skin.shade * (0.30f * core + 0.70f * half)};
             }
             if (which == Part::EYE)
                 return eyePixel(skin.eye, u, v);
