@@ -15,7 +15,7 @@ Garden coral_a() {
     rigid.add(rock(3, {2.2f, 1.05f, 1.6f}), {{x, y + 0.1f, z}});
     rigid.add(rock(8, {1.3f, 0.75f, 1.0f}), {{x + 1.5f, y, z - 0.5f}});
     rigid.add(rock(12, {1.2f, 0.9f, 1.0f}), {{x - 1.6f, y + 0.1f, z - 0.2f}});
-    rigid.add(table(21, 1.65f, 0.75f), {{x - 0.5f, y + 0.16f, z + 0.1f}, {-9, 20, 0}});
+    rigid.add(table(21, 1.65f, 0.90f), {{x - 0.5f, y + 0.16f, z + 0.1f}, {-9, 20, 0}});
     rigid.add(table(22, 1.05f, 0.60f), {{x + 1.4f, y + 0.40f, z + 0.2f}, {-13, -30, 0}});
     rigid.add(table(23, 0.90f, 0.60f), {{x - 1.95f, y + 0.42f, z - 0.1f}, {-12, 60, 0}});
     rigid.add(brain(41, {0.68f, 0.46f, 0.52f}, rgb(214, 218, 108), rgb(116, 138, 56)),
@@ -36,8 +36,6 @@ Garden coral_a() {
               {face(-43, 20), {-35, 0, 0}});
     rigid.add(plates(45, 0.34f, 7, rgb(150, 96, 60), rgb(244, 166, 120)),
               {face(9, 8), {-50, 0, 0}});
-    rigid.add(sponges(46, 0.42f, 4, rgb(140, 78, 176), rgb(220, 166, 238)),
-              {face(-2, 24), {-30, 0, 0}});
     rigid.add(staghorn(47, 0.34f, 9, 0.030f, pink(), 1), {face(50, 28), {-30, 0, 0}});
     rigid.add(staghorn(48, 0.30f, 9, 0.028f, green(), 1), {face(-30, 30), {-30, 0, 0}});
     strew(rigid, 909, x, z - 0.4f, 3.2f, 14);
