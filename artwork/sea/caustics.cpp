@@ -157,8 +157,8 @@ Grid calm(uint32_t seed, int frame) {
 
 /// As film takes it: the more light, the slower it grows brighter, so a line is white only along
 /// its middle and falls off gently into its cell. Red is bright first and blue last: warm round a
-/// line.
-Image develop(const Grid& gathered, const Grid& calm) {
+/// line. In calm water the light stays spread out.
+Image develop(const Grid& gathered, const Grid& calmness) {
     const Grid light = blurred(gathered, 2);
     const Grid halo = blurred(gathered, 8);
     const Grid spread = blurred(gathered, 24);
@@ -172,7 +172,7 @@ Image develop(const Grid& gathered, const Grid& calm) {
     for (int y = 0; y < kSize; ++y)
         for (int x = 0; x < kSize; ++x) {
             const size_t i = size_t(y * kSize + x);
-            const float e = mix(mix(light[i], halo[i], 0.31f), spread[i], 0.7f * calm[i]);
+            const float e = mix(mix(light[i], halo[i], 0.31f), spread[i], 0.7f * calmness[i]);
             image.at(x, y).colour = {exposed(between.x, half.x, e), exposed(between.y, half.y, e),
                                      exposed(between.z, half.z, e)};
         }
@@ -192,8 +192,8 @@ int main(int argc, char** argv) {
         const Grid light = gather(surface(waves, frame));
         char name[24];
         std::snprintf(name, sizeof name, "caust%.2d.nlt", frame);
-        saveBmp24(
-            sharpened(shrunk(develop(light, calm(seed + 105, frame)), columns, rows), 1.4f, 1.2f),
-            folder + name);
+        // Both seeds were chosen together, by eye and by the sand's figures.
+        const Image developed = develop(light, calm(seed + 105, frame));
+        saveBmp24(sharpened(shrunk(developed, columns, rows), 1.4f, 1.2f), folder + name);
     });
 }
