@@ -174,16 +174,19 @@ void Builder::pairedFin(const Fin& fin, float side) {
 }
 
 // A fan round one middle: the sheet has its darkness from the middle (u 0) to the rim (u 1). It
-// ends where nothing more is seen of it, since all of it hides what is drawn later.
+// ends where nothing more is seen of it, since all of it hides what is drawn later. Fish swim
+// equally high: the middle is raised a little, so that two shadows that meet are not in one plane.
 void Builder::shadow() {
     constexpr int kRound = 14;
     constexpr float kRimmed = 0.80f;
+    constexpr float kRaised = 0.02f;  // share of the depth
     const Shadow& s = fish_.shadow;
     if (s.depth <= 0)
         return;
     const float middle = (s.front + s.back) / 2, half = kRimmed * (s.back - s.front) / 2;
     const auto point = [&](Vec2 flat, float u) {
-        return add({flat.x, flat.y, -s.depth / fish_.length}, onSheet(Part::SHADOW, u, 0.5f));
+        const float down = s.depth * (1 - kRaised * (1 - u / kRimmed));
+        return add({flat.x, flat.y, -down / fish_.length}, onSheet(Part::SHADOW, u, 0.5f));
     };
     const int hub = point({0, middle - 0.12f * half}, 0);
     for (int k = 0; k < kRound; ++k) {
