@@ -12,6 +12,7 @@
 #include <QFileInfo>
 #include <QGridLayout>
 #include <QGroupBox>
+#include <QImage>
 #include <QLabel>
 #include <QListWidget>
 #include <QMessageBox>
@@ -28,6 +29,7 @@
 #include <cstdio>
 #include <cstring>
 #include <memory>
+#include <utility>
 
 #include "Globals.h"
 #include "framework/LanguagePack.h"
@@ -86,12 +88,28 @@ QString pictureFile(const char* picture) {
     return QStringLiteral(":/setup/%1.png").arg(QLatin1String(picture));
 }
 
+/// A picture of the resources; null if there is none of this name. QPixmap would let several
+/// threads convert a large one, and as the last of them says that it is done, through a semaphore
+/// of Qt 5.15, it may still write to the stack of this thread when that has gone on. So the picture
+/// is painted into the format that a pixmap needs.
+QPixmap loadPicture(const char* name) {
+    const QImage file(pictureFile(name));
+    if (file.isNull())
+        return {};
+    QImage picture(file.size(), QImage::Format_ARGB32_Premultiplied);
+    QPainter painter(&picture);
+    painter.setCompositionMode(QPainter::CompositionMode_Source);
+    painter.drawImage(0, 0, file);
+    painter.end();
+    return QPixmap::fromImage(std::move(picture), Qt::NoFormatConversion);
+}
+
 /// One picture of several that have the same size.
 QPixmap sideBySide(const std::vector<const char*>& pictures) {
     QPixmap strip;
     int x = 0;
     for (const char* picture : pictures) {
-        const QPixmap part(pictureFile(picture));
+        const QPixmap part = loadPicture(picture);
         if (strip.isNull())
             strip = QPixmap(part.width() * static_cast<int>(pictures.size()), part.height());
         QPainter(&strip).drawPixmap(x, 0, part);
@@ -106,7 +124,7 @@ void illustrate(QAbstractButton* button, const QPixmap& picture, const QSize& si
 }
 
 void illustrate(QAbstractButton* button, const char* picture, const QSize& size) {
-    illustrate(button, QPixmap(pictureFile(picture)), size);
+    illustrate(button, loadPicture(picture), size);
 }
 
 /// Numbers the choices of a box from 0. Check boxes stay without such a group: it would take all
@@ -253,7 +271,7 @@ void KMarivistaSetup::buildList() {
 void KMarivistaSetup::buildIntroPage() {
     page_intro = addPage("page_intro");
     PixmapLabel1 = named(new Banner(page_intro), "PixmapLabel1");
-    PixmapLabel1->setPixmap(QPixmap(pictureFile("lagoon")));
+    PixmapLabel1->setPixmap(loadPicture("lagoon"));
     PixmapLabel1->setMinimumHeight(INTRO_HEIGHT);
     infotext = named(new QLabel(QStringLiteral("Infotext"), page_intro), "infotext");
     infotext->setWordWrap(true);

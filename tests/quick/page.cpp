@@ -5,6 +5,7 @@
 #include <QCoreApplication>
 #include <QDeadlineTimer>
 #include <QEventLoop>
+#include <QPainter>
 #include <QSet>
 #include <QTimer>
 
@@ -58,6 +59,17 @@ test::Page::~Page() {
 bool test::Page::waitFrames(int more) {
     const int wanted = frames() + more;
     return until([&] { return frames() >= wanted; });
+}
+
+QImage test::Page::picture() {
+    const QImage grabbed = quick_window->grabWindow();
+    QImage picture(grabbed.size(), QImage::Format_RGB32);
+    // QImage would convert it with a pool of threads, which Qt 5.15 may let write to our stack.
+    QPainter painter(&picture);
+    painter.setCompositionMode(QPainter::CompositionMode_Source);
+    painter.drawImage(0, 0, grabbed);
+    painter.end();
+    return picture;
 }
 
 int test::colours(const QImage& picture) {

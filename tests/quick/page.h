@@ -33,7 +33,7 @@ public:
     /// Waits for so many more frames.
     bool waitFrames(int more);
     /// What it shows, drawn anew.
-    QImage picture() { return quick_window->grabWindow().convertToFormat(QImage::Format_RGB32); }
+    QImage picture();
 
 private:
     QQmlEngine engine;
