@@ -74,7 +74,10 @@ private:
 /// what it has found.
 class Bus {
 public:
-    Bus() : daemon({"dbus-daemon", "--session", "--nofork", "--print-address"}, {}) {
+    Bus()
+        : daemon({"dbus-daemon", "--session", "--nofork", "--print-address",
+                  "--address=unix:path=" + folder.filePath("bus").toStdString()},
+                 {}) {
         if (daemon.waitForLine("unix:"))
             address = daemon.output().substr(0, daemon.output().find('\n'));
         setenv("DBUS_SESSION_BUS_ADDRESS", address.c_str(), 1);
@@ -83,6 +86,7 @@ public:
     std::string address;  ///< empty when it did not start
 
 private:
+    const QTemporaryDir folder{"/tmp/atollia-bus-XXXXXX"};  // the daemon leaves its socket behind
     test::Process daemon;
 } const bus;
 
