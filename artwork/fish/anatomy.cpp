@@ -18,6 +18,10 @@ constexpr Chart kPlots[kParts] = {
 };
 /// One and a half texels of the smallest sheet, 256.
 constexpr float kRim = 3.0f / 512;
+/// Above and below the body more, which is filled with the edge's colours, too: where its far side
+/// is seen edge on, smoothed edges take their colour from far beyond it, and clear texels would be
+/// holes.
+constexpr float kRidge = 0.035f;
 /// Part of its plot that a streamer leaves free on each side, filled with the edge's colours: it is
 /// a few pixels wide, and smoothed edges take their colour up to half a pixel beyond it.
 constexpr float kStrip = 0.40f;
@@ -246,7 +250,8 @@ Chart plotOf(Part part) { return kPlots[static_cast<int>(part)]; }
 Chart chartOf(Part part) {
     const Chart c = plotOf(part);
     const float side = part == Part::EXTRA ? kStrip * (c.s1 - c.s0) : kRim;
-    return {c.s0 + side, c.t0 + kRim, c.s1 - side, c.t1 - kRim};
+    const float rim = part == Part::BODY ? kRidge : kRim;
+    return {c.s0 + side, c.t0 + rim, c.s1 - side, c.t1 - rim};
 }
 
 BodyPoint bodyPoint(const Body& body, float along, float round) {
