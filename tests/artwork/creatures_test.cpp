@@ -194,6 +194,38 @@ float tailSway(const Model& fish) {
     return largest;
 }
 
+/// A texel that is clear still hides the fish behind it, which are drawn later.
+TEST_P(Corals, LeaveLittleClearRoundWhatTheyShow) {
+    const std::string name = std::string("models/") + GetParam();
+    const Model model = readModel(name + ".nlm");
+    const Picture picture = readPicture(name + ".nlt");
+    const float tiling = GetParam() == std::string("coral_h") ? 3 : 1;
+    constexpr int kSteps = 12;
+    double clear = 0, whole = 0;
+    for (const auto& t : model.triangles) {
+        art::Vec2 at[3];
+        for (size_t k = 0; k < 3; ++k)
+            at[k] = model.texture[size_t(t[k])] * tiling;
+        const art::Vec2 b = at[1] - at[0], c = at[2] - at[0];
+        const double area = std::fabs(b.x * c.y - b.y * c.x);
+        for (int i = 0; i < kSteps; ++i)
+            for (int j = 0; i + j < kSteps; ++j) {
+                const float u = (static_cast<float>(i) + 1 / 3.0f) / kSteps,
+                            v = (static_cast<float>(j) + 1 / 3.0f) / kSteps;
+                const art::Vec2 s = at[0] + b * u + c * v;
+                whole += area;
+                if (picture.alpha(
+                        static_cast<int>(std::floor(s.x * static_cast<float>(picture.width))),
+                        static_cast<int>(std::floor(s.y * static_cast<float>(picture.height)))) <
+                    16)
+                    clear += area;
+            }
+    }
+    ASSERT_GT(whole, 0);
+    // A mesh cut at its cells alone has .28 to .35 where branches are seen, and .50 with the fans.
+    EXPECT_LT(clear / whole, GetParam() == std::string("coral_c") ? 0.40 : 0.25);
+}
+
 /// They beat four times a second, which is too fast for more.
 TEST(Fish, QuickTailsSwayLittle) {
     for (const char* name : {"rfish.nlm", "silverfish.nlm"}) {
@@ -274,6 +306,32 @@ TEST(Fish, FinsEndWhereTheyAreDrawn) {
         }
         ASSERT_GT(whole, 0) << one.skin;
         EXPECT_LT(clear / whole, 0.01) << one.skin;
+    }
+}
+
+/// Where the far side of a body is seen edge on, smoothed edges take their colour from far beyond
+/// it.
+TEST(Fish, SkinGoesOnBeyondTheRidge) {
+    constexpr float kBeyond = 0.034f;  // of the sheet
+    const struct {
+        const char *model, *skin;
+    } all[] = {{"rfish.nlm", "rotfish.nlt"},   {"rfish.nlm", "blaugelbfish.nlt"},
+               {"rfish.nlm", "anglefish.nlt"}, {"silverfish.nlm", "silverfish.nlt"},
+               {"gsbfish.nlm", "gsbfish.nlt"}, {"moorishidol.nlm", "moorishidol.nlt"},
+               {"swpfish.nlm", "swpfish.nlt"}, {"ybig.nlm", "ybig.nlt"},
+               {"rbig.nlm", "rbig.nlt"}};
+    for (const auto& one : all) {
+        const Model fish = readModel(fishFile(one.model));
+        const Picture skin = readPicture(fishFile(one.skin));
+        ASSERT_GT(skin.width, 0);
+        float top = 1;
+        for (const art::Vec2& t : fish.texture)
+            top = std::min(top, t.y);
+        EXPECT_GE(top, kBeyond) << one.model;
+        // Behind that the body dissolves into the tail.
+        for (int x = 0; x < skin.width * 3 / 4; ++x)
+            for (int y = 0; y < static_cast<int>(kBeyond * static_cast<float>(skin.height)); ++y)
+                ASSERT_EQ(skin.alpha(x, y), 255) << one.skin << " at " << x << ", " << y;
     }
 }
 
