@@ -2,14 +2,12 @@
 
 #include <algorithm>
 #include <cstdio>
-#include <map>
 #include <optional>
-#include <set>
-#include <utility>
 
 #include "common/image.h"
 #include "common/noise.h"
 #include "corals/litter.h"
+#include "corals/outline.h"
 #include "floor/ground.h"
 
 namespace art {
@@ -84,12 +82,13 @@ public:
         for (int j = 0; j <= grid.rows; ++j)
             for (int i = 0; i <= grid.columns; ++i)
                 grid.points.push_back({i * cell, j * cell});
+        grid.used.assign(grid.points.size(), 0);
         const auto corner = [&](int i, int j) {
             const size_t point = grid.index(i, j);
-            grid.points[point].used = true;
+            grid.used[point] = 1;
             return static_cast<int>(point);
         };
-        std::vector<std::array<int, 3>> triangles;
+        std::vector<MeshTriangle> triangles;
         std::vector<std::array<int, 2>> blocks;
         for (int j = 0; j < grid.rows; j += 2)
             for (int i = 0; i < grid.columns; i += 2) {
@@ -112,7 +111,7 @@ public:
                         // Corners round the edge of the cell, from the top left.
                         constexpr int kCorners[2][2][3] = {{{0, 1, 2}, {0, 2, 3}},
                                                            {{0, 1, 3}, {1, 2, 3}}};
-                        std::array<int, 3> t;
+                        MeshTriangle t;
                         for (size_t c = 0; c < 3; ++c) {
                             const int at = kCorners[halves[k].way][half][c];
                             t[c] = corner(i + k % 2 + (at == 1 || at == 2), j + k / 2 + (at >= 2));
@@ -129,7 +128,7 @@ public:
             for (int k = 0; k < 8; ++k) {
                 const int x = i + kRound[k][0], y = j + kRound[k][1];
                 if (k % 2 == 1) {
-                    if (!grid.points[grid.index(x, y)].used)
+                    if (!grid.used[grid.index(x, y)])
                         continue;
                     hub = round.size();
                 }
@@ -140,18 +139,18 @@ public:
             for (size_t k = 1; k + 1 < n; ++k)
                 triangles.push_back({round[hub], round[(hub + k) % n], round[(hub + k + 1) % n]});
         }
-        shrink(picture, grid, triangles);
+        tightenOutline(grid.points, triangles, picture.image, cell);
         std::vector<int> vertex(grid.points.size(), -1);
-        for (std::array<int, 3>& t : triangles)
+        for (MeshTriangle& t : triangles)
             for (int& point : t) {
                 int& v = vertex[size_t(point)];
                 if (v < 0) {
-                    const Point& at = grid.points[size_t(point)];
+                    const MeshPoint& at = grid.points[size_t(point)];
                     v = add(picture, at.x, at.y, relief);
                 }
                 point = v;
             }
-        const auto far = [&](const std::array<int, 3>& t) {
+        const auto far = [&](const MeshTriangle& t) {
             float sum = 0;
             for (const int v : t)
                 sum += camera_.project(relief.world[size_t(v)]).z;
@@ -169,15 +168,11 @@ public:
     }
 
 private:
-    /// A mesh point in a picture, texels.
-    struct Point {
-        int x, y;
-        bool used = false;
-    };
     /// The points between the cells of a picture.
     struct Grid {
         int columns = 0, rows = 0;  ///< of cells
-        std::vector<Point> points;
+        std::vector<MeshPoint> points;
+        std::vector<char> used;  ///< by point: some triangle has it
 
         size_t index(int i, int j) const { return size_t(j) * size_t(columns + 1) + size_t(i); }
     };
@@ -231,113 +226,6 @@ private:
                     return true;
             }
         return false;
-    }
-
-    /// Twice the area of a triangle in the picture; its sign tells which way round it goes.
-    static int area(const Point& a, const Point& b, const Point& c) {
-        return (b.x - a.x) * (c.y - a.y) - (b.y - a.y) * (c.x - a.x);
-    }
-
-    /// Draws the points along the edge of a mesh in as far as what is shown allows: clear texels,
-    /// too, hide what is drawn after them and lies behind.
-    void shrink(const Picture& picture, Grid& grid,
-                const std::vector<std::array<int, 3>>& triangles) const {
-        constexpr int kSlack = 2;  // texels; linear filtering reaches over the edge
-        constexpr int kPasses = 2, kStep = 2;
-        const int cell = garden_.cell, least = cell * cell / 6;
-        const int width = grid.columns * cell, height = grid.rows * cell;
-        std::vector<char> needed(size_t(width) * size_t(height), 0);
-        for (int y = 0; y < picture.height; ++y)
-            for (int x = 0; x < picture.width; ++x)
-                if (picture.image.at(x, y).alpha > 0)
-                    for (int v = std::max(0, y - kSlack); v <= std::min(height - 1, y + kSlack);
-                         ++v)
-                        for (int u = std::max(0, x - kSlack); u <= std::min(width - 1, x + kSlack);
-                             ++u)
-                            needed[size_t(v) * size_t(width) + size_t(u)] = 1;
-
-        std::vector<std::vector<size_t>> around(grid.points.size());
-        std::map<std::pair<int, int>, int> edges;
-        for (size_t t = 0; t < triangles.size(); ++t)
-            for (size_t c = 0; c < 3; ++c) {
-                const int a = triangles[t][c], b = triangles[t][(c + 1) % 3];
-                around[size_t(a)].push_back(t);
-                ++edges[std::minmax(a, b)];
-            }
-        std::set<int> rim;
-        for (const auto& [edge, count] : edges)
-            if (count == 1)
-                rim.insert({edge.first, edge.second});
-
-        const auto corner = [&](size_t t, size_t c) -> const Point& {
-            return grid.points[size_t(triangles[t][c])];
-        };
-        const auto inside = [&](size_t t, int x, int y) {
-            // Four times the texel's middle against four times the corners: whole numbers.
-            int sides[3];
-            for (size_t c = 0; c < 3; ++c) {
-                const Point &a = corner(t, c), &b = corner(t, (c + 1) % 3);
-                sides[c] =
-                    (b.x - a.x) * (2 * y + 1 - 2 * a.y) - (b.y - a.y) * (2 * x + 1 - 2 * a.x);
-            }
-            return (sides[0] >= 0 && sides[1] >= 0 && sides[2] >= 0) ||
-                   (sides[0] <= 0 && sides[1] <= 0 && sides[2] <= 0);
-        };
-        const auto carried = [&](const std::vector<size_t>& some, int x, int y) {
-            return std::any_of(some.begin(), some.end(), [&](size_t t) { return inside(t, x, y); });
-        };
-        for (int pass = 0; pass < kPasses; ++pass)
-            for (const int point : rim) {
-                Point& moved = grid.points[size_t(point)];
-                const Point start = moved;
-                const std::vector<size_t>& own = around[size_t(point)];
-                int left = start.x, right = start.x, top = start.y, bottom = start.y;
-                std::vector<int> turn;
-                for (const size_t t : own) {
-                    turn.push_back(area(corner(t, 0), corner(t, 1), corner(t, 2)) > 0 ? 1 : -1);
-                    for (size_t c = 0; c < 3; ++c) {
-                        left = std::min(left, corner(t, c).x);
-                        right = std::max(right, corner(t, c).x);
-                        top = std::min(top, corner(t, c).y);
-                        bottom = std::max(bottom, corner(t, c).y);
-                    }
-                }
-                std::vector<std::pair<int, int>> texels;
-                for (int y = top; y < bottom; ++y)
-                    for (int x = left; x < right; ++x)
-                        if (needed[size_t(y) * size_t(width) + size_t(x)] && carried(own, x, y))
-                            texels.push_back({x, y});
-                // The smallest first that goes round no triangle the other way.
-                std::vector<std::array<int, 3>> places;
-                for (int y = std::max(0, start.y - cell); y <= std::min(height, start.y + cell);
-                     y += kStep)
-                    for (int x = std::max(0, start.x - cell); x <= std::min(width, start.x + cell);
-                         x += kStep) {
-                        moved.x = x;
-                        moved.y = y;
-                        int sum = 0;
-                        bool sound = true;
-                        for (size_t k = 0; k < own.size() && sound; ++k) {
-                            const int a = turn[k] * area(corner(own[k], 0), corner(own[k], 1),
-                                                         corner(own[k], 2));
-                            sound = a >= least;
-                            sum += a;
-                        }
-                        if (sound)
-                            places.push_back({sum, x, y});
-                    }
-                std::sort(places.begin(), places.end());
-                moved = start;
-                for (const auto& [sum, x, y] : places) {
-                    moved.x = x;
-                    moved.y = y;
-                    if (std::all_of(texels.begin(), texels.end(), [&](const auto& texel) {
-                            return carried(own, texel.first, texel.second);
-                        }))
-                        break;
-                    moved = start;
-                }
-            }
     }
 
     /// Where the mesh stands at a texel of a picture, and how far it bends there.

@@ -170,6 +170,14 @@ constexpr Plot kTail{0, 0.5f, 0.34f, 1}, kShadow{0.86f, 0.86f, 1, 0.90f};
 /// Tail, dorsal, anal and pelvic fins.
 constexpr Plot kFins[] = {kTail, {0.34f, 0.5f, 1, 0.72f}, {0.34f, 0.72f, 0.72f, 1}};
 
+constexpr struct {
+    const char *model, *skin;
+} kSwimming[] = {{"rfish.nlm", "rotfish.nlt"},   {"rfish.nlm", "blaugelbfish.nlt"},
+                 {"rfish.nlm", "anglefish.nlt"}, {"silverfish.nlm", "silverfish.nlt"},
+                 {"gsbfish.nlm", "gsbfish.nlt"}, {"moorishidol.nlm", "moorishidol.nlt"},
+                 {"swpfish.nlm", "swpfish.nlt"}, {"ybig.nlm", "ybig.nlt"},
+                 {"rbig.nlm", "rbig.nlt"}};
+
 std::string fishFile(const std::string& name) { return "models/reeffishes/" + name; }
 
 /// Largest angle in degrees between the tail fin and the fish's axis.
@@ -269,14 +277,7 @@ TEST(Fish, SchoolIsOutlinedFromAbove) {
 
 /// A texel that is clear still hides what is drawn after the fish.
 TEST(Fish, FinsEndWhereTheyAreDrawn) {
-    const struct {
-        const char *model, *skin;
-    } all[] = {{"rfish.nlm", "rotfish.nlt"},   {"rfish.nlm", "blaugelbfish.nlt"},
-               {"rfish.nlm", "anglefish.nlt"}, {"silverfish.nlm", "silverfish.nlt"},
-               {"gsbfish.nlm", "gsbfish.nlt"}, {"moorishidol.nlm", "moorishidol.nlt"},
-               {"swpfish.nlm", "swpfish.nlt"}, {"ybig.nlm", "ybig.nlt"},
-               {"rbig.nlm", "rbig.nlt"}};
-    for (const auto& one : all) {
+    for (const auto& one : kSwimming) {
         const Model fish = readModel(fishFile(one.model));
         const Picture skin = readPicture(fishFile(one.skin));
         double clear = 0, whole = 0;
@@ -313,14 +314,7 @@ TEST(Fish, FinsEndWhereTheyAreDrawn) {
 /// it.
 TEST(Fish, SkinGoesOnBeyondTheRidge) {
     constexpr float kBeyond = 0.034f;  // of the sheet
-    const struct {
-        const char *model, *skin;
-    } all[] = {{"rfish.nlm", "rotfish.nlt"},   {"rfish.nlm", "blaugelbfish.nlt"},
-               {"rfish.nlm", "anglefish.nlt"}, {"silverfish.nlm", "silverfish.nlt"},
-               {"gsbfish.nlm", "gsbfish.nlt"}, {"moorishidol.nlm", "moorishidol.nlt"},
-               {"swpfish.nlm", "swpfish.nlt"}, {"ybig.nlm", "ybig.nlt"},
-               {"rbig.nlm", "rbig.nlt"}};
-    for (const auto& one : all) {
+    for (const auto& one : kSwimming) {
         const Model fish = readModel(fishFile(one.model));
         const Picture skin = readPicture(fishFile(one.skin));
         ASSERT_GT(skin.width, 0);
