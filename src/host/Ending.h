@@ -20,7 +20,7 @@ public:
 
     /// For `stop`: sounds are to fade, which takes as long as the mixer's next turn.
     static void soundsFade();
-    /// The program ends by itself, its window is gone.
+    /// The program ends by itself, or the window is its own: it may take a second.
     static void nobodyWaits();
 
 private:

@@ -247,8 +247,11 @@ int runSaver(QApplication& application, const ARGUMENTS& arguments) {
         Ending::soundsFade();
         sounds.leaveToDevice();
     });
-    if (demo)
+    if (demo) {
+        // No host has locked the screen: a picture that takes long cuts off no sound.
+        Ending::nobodyWaits();
         showDemo(*saver, arguments);
+    }
     const int status = application.exec();
     Ending::nobodyWaits();
     sounds.fadeOut();

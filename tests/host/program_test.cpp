@@ -452,8 +452,8 @@ protected:
 
     /// The mixer's turn comes every so many milliseconds.
     Process startSounding(const std::string& file, const std::vector<std::string>& words,
-                          int turn = 10) const {
-        return start(words, {"STANDIN_SOUNDS=1", "STANDIN_COUNTS=1", "SDL_AUDIODRIVER=disk",
+                          int turn = 10, const std::string& more = "STANDIN_COUNTS=1") const {
+        return start(words, {"STANDIN_SOUNDS=1", more, "SDL_AUDIODRIVER=disk",
                              "SDL_DISKAUDIODELAY=" + std::to_string(turn),
                              "SDL_DISKAUDIOFILE=" + folder + "/" + file});
     }
@@ -522,6 +522,15 @@ TEST_F(Sounds, FadeAtASignalInAWindowOfTheirOwn) {
         EXPECT_EQ(client->find(533, 400), 0U);
         expectFaded(file);
     }
+}
+
+// No host has locked the screen there, so there is time for a picture that takes long.
+TEST_F(Sounds, FadeAtASignalInAWindowOfTheirOwnThatIsSlow) {
+    Process saver = startSounding("one", {"-demo"}, 10, "STANDIN_TOILS=1");
+    ASSERT_TRUE(becomes("one", true)) << saver.output() << saver.errors();
+    saver.signal(SIGTERM);
+    EXPECT_EQ(saver.wait().signal, SIGTERM);
+    expectFaded("one");
 }
 
 TEST_F(Sounds, FadeAtASignalWhenTheHostHasTakenItsWindowAway) {

@@ -66,6 +66,8 @@ public:
             std::printf("samples %d\n", samples);
             say("drawing");
         }
+        if (std::getenv("STANDIN_TOILS"))
+            usleep(300'000);  // as on a busy machine
         if (std::getenv("STANDIN_COUNTS"))
             say("frame");
     }
