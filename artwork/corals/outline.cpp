@@ -48,9 +48,7 @@ public:
         MeshPoint& moved = points_[size_t(point)];
         const MeshPoint start = moved;
         const std::vector<MeshPoint> texels = shownBy(own);
-        const std::vector<Place> places = placesFor(point);
-        moved = start;
-        for (const Place& place : places) {
+        for (const Place& place : placesFor(point)) {
             moved = place.point;
             if (std::all_of(texels.begin(), texels.end(),
                             [&](const MeshPoint& texel) { return carried(own, texel); }))
@@ -123,7 +121,7 @@ private:
     }
 
     /// Where a point may go without turning a triangle over or making it a needle, the smallest
-    /// triangles first. Leaves the point at one of them.
+    /// triangles first.
     std::vector<Place> placesFor(int point) {
         constexpr int kStep = 2;  // texels
         const int least = reach_ * reach_ / 6;
@@ -148,7 +146,8 @@ private:
                 if (smallest >= least)
                     places.push_back({sum, moved});
             }
-        std::stable_sort(places.begin(), places.end(), [](const Place& a, const Place& b) {
+        moved = start;
+        std::sort(places.begin(), places.end(), [](const Place& a, const Place& b) {
             return std::make_tuple(a.areas, a.point.x, a.point.y) <
                    std::make_tuple(b.areas, b.point.x, b.point.y);
         });

@@ -9,8 +9,8 @@
 /// Signals that ask it to end (TERM, and INT and HUP unless they were ignored at the start) run
 /// `stop` from the event loop; then the process dies by that same signal, because hosts read the
 /// cause of death. A host may wait for it with the screen locked, so a timer ends the process when
-/// that takes longer than 65 milliseconds, or half a second where sounds fade. A lost X connection
-/// ends it at once, quietly, with status 0.
+/// that takes longer than 65 milliseconds, or half a second where sounds fade, or a second where
+/// nobody waits. A lost X connection ends it at once, quietly, with status 0.
 class Ending : public QObject {
 public:
     /// `stop` must stop the drawing and close the sound. One object per process.
