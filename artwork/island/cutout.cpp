@@ -1,13 +1,15 @@
 // Turns a ray-traced picture into a card of the scene: half the size, its reflection and the blue
 // below the waterline, foam along it, an empty rim and colour under the transparency.
 //
-// cutout DATA_DIR FILE PICTURE.png HOUR WATERLINE DEPTH HAZE FOAM REACH NARROWER
+// cutout DATA_DIR FILE PICTURE.png HOUR WATERLINE DEPTH HAZE FOAM REACH SPAN BAYS NARROWER
 //   HOUR       0 noon, 1 evening, 2 night
 //   WATERLINE  as a share of the height, from the top
 //   DEPTH      how far down the water lets things be seen, as a share of the height
 //   HAZE       how much of the air's colour lies over it, 0..1
 //   FOAM       half the thickness of the line of foam, in texels of a card 1024 wide
 //   REACH      how far the last swell came up, in thicknesses
+//   SPAN       how wide the card is for the foam: arcs and gaps are a few such units long
+//   BAYS       how far the water comes in between two points of the shore, in thicknesses
 //   NARROWER   how many columns become one at last
 #include <cstdlib>
 #include <string>
@@ -48,13 +50,53 @@ Pixel over(Pixel top, Pixel bottom) {
             alpha};
 }
 
+/// Where water and land meet, a row for each column: the level of the sea at the points of the
+/// shore, higher in its bays, which lie farther away.
+struct Shore {
+    float level;
+    std::vector<float> rows;
+};
+
+Shore shoreOf(int columns, float level, float span, float bays) {
+    Shore shore{level, {}};
+    for (int x = 0; x < columns; ++x) {
+        const float u = span * (static_cast<float>(x) + 0.5f) / static_cast<float>(columns);
+        const float bay = smoothstep(-0.30f, 0.35f, fractalNoise({u * 0.13f, 9.5f, 0.5f}, 2, 12));
+        shore.rows.push_back(level - bays * bay);
+    }
+    return shore;
+}
+
+/// Lets the ground follow the shore: in a bay what stood at the level of the sea stands higher, and
+/// what lies above is pushed together.
+void bend(Image& image, const Shore& shore) {
+    const Image straight = image;
+    for (int x = 0; x < image.width(); ++x) {
+        const float bay = shore.level - shore.rows[size_t(x)];
+        if (bay <= 0)
+            continue;
+        for (int y = 0; y < image.height(); ++y) {
+            const float up = shore.level - static_cast<float>(y);
+            const float from = static_cast<float>(y) + bay * smoothstep(7 * bay, 0, up);
+            const int row = std::min(static_cast<int>(from), image.height() - 1);
+            const float next = clamp01(from - static_cast<float>(row));
+            const Pixel a = straight.at(x, row);
+            const Pixel b = straight.at(x, std::min(row + 1, image.height() - 1));
+            const float alpha = mix(a.alpha, b.alpha, next);
+            const float share = alpha > 0 ? next * b.alpha / alpha : next;
+            image.at(x, y) = {mix(a.colour, b.colour, share), alpha};
+        }
+    }
+}
+
 /// What lies under water: the ground, fading into the blue, and above it a trembling reflection.
-void sink(Image& image, float waterline, float depth, TINT light) {
+void sink(Image& image, const Shore& shore, float depth, TINT light) {
     const Vec3 shallow = tinted(rgb(146, 226, 214), light);
     const Vec3 deep = tinted(sea::kFarSea, light);
-    const int first = static_cast<int>(std::ceil(waterline));
-    for (int y = first; y < image.height(); ++y)
-        for (int x = 0; x < image.width(); ++x) {
+    const Image above = image;
+    for (int x = 0; x < image.width(); ++x) {
+        const float waterline = shore.rows[size_t(x)];
+        for (int y = static_cast<int>(std::ceil(waterline)); y < image.height(); ++y) {
             const float down = static_cast<float>(y) + 0.5f - waterline;
             const float k = clamp01(down / depth), u = static_cast<float>(x) / 24;
             Pixel ground = image.at(x, y);
@@ -65,37 +107,46 @@ void sink(Image& image, float waterline, float depth, TINT light) {
             const int mirrored = std::max(0, static_cast<int>(waterline - down * 1.4f) - 1);
             const int aside =
                 std::min(image.width() - 1, std::max(0, x + static_cast<int>(tremble)));
-            Pixel reflection = image.at(aside, mirrored);
+            Pixel reflection = above.at(aside, mirrored);
             reflection.colour = mix(reflection.colour, deep, 0.45f);
             reflection.alpha *= 0.42f * std::pow(1 - k, 1.2f);
-            image.at(x, y) = over(reflection, ground);
+            Pixel seen = over(reflection, ground);
+            // Below the level of the sea the saver's water covers all this; a bay must not end
+            // there.
+            if (static_cast<float>(y) < shore.level)
+                seen.colour =
+                    mix(seen.colour, deep, 0.7f * smoothstep(0, shore.level - waterline, down));
+            image.at(x, y) = seen;
         }
+    }
 }
 
 /// Where something stands in the water, a little wider than it: wet ground, the scallops that the
 /// last swell has left on it, each with a bright rim and a thin film inside, and a line of foam
 /// with long gaps.
-void foam(Image& image, float waterline, float thickness, float reach, TINT light) {
-    constexpr int kAside = 7, kSlope = 30;
-    const int row = static_cast<int>(waterline) - 1;
-    const std::vector<Pixel> foot = [&] {
-        std::vector<Pixel> pixels;
-        for (int x = 0; x < image.width(); ++x)
-            pixels.push_back(image.at(x, row));
-        return pixels;
-    }();
+void foam(Image& image, const Shore& shore, float thickness, float reach, float span, TINT light) {
+    constexpr int kSlope = 30;
+    const int aside = static_cast<int>(360 / span);
+    // Rocks stand too steep to be washed far up.
+    const float washes = smoothstep(1, 4, reach);
+    std::vector<Pixel> foot;
+    for (int x = 0; x < image.width(); ++x)
+        foot.push_back(image.at(x, static_cast<int>(shore.rows[size_t(x)]) - 1));
     const Vec3 white = tinted({0.97f, 0.995f, 1}, light);
     const Vec3 film = tinted(rgb(226, 244, 238), light);
     for (int x = 0; x < image.width(); ++x) {
+        const float waterline = shore.rows[size_t(x)];
+        const int row = static_cast<int>(waterline) - 1;
         float near = 0;
-        for (int a = -kAside; a <= kAside; ++a)
+        for (int a = -aside; a <= aside; ++a)
             if (x + a >= 0 && x + a < image.width())
-                near = std::max(near, foot[size_t(x + a)].alpha *
-                                          (1 - std::fabs(static_cast<float>(a)) / (kAside + 1)));
-        const float u = 51.2f * static_cast<float>(x) / static_cast<float>(image.width());
+                near = std::max(
+                    near, foot[size_t(x + a)].alpha * (1 - std::fabs(static_cast<float>(a)) /
+                                                               (static_cast<float>(aside) + 1)));
+        const float u = span * static_cast<float>(x) / static_cast<float>(image.width());
         const float swell = 1.6f * thickness * fractalNoise({u * 0.4f, 0.5f, 0.5f}, 3, 5);
-        const float broken = smoothstep(-0.12f, 0.30f, fractalNoise({u * 0.7f, 2.5f, 0.5f}, 3, 3));
-        const float half = thickness * (0.5f + 1.1f * broken);
+        const float broken = smoothstep(-0.10f, 0.32f, fractalNoise({u * 0.7f, 2.5f, 0.5f}, 3, 3));
+        const float half = thickness * (0.35f + 1.3f * broken) * mix(0.5f, 1.0f, near);
         // Arcs of uneven length that meet in cusps at the water.
         const float arc = u * 0.15f + 0.8f * gradientNoise({u * 0.22f, 7.5f, 0.5f}, 8);
         const float turn = arc - std::floor(arc);
@@ -118,13 +169,14 @@ void foam(Image& image, float waterline, float thickness, float reach, TINT ligh
             pixel.colour = mix(pixel.colour, pixel.colour * Vec3{0.80f, 0.79f, 0.80f}, damp);
             // Where the arcs meet the foam gathers; below their bows the water is clear.
             const float line =
-                mix(0.10f, 0.90f, broken) * mix(1.0f, 0.35f, bow) * std::exp(-off * off);
+                mix(0.05f, 0.90f, broken) * mix(1.0f, 0.35f, bow * washes) * std::exp(-off * off);
             const float washed = below > 0
                                      ? 0
-                                     : mix(0.25f, 0.70f, broken) *
+                                     : washes * mix(0.25f, 0.70f, broken) *
                                            smoothstep(-top - thickness, -top + thickness, below);
             pixel = over({film, near * washed}, pixel);
-            const float edge = below > 0 ? 0 : mix(0.85f, 0.55f, broken) * std::exp(-rim * rim);
+            const float edge =
+                below > 0 ? 0 : washes * mix(0.85f, 0.55f, broken) * std::exp(-rim * rim);
             pixel = over({white, near * std::max(line, edge)}, pixel);
         }
     }
@@ -142,9 +194,10 @@ void clearSides(Image& image, float waterline) {
 }  // namespace
 
 int main(int argc, char** argv) {
-    if (argc != 11)
+    if (argc != 13)
         fail(
-            "usage: cutout DATA_DIR FILE PICTURE.png HOUR WATERLINE DEPTH HAZE FOAM REACH "
+            "usage: cutout DATA_DIR FILE PICTURE.png HOUR WATERLINE DEPTH HAZE FOAM REACH SPAN "
+            "BAYS "
             "NARROWER");
     const auto number = [&](int i) { return static_cast<float>(std::atof(argv[i])); };
     Image image = shrunk(loadPng(argv[3]), 2, 2);
@@ -153,11 +206,13 @@ int main(int argc, char** argv) {
     for (int y = 0; y < image.height(); ++y)
         for (int x = 0; x < image.width(); ++x)
             image.at(x, y).colour = mix(image.at(x, y).colour, light.haze, number(7));
-    sink(image, waterline, number(6) * height, light.sea);
-    foam(image, waterline, number(8) * static_cast<float>(image.width()) / 1024, number(9),
-         light.foam);
+    const float thickness = number(8) * static_cast<float>(image.width()) / 1024;
+    const Shore shore = shoreOf(image.width(), waterline, number(10), number(11) * thickness);
+    bend(image, shore);
+    sink(image, shore, number(6) * height, light.sea);
+    foam(image, shore, thickness, number(9), number(10), light.foam);
     clearSides(image, waterline);
-    image = shrunk(image, std::atoi(argv[10]), 1);
+    image = shrunk(image, std::atoi(argv[12]), 1);
     for (int y = 0; y < image.height(); ++y)
         for (int x = 0; x < image.width(); ++x)
             if (std::min(std::min(x, y), std::min(image.width() - 1 - x, image.height() - 1 - y)) <

@@ -26,15 +26,20 @@ struct Glint {
     float birth, life, strength;
 };
 
+/// Clusters of them: a wave that turns one face to the sun turns several.
 std::vector<Glint> chooseGlints() {
     Random random(7);
     std::vector<Glint> glints;
-    for (int i = 0; i < 240; ++i) {
-        const float size = std::pow(random.unit(), 2.0f);
-        glints.push_back({random.range(0, kTileWidth), random.range(0, kTileDepth),
-                          mix(0.08f, 0.42f, size), mix(0.050f, 0.070f, size),
-                          random.range(-0.004f, 0.004f), random.range(0, kFrames),
-                          random.range(5, 13), random.range(0.6f, 1.0f)});
+    for (int cluster = 0; cluster < 34; ++cluster) {
+        const float x = random.range(0, kTileWidth), z = random.range(0, kTileDepth);
+        const float birth = random.range(0, kFrames);
+        for (int i = 0; i < 4; ++i) {
+            const float size = std::pow(random.unit(), 2.0f);
+            glints.push_back({x + random.range(-0.45f, 0.45f), z + random.range(-0.22f, 0.22f),
+                              mix(0.07f, 0.34f, size), mix(0.06f, 0.17f, size),
+                              random.range(-0.004f, 0.004f), birth + random.range(-6, 6),
+                              random.range(6, 13), random.range(0.6f, 1.0f)});
+        }
     }
     return glints;
 }
