@@ -86,6 +86,10 @@ Growth pictured(uint32_t seed) {
     return growth;
 }
 
+/// The stone's picture goes on a little beyond what the stone shows of it, or seams would be clear.
+float onPicture(float share) { return 0.02f + 0.96f * share; }
+float offPicture(float share) { return (share - 0.02f) / 0.96f; }
+
 /// How the eye sees the three that stand, in file axes and in pixels of a screen 948 high.
 std::vector<Camera> views() {
     std::vector<Camera> all;
@@ -112,13 +116,21 @@ public:
         Random random(14);
         constexpr int kStems = 13;
         for (int i = 0; i < kStems; ++i) {
-            const float angle = i * 2.39996f + random.range(-0.2f, 0.2f);
             const float tilt = std::sqrt((static_cast<float>(i) + 0.3f) / kStems);
-            const Vec3 out{std::cos(angle), std::sin(angle), 0};
-            const Vec3 along =
-                upright({}, normalize(out * std::sin(tilt) + Vec3{0, 0, std::cos(tilt)}));
-            grow(random, out * (4.5f * tilt) + Vec3{0, 0, -2.5f}, along,
-                 kHeight * 0.45f * mix(1.0f, 0.74f, tilt), 2, 0);
+            Vec3 out, along;
+            // One that comes straight towards an eye would look flat.
+            for (int attempt = 0; attempt < 6; ++attempt) {
+                const float angle = i * 2.39996f + random.range(-0.4f, 0.4f);
+                const Vec3 aside{std::cos(angle), std::sin(angle), 0};
+                const Vec3 there =
+                    upright({}, normalize(aside * std::sin(tilt) + Vec3{0, 0, std::cos(tilt)}));
+                if (attempt == 0 || seenLength(there) > seenLength(along)) {
+                    out = aside;
+                    along = there;
+                }
+            }
+            const Vec3 from = out * (4.5f * tilt) + Vec3{0, 0, -2.5f};
+            grow(random, from, along, kHeight * 0.45f * mix(1.0f, 0.74f, tilt), 2, 0);
         }
         stone();
         for (const size_t i : drawingOrder())
@@ -129,7 +141,6 @@ public:
     const Mesh& mesh() const { return mesh_; }
 
 private:
-    static constexpr int kParts = 2;             ///< of a strip between two of its points
     static constexpr float kGoodEnough = 0.75f;  ///< for a direction, and no better one is sought
     using Piece = std::array<std::array<int, 3>, 2>;
 
@@ -145,6 +156,8 @@ private:
             direction = normalize(direction + wander * 0.20f);
             p += direction * (whole / static_cast<float>(steps));
         }
+        if (forks == 2)
+            points.front() = from - along * buried(from, along);
         // The last twigs are too short to show a bend.
         if (forks == 0)
             points.erase(points.begin() + 1);
@@ -158,12 +171,12 @@ private:
             // narrow to none of the three.
             Vec3 next;
             float best = -1;
-            for (int attempt = 0; attempt < 8 && best < kGoodEnough; ++attempt) {
+            for (int attempt = 0; attempt < 14 && best < kGoodEnough; ++attempt) {
                 const Vec3 aside =
                     normalize({random.range(-1, 1), random.range(-1, 1), random.range(-0.3f, 1)});
                 const Vec3 there = upright(
                     points.back(), normalize(direction + aside * 0.75f + Vec3{0, 0, 0.14f}));
-                float good = seenWidth(there, facing(there));
+                float good = std::min(seenWidth(there, facing(there)), 1.2f * seenLength(there));
                 for (const Vec3& other : taken)
                     good = std::min(good, art::length(there - other));
                 if (good > best) {
@@ -194,6 +207,24 @@ private:
         return along;
     }
 
+    /// How far back from a place a stem has to begin to come out of the sand wherever the model
+    /// stands.
+    float buried(Vec3 from, Vec3 along) const {
+        constexpr float kStep = 0.5f, kFarthest = 6;
+        float back = 0;
+        for (; back < kFarthest; back += kStep) {
+            bool below = true;
+            for (const Placement& placement : kCorals)
+                if (placement.model == std::string("coral_b")) {
+                    const Vec3 at = placement.toWorld(from - along * back);
+                    below = below && at.y < ground_.height(at.x, at.z) - 0.04f;
+                }
+            if (below)
+                break;
+        }
+        return back;
+    }
+
     /// The narrowest that one of the three shows a strip, as a share of its width.
     float seenWidth(const Vec3& along, const Vec3& front) const {
         float least = 1;
@@ -202,6 +233,14 @@ private:
             const Vec3 across = eye - along * dot(along, eye);
             least = std::min(least, std::fabs(dot(front, normalize(across))));
         }
+        return least;
+    }
+
+    /// The shortest that one of the three shows a strip, as a share of its length.
+    float seenLength(const Vec3& along) const {
+        float least = 1;
+        for (const Camera& view : views_)
+            least = std::min(least, art::length(cross(along, view.towardsEye({}))));
         return least;
     }
 
@@ -232,25 +271,37 @@ private:
         const float middle_s = (static_cast<float>(column) + 0.5f) * kStrip / kSize;
         const Vec3 front = facing(normalize(points.back() - points.front()));
         const size_t last = points.size() - 1;
+        // Branches begin and end narrow within each other, like round joints; tips are pictured.
+        struct Section {
+            float u, wide;
+            float beyond = 0;  ///< of half a width, along the branch
+        };
+        static const std::vector<Section> kTwig{{0, 0.84f, -0.6f}, {0.76f, 1}, {1, 1}},
+            kArm{{0, 0.70f, -0.7f}, {0.30f, 1}, {1, 1}, {1.74f, 1}, {2, 0.45f, 0.7f}},
+            kStem{{0, 1}, {0.6f, 1}, {1, 1}, {1.5f, 1}, {2, 1}, {2.78f, 1}, {3, 0.45f, 0.7f}};
         int before[2] = {};
-        for (size_t i = 0; i <= last * kParts; ++i) {
-            const size_t j = std::min(i / kParts, last - 1);
-            const float u = static_cast<float>(i) / kParts - static_cast<float>(j);
-            const Vec3 p = mix(points[j], points[j + 1], u);
-            const float t = mix(t0, t1, static_cast<float>(i) / static_cast<float>(last * kParts));
+        for (const Section& section : last == 1 ? kTwig : last == 2 ? kArm : kStem) {
+            const size_t j = std::min(static_cast<size_t>(section.u), last - 1);
+            const float u = section.u - static_cast<float>(j);
+            const float t = mix(t0, t1, section.u / static_cast<float>(last));
             const Vec3 along = normalize(points[j + 1] - points[u > 0 || j == 0 ? j : j - 1]);
+            const Vec3 p = mix(points[j], points[j + 1], u) +
+                           along * (section.beyond * halfWidth(t));
             Vec3 side = normalize(cross(along, front));
             if (dot(side, sun_) < 0)
                 side = -side;
             // To where the soft outline ends, and no farther: clear texels hide what is behind.
             const float pictured = darker(p, t);
-            const float texels = kHalf + 0.5f * rim(pictured), w = halfWidth(t) * texels / kHalf;
+            // Within another branch there is none.
+            const float texels =
+                section.wide < 1 ? section.wide * kHalf : kHalf + 0.5f * rim(pictured);
+            const float w = halfWidth(t) * texels / kHalf;
             const float ds = texels / kSize;
             // Not half a texel over the picture's ends, which touch each other.
             const float down = std::clamp(1 - pictured, 0.5f / kSize, 1 - 0.5f / kSize);
             const int now[2] = {mesh_.add(p + side * w, {middle_s - ds, down}),
                                 mesh_.add(p - side * w, {middle_s + ds, down})};
-            if (i > 0)
+            if (section.u > 0)
                 pieces_.push_back({{{before[0], before[1], now[1]}, {before[0], now[1], now[0]}}});
             std::copy(now, now + 2, before);
         }
@@ -266,7 +317,7 @@ private:
                 above = std::min(above, at.y - ground_.height(at.x, at.z));
             }
         const float share = clamp01(0.04f + 0.96f * above / 0.56f);
-        return t * mix(share, 1.0f, smoothstep(0.80f, 1.0f, t));
+        return t * mix(share, 1.0f, smoothstep(0.76f, 0.98f, t));
     }
 
     /// What is behind must be drawn first, or soft outlines hide it: for each pair of pieces, how
@@ -363,32 +414,35 @@ private:
 
     /// The lump that the stems grow from, in the right half of the texture.
     void stone() {
-        constexpr int kDown = 5, kAround = 12;
+        constexpr int kDown = 6, kAround = 11;
         int first = 0;
         for (int j = 0; j <= kDown; ++j)
             for (int i = 0; i <= kAround; ++i) {
                 const float down = static_cast<float>(j) / kDown;
                 const float around = static_cast<float>(i) / kAround;
                 const int v = mesh_.add(stonePoint(around, down),
-                                        {0.5f + 0.5f * around, 0.5f * (0.02f + 0.96f * down)});
+                                        {0.5f + 0.5f * onPicture(around), 0.5f * onPicture(down)});
                 if (i == 0 && j == 0)
                     first = v;
             }
         for (int j = 0; j < kDown; ++j)
             for (int i = 0; i < kAround; ++i) {
-                const int a = first + j * (kAround + 1) + i;
-                mesh_.quad(a, a + 1, a + kAround + 2, a + kAround + 1);
+                const int a = first + j * (kAround + 1) + i, b = a + kAround + 1;
+                if (j > 0)
+                    mesh_.triangles.push_back({a, a + 1, b + 1});
+                mesh_.triangles.push_back({a, b + 1, b});
             }
     }
 
 public:
-    /// around and down from 0 to 1; down 0 is the top, 1 deep in the sand.
+    /// around and down from 0 to 1; down 0 is the top, 1 deep in the sand. Nearly as high as it is
+    /// wide, so that it rises from the sand however the model is tilted.
     static Vec3 stonePoint(float around, float down) {
         const float angle = 2 * kPi * around, polar = 0.75f * kPi * down;
-        const float round = polar < kPi / 2 ? std::sin(polar) : 1.0f;
-        const Vec3 d{round * std::cos(angle), round * std::sin(angle), std::cos(polar)};
-        const float lump = 1 + 0.22f * fractalNoise(Vec3{d.x, d.y, d.z} * 1.6f, 3, 83);
-        return Vec3{d.x * 11, d.y * 11, d.z * 8.5f - 3.5f} * lump;
+        const Vec3 d{std::sin(polar) * std::cos(angle), std::sin(polar) * std::sin(angle),
+                     std::cos(polar)};
+        const float lump = 1 + 0.35f * fractalNoise(d * 1.6f, 3, 83);
+        return Vec3{d.x * 8, d.y * 8, d.z * 6.5f} * lump;
     }
 
 private:
@@ -459,14 +513,26 @@ void paintBranches(Image& texture) {
 
 void paintStone(Image& texture) {
     const Material material = rock(83, {1, 1, 1}).material;
+    const Ground ground;
+    const Vec3 sun = meanSun();
     for (int y = 0; y < kSize / 2; ++y)
         for (int x = 0; x < kSize / 2; ++x) {
-            const float around = static_cast<float>(x) / (kSize / 2);
-            const float down = clamp01((static_cast<float>(y) / (kSize / 2) - 0.02f) / 0.96f);
-            const Vec3 p = Thicket::stonePoint(around, down) * 0.04f;
+            const float around = offPicture(static_cast<float>(x) / (kSize / 2));
+            const float down = clamp01(offPicture(static_cast<float>(y) / (kSize / 2)));
+            const Vec3 at = Thicket::stonePoint(around, down), p = at * 0.04f;
             const Paint paint = material({around, down}, {p.x, p.z, p.y});
-            const float shade = mix(0.85f, 0.50f, down) + 0.16f * paint.bump.y;
-            texture.at(kSize / 2 + x, y) = {paint.colour * shade, 1};
+            float above = 0;
+            for (const Placement& placement : kCorals)
+                if (placement.model == std::string("coral_b")) {
+                    const Vec3 world = placement.toWorld(at);
+                    above += (world.y - ground.height(world.x, world.z)) / 3;
+                }
+            // Grown over by what stands on it; in its shade, and darkest where the sand begins.
+            const Vec3 c = mix(paint.colour, rgb(172, 70, 98), 0.62f);
+            const float sunny = dot(normalize(at), sun) + 0.3f * paint.bump.y;
+            const float shade = mix(0.36f, 0.60f, smoothstep(-0.1f, 0.9f, sunny)) *
+                                mix(0.7f, 1.0f, smoothstep(0.0f, 0.2f, above));
+            texture.at(kSize / 2 + x, y) = {c * shade, 1};
         }
 }
 
