@@ -38,7 +38,7 @@ Garden coral_a() {
               {face(9, 8), {-50, 0, 0}});
     rigid.add(staghorn(47, 0.34f, 9, 0.030f, pink(), 1), {face(50, 28), {-30, 0, 0}});
     rigid.add(staghorn(48, 0.30f, 9, 0.028f, green(), 1), {face(-30, 30), {-30, 0, 0}});
-    strew(rigid, 909, x, z - 0.4f, 3.2f, 14);
+    strew(rigid, 909, x, z - 0.4f, 3.2f, 14, z);
 
     Layer& soft = garden.layer();
     soft.fine = true;

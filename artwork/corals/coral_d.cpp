@@ -29,6 +29,13 @@ Garden coral_d() {
               {{x + 1.05f, y - 0.25f, z - 0.30f}, {-8, 0, 0}});
     rigid.add(rock(104, {0.40f, 0.62f, 0.34f}, 0.2f), {{x + 0.35f, y - 0.45f, z - 1.00f}});
     rigid.add(rock(105, {0.28f, 0.55f, 0.26f}, 0.2f), {{x - 0.42f, y - 0.42f, z - 1.0f}});
+    for (Growth& growth : rigid.growths)
+        growth = settled(std::move(growth));
+    // Rubble before the neighbours' feet, which would end in a line on the sand.
+    rigid.add(rock(108, {0.20f, 0.44f, 0.18f}, 0.2f), {onFloor(x + 0.86f, z - 0.70f, -0.30f)});
+    rigid.add(rock(109, {0.16f, 0.42f, 0.15f}, 0.2f), {onFloor(x + 1.20f, z - 0.66f, -0.29f)});
+    rigid.add(rock(110, {0.17f, 0.42f, 0.15f}, 0.2f), {onFloor(x - 0.74f, z - 1.06f, -0.28f)});
+    rigid.add(rock(118, {0.12f, 0.40f, 0.11f}, 0.2f), {onFloor(x - 1.06f, z - 1.04f, -0.30f)});
 
     Layer& soft = garden.layer();
     soft.fine = true;

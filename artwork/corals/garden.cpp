@@ -334,7 +334,17 @@ Vec3 onFloor(float x, float z, float lift) {
     return {x, ground.height(x, z) + lift, z};
 }
 
-void strew(Layer& layer, uint32_t seed, float x, float z, float reach, int count) {
+Growth settled(Growth growth) {
+    growth.material = [material = growth.material](Vec2 texture, Vec3 p) {
+        Paint paint = material(texture, p);
+        const float above = p.y - onFloor(p.x, p.z).y;
+        paint.colour = paint.colour * mix(0.64f, 1.0f, smoothstep(-0.05f, 0.22f, above));
+        return paint;
+    };
+    return growth;
+}
+
+void strew(Layer& shown, uint32_t seed, float x, float z, float reach, int count, float farthest) {
     Random random(seed);
     const Shades shades[] = {violet(), pink(), blue(), green(), cream()};
     for (int i = 0; i < count; ++i) {
@@ -342,6 +352,8 @@ void strew(Layer& layer, uint32_t seed, float x, float z, float reach, int count
         const Vec3 foot = onFloor(x + std::cos(angle) * away, z + std::sin(angle) * away * 0.8f);
         const float kind = random.unit();
         const uint32_t own = random.bits() % 10000;
+        Layer behind;
+        Layer& layer = foot.z < farthest ? shown : behind;
         if (kind < 0.60f) {
             layer.add(rock(own, {random.range(0.12f, 0.34f), random.range(0.08f, 0.20f),
                                  random.range(0.12f, 0.30f)}),

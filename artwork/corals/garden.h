@@ -38,8 +38,13 @@ struct Garden {
 /// A point on the sea floor, or lifted above it.
 Vec3 onFloor(float x, float z, float lift = 0);
 
-/// Stones and small corals strewn round a place, thinning outwards.
-void strew(Layer& layer, uint32_t seed, float x, float z, float reach, int count);
+/// A stony coral, in world axes, that darkens where it meets the sea floor.
+Growth settled(Growth growth);
+
+/// Stones and small corals strewn round a place, thinning outwards; none farther away than a z from
+/// where they would only peep out.
+void strew(Layer& shown, uint32_t seed, float x, float z, float reach, int count,
+           float farthest = 1e9f);
 
 /// Writes models/<model>.nlm and models/<model>.nlt below the folder.
 void paintGarden(Garden garden, const std::string& folder);
