@@ -285,8 +285,8 @@ private:
             const float u = section.u - static_cast<float>(j);
             const float t = mix(t0, t1, section.u / static_cast<float>(last));
             const Vec3 along = normalize(points[j + 1] - points[u > 0 || j == 0 ? j : j - 1]);
-            const Vec3 p = mix(points[j], points[j + 1], u) +
-                           along * (section.beyond * halfWidth(t));
+            const Vec3 p =
+                mix(points[j], points[j + 1], u) + along * (section.beyond * halfWidth(t));
             Vec3 side = normalize(cross(along, front));
             if (dot(side, sun_) < 0)
                 side = -side;

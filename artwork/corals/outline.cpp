@@ -14,33 +14,140 @@ int area(const MeshPoint& a, const MeshPoint& b, const MeshPoint& c) {
     return (b.x - a.x) * (c.y - a.y) - (b.y - a.y) * (c.x - a.x);
 }
 
+/// Whether a triangle has the middle of a texel.
+bool carries(const std::array<MeshPoint, 3>& triangle, const MeshPoint& texel) {
+    int right = 0, left = 0;
+    for (size_t c = 0; c < 3; ++c) {
+        const MeshPoint &a = triangle[c], &b = triangle[(c + 1) % 3];
+        // Twice as far as they are, for whole numbers.
+        const int side =
+            (b.x - a.x) * (2 * (texel.y - a.y) + 1) - (b.y - a.y) * (2 * (texel.x - a.x) + 1);
+        right += side >= 0;
+        left += side <= 0;
+    }
+    return right == 3 || left == 3;
+}
+
 class Outline {
 public:
-    Outline(std::vector<MeshPoint>& points, const std::vector<MeshTriangle>& triangles,
+    Outline(std::vector<MeshPoint>& points, std::vector<MeshTriangle>& triangles,
             const Image& picture, int reach)
-        : points_(points), triangles_(triangles), around_(points.size()), reach_(reach) {
+        : points_(points), triangles_(triangles), reach_(reach) {
         for (const MeshPoint& p : points) {
             width_ = std::max(width_, p.x);
             height_ = std::max(height_, p.y);
         }
         findShown(picture);
-        for (size_t t = 0; t < triangles.size(); ++t)
-            for (const int point : triangles[t])
-                around_[size_t(point)].push_back(t);
     }
 
-    /// The points of edges that only one triangle has.
-    std::set<int> rim() const {
-        std::map<std::pair<int, int>, int> edges;
-        for (const MeshTriangle& t : triangles_)
-            for (size_t c = 0; c < 3; ++c)
-                ++edges[std::minmax(t[c], t[(c + 1) % 3])];
+    /// Draws in all points along the edge of the mesh.
+    void drawIn() {
+        constexpr int kPasses = 3;
+        around_.assign(points_.size(), {});
+        for (size_t t = 0; t < triangles_.size(); ++t)
+            for (const int point : triangles_[t])
+                around_[size_t(point)].push_back(t);
         std::set<int> points;
-        for (const auto& [edge, count] : edges)
-            if (count == 1)
-                points.insert({edge.first, edge.second});
-        return points;
+        for (const auto& [edge, triangle] : rim())
+            points.insert({edge.first, edge.second});
+        for (int pass = 0; pass < kPasses; ++pass)
+            for (const int point : points)
+                drawIn(point);
     }
+
+    /// Leaves out triangles that show nothing any more.
+    void leaveOut() {
+        std::vector<MeshTriangle> left;
+        for (size_t t = 0; t < triangles_.size(); ++t)
+            if (!shownBy({t}).empty())
+                left.push_back(triangles_[t]);
+        triangles_ = left;
+    }
+
+    /// Gives edges of the mesh a point more where that saves much; it costs but a triangle.
+    void bendIn() {
+        constexpr int kWorth = 16;  // texels
+        std::map<Edge, size_t> edges = rim();
+        std::map<Edge, Bend> bends;
+        for (const auto& [edge, triangle] : edges)
+            bends[edge] = bend(edge, triangle);
+        while (!bends.empty()) {
+            const auto best = std::max_element(
+                bends.begin(), bends.end(),
+                [](const auto& a, const auto& b) { return a.second.saved < b.second.saved; });
+            if (best->second.saved < 2 * kWorth)
+                return;
+            const Edge edge = best->first;
+            const size_t triangle = edges.at(edge);
+            const int middle = static_cast<int>(points_.size());
+            points_.push_back(best->second.point);
+            triangles_.push_back(triangles_[triangle]);
+            std::replace(triangles_[triangle].begin(), triangles_[triangle].end(), edge.second,
+                         middle);
+            std::replace(triangles_.back().begin(), triangles_.back().end(), edge.first, middle);
+            bends.erase(edge);
+            edges = rim();
+            for (const size_t half : {triangle, triangles_.size() - 1})
+                for (size_t c = 0; c < 3; ++c) {
+                    const Edge side = edgeOf(half, c);
+                    if (edges.count(side))
+                        bends[side] = bend(side, half);
+                }
+        }
+    }
+
+private:
+    /// Two points, the lower index first.
+    using Edge = std::pair<int, int>;
+    /// Where the middle of an edge goes, and twice the texels that this saves.
+    struct Bend {
+        int saved = 0;
+        MeshPoint point{0, 0};
+    };
+
+    Edge edgeOf(size_t triangle, size_t c) const {
+        return std::minmax({triangles_[triangle][c], triangles_[triangle][(c + 1) % 3]});
+    }
+
+    /// The edges that only one triangle has, and that triangle.
+    std::map<Edge, size_t> rim() const {
+        std::map<Edge, std::vector<size_t>> all;
+        for (size_t t = 0; t < triangles_.size(); ++t)
+            for (size_t c = 0; c < 3; ++c)
+                all[edgeOf(t, c)].push_back(t);
+        std::map<Edge, size_t> once;
+        for (const auto& [edge, own] : all)
+            if (own.size() == 1)
+                once[edge] = own[0];
+        return once;
+    }
+
+    Bend bend(const Edge& edge, size_t triangle) const {
+        MeshPoint tip{0, 0};
+        for (const int point : triangles_[triangle])
+            if (point != edge.first && point != edge.second)
+                tip = points_[size_t(point)];
+        const MeshPoint &a = points_[size_t(edge.first)], &b = points_[size_t(edge.second)];
+        const int whole = std::abs(area(a, b, tip)), turn = area(a, b, tip) > 0 ? 1 : -1;
+        const std::vector<MeshPoint> texels = shownBy({triangle});
+        Bend best;
+        for (int y = std::min({a.y, b.y, tip.y}); y <= std::max({a.y, b.y, tip.y}); ++y)
+            for (int x = std::min({a.x, b.x, tip.x}); x <= std::max({a.x, b.x, tip.x}); ++x) {
+                const MeshPoint middle{x, y};
+                const int one = turn * area(a, middle, tip), other = turn * area(middle, b, tip);
+                const int saved = whole - one - other;
+                if (std::min(one, other) < least() || saved <= best.saved)
+                    continue;
+                if (std::all_of(texels.begin(), texels.end(), [&](const MeshPoint& texel) {
+                        return carries({a, middle, tip}, texel) || carries({middle, b, tip}, texel);
+                    }))
+                    best = {saved, middle};
+            }
+        return best;
+    }
+
+    /// Twice the area that a triangle has to have, or it would be a needle.
+    int least() const { return reach_ * reach_ / 8; }
 
     /// Moves a point to where its triangles are smallest and still show what they do.
     void drawIn(int point) {
@@ -57,7 +164,6 @@ public:
         moved = start;
     }
 
-private:
     /// A place for a point, and how large its triangles would be.
     struct Place {
         int areas;
@@ -65,7 +171,7 @@ private:
     };
 
     void findShown(const Image& picture) {
-        constexpr int kSlack = 2;  // texels; linear filtering reaches over the edge
+        constexpr int kSlack = 1;  // texels; linear filtering reaches over the edge
         shown_.assign(size_t(width_) * size_t(height_), 0);
         for (int y = 0; y < picture.height(); ++y)
             for (int x = 0; x < picture.width(); ++x) {
@@ -90,16 +196,7 @@ private:
     /// Whether any of the triangles has the middle of a texel.
     bool carried(const std::vector<size_t>& triangles, const MeshPoint& texel) const {
         return std::any_of(triangles.begin(), triangles.end(), [&](size_t t) {
-            int right = 0, left = 0;
-            for (size_t c = 0; c < 3; ++c) {
-                const MeshPoint &a = corner(t, c), &b = corner(t, c + 1);
-                // Twice as far as they are, for whole numbers.
-                const int side = (b.x - a.x) * (2 * (texel.y - a.y) + 1) -
-                                 (b.y - a.y) * (2 * (texel.x - a.x) + 1);
-                right += side >= 0;
-                left += side <= 0;
-            }
-            return right == 3 || left == 3;
+            return carries({corner(t, 0), corner(t, 1), corner(t, 2)}, texel);
         });
     }
 
@@ -123,8 +220,6 @@ private:
     /// Where a point may go without turning a triangle over or making it a needle, the smallest
     /// triangles first.
     std::vector<Place> placesFor(int point) {
-        constexpr int kStep = 2;  // texels
-        const int least = reach_ * reach_ / 6;
         const std::vector<size_t>& own = around_[size_t(point)];
         std::vector<int> turns;
         for (const size_t t : own)
@@ -132,18 +227,17 @@ private:
         MeshPoint& moved = points_[size_t(point)];
         const MeshPoint start = moved;
         std::vector<Place> places;
-        for (int y = std::max(0, start.y - reach_); y <= std::min(height_, start.y + reach_);
-             y += kStep)
+        for (int y = std::max(0, start.y - reach_); y <= std::min(height_, start.y + reach_); ++y)
             for (int x = std::max(0, start.x - reach_); x <= std::min(width_, start.x + reach_);
-                 x += kStep) {
+                 ++x) {
                 moved = {x, y};
-                int sum = 0, smallest = least;
+                int sum = 0, smallest = least();
                 for (size_t k = 0; k < own.size(); ++k) {
                     const int a = turns[k] * areaOf(own[k]);
                     smallest = std::min(smallest, a);
                     sum += a;
                 }
-                if (smallest >= least)
+                if (smallest >= least())
                     places.push_back({sum, moved});
             }
         moved = start;
@@ -155,7 +249,7 @@ private:
     }
 
     std::vector<MeshPoint>& points_;
-    const std::vector<MeshTriangle>& triangles_;
+    std::vector<MeshTriangle>& triangles_;
     std::vector<std::vector<size_t>> around_;  ///< each point's triangles
     std::vector<char> shown_;                  ///< by texel, and a little beyond it
     int width_ = 0, height_ = 0, reach_;
@@ -163,14 +257,14 @@ private:
 
 }  // namespace
 
-void tightenOutline(std::vector<MeshPoint>& points, const std::vector<MeshTriangle>& triangles,
+void tightenOutline(std::vector<MeshPoint>& points, std::vector<MeshTriangle>& triangles,
                     const Image& picture, int reach) {
-    constexpr int kPasses = 2;
     Outline outline(points, triangles, picture, reach);
-    const std::set<int> rim = outline.rim();
-    for (int pass = 0; pass < kPasses; ++pass)
-        for (const int point : rim)
-            outline.drawIn(point);
+    outline.drawIn();
+    outline.leaveOut();
+    outline.bendIn();
+    outline.drawIn();
+    outline.leaveOut();
 }
 
 }  // namespace art

@@ -16,9 +16,9 @@ struct MeshPoint {
 using MeshTriangle = std::array<int, 3>;
 
 /// Draws the points along the edge of a mesh in, up to `reach` texels at a time, as far as what is
-/// shown allows: clear texels, too, hide what is drawn after them and lies behind. Triangles keep
-/// their way round, and what they showed together they still show.
-void tightenOutline(std::vector<MeshPoint>& points, const std::vector<MeshTriangle>& triangles,
+/// shown allows: clear texels, too, hide what is drawn after them and lies behind. What they showed
+/// together they still show. Triangles that show nothing are left out, and a few are halved.
+void tightenOutline(std::vector<MeshPoint>& points, std::vector<MeshTriangle>& triangles,
                     const Image& picture, int reach);
 
 }  // namespace art
