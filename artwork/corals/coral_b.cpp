@@ -493,7 +493,7 @@ void paintBranches(Image& texture) {
         picture.y = -kSize / 2;
         picture.width = kStrip;
         picture.height = kSize;
-        draw(layer, camera, light, nullptr, picture);
+        draw(layer, camera, light, nullptr, {}, picture);
         bleed(picture.image, kStrip);
         soften(picture.image);
         for (int y = 0; y < kSize; ++y)

@@ -18,7 +18,7 @@ Garden coral_f() {
     rigid.add(plates(117, 0.55f, 8, rgb(160, 132, 48), rgb(236, 214, 92)),
               {{x - 0.55f, y + 0.25f, z - 0.75f}, {-25, 0, 0}});
     rigid.add(brain(115, {0.42f, 0.36f, 0.42f}, rgb(236, 176, 150), rgb(150, 86, 84)),
-              {{x - 1.35f, y + 0.0f, z - 0.95f}});
+              {{x - 1.08f, y + 0.0f, z - 1.0f}});
     // None before the fans' stone: what is drawn later there would have holes.
     strew(rigid, 913, x - 1.0f, z - 0.1f, 1.7f, 8);
 

@@ -24,7 +24,7 @@ Garden coral_g() {
     soft.fine = true;
     soft.add(fan(126, 1.7f, rgb(186, 96, 20), rgb(255, 206, 84)),
              {{x - 1.9f, y + 0.4f, z - 0.2f}, {0, 10, 8}});
-    soft.add(staghorn(124, 1.4f, 13, 0.070f, green(), 3), {{x + 1.7f, y + 0.5f, z - 0.6f}});
+    soft.add(staghorn(124, 1.4f, 13, 0.070f, green(), 3), {{x + 1.7f, y + 0.64f, z - 0.85f}});
     soft.add(sponges(125, 1.3f, 5, rgb(140, 78, 176), rgb(220, 166, 238)),
              {{x - 1.1f, y + 0.8f, z - 0.8f}});
     return garden;

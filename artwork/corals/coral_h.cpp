@@ -8,7 +8,7 @@ Garden coral_h() {
     garden.placement = kCorals[9];
     garden.width = 1024;
     garden.height = 256;
-    garden.cell = 17;
+    garden.cell = 18;
     garden.tiling = 3;
     const float x = 8.1f, y = -7.3f, z = 21.4f;
 
@@ -26,7 +26,7 @@ Garden coral_h() {
     Layer& soft = garden.layer();
     soft.fine = true;
     soft.add(staghorn(138, 1.25f, 14, 0.056f, cream(), 3), {{x + 0.55f, y + 0.3f, z + 0.35f}});
-    soft.add(staghorn(136, 1.0f, 12, 0.052f, blue(), 3), {{x - 1.25f, y + 0.10f, z - 0.15f}});
+    soft.add(staghorn(136, 1.0f, 12, 0.052f, blue(), 3), {{x - 1.55f, y + 0.10f, z - 0.35f}});
     soft.add(anemone(135, 1.0f, 240), {{x + 1.65f, y + 0.42f, z - 0.45f}, {-10, 0, 0}});
     soft.add(sponges(139, 0.9f, 4, rgb(236, 120, 30), rgb(255, 196, 92)),
              {{x + 0.15f, y + 0.15f, z - 1.15f}});

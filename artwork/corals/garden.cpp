@@ -407,19 +407,23 @@ void paintGarden(Garden garden, const std::string& folder) {
     Image texture(garden.width, garden.height, {{}, 0});
     Relief relief;
     Cutter cutter(garden, camera, ground);
+    std::vector<const Picture*> earlier;
     for (size_t i = 0; i < pictures.size(); ++i) {
         Picture& picture = pictures[i];
         const Layer& layer = garden.layers[i];
         std::optional<Light> own;
         if (layer.apart)
             own.emplace(std::vector<const Mesh*>{&layer.growths[0].mesh});
-        draw(layer, camera, own ? *own : light, garden.cut ? &ground : nullptr, picture);
+        draw(layer, camera, own ? *own : light, garden.cut ? &ground : nullptr, earlier, picture);
         if (layer.fine)
             soften(picture, 0.36f * scale / kPixels);
         for (int y = 0; y < picture.height; ++y)
             for (int x = 0; x < picture.width; ++x)
                 texture.at(picture.at_x + x, picture.at_y + y) = picture.image.at(x, y);
         cutter.cut(picture, layer.nearer, relief);
+        // From elsewhere, too, a foot would show where it is hidden from here.
+        if (garden.cut)
+            earlier.push_back(&picture);
     }
     bleed(texture, 12);
 

@@ -371,7 +371,7 @@ Growth plates(uint32_t seed, float radius, int count, Vec3 low, Vec3 high) {
     bendByHeight(growth, radius, 0.015f * radius);
     growth.material = [=](Vec2 t, Vec3 p) {
         Vec3 c = mix(low, high, smoothstep(0.05f, 0.8f, t.y));
-        c = mix(c, rgb(255, 247, 212), smoothstep(0.90f, 0.985f, t.y));
+        c = mix(c, rgb(255, 238, 176), 0.75f * smoothstep(0.91f, 0.985f, t.y));
         const float ribs = std::sin(t.x * 120 + 3 * std::sin(t.y * 9));
         const Cell cup = cellNoise(Vec2{t.x * 26, t.y * 22}, seed + 1);
         c = c * (0.94f + 0.08f * ribs) *
@@ -399,13 +399,13 @@ Growth leather(uint32_t seed, float radius) {
             const float r =
                 radius * t * (1 + (0.07f * std::sin(angle * 3 + where) + 0.15f * fold) * t * t);
             const float y =
-                radius * (0.50f + 0.20f * t * t - 0.24f * t * t * t * t + 0.20f * fold * t * t * t);
+                radius * (0.50f + 0.24f * t * t - 0.24f * t * t * t * t + 0.26f * fold * t * t * t);
             return Vec3{std::cos(angle) * r, y, std::sin(angle) * r};
         }
         const float u = t - 1;
         const float r = radius * mix(1.0f + 0.15f * fold, 0.36f, std::sqrt(u));
         const float y = radius * (mix(0.46f, -0.15f, u) - 0.16f * std::sin(kPi * std::sqrt(u)) +
-                                  0.20f * fold * (1 - u));
+                                  0.26f * fold * (1 - u) + 0.04f * (1 - u));
         return Vec3{std::cos(angle) * r, y, std::sin(angle) * r};
     };
     for (int j = 0; j <= kTop + kFoot; ++j)
@@ -418,7 +418,7 @@ Growth leather(uint32_t seed, float radius) {
     skin(cap.mesh, 0, kTop + kFoot, kAround);
     bendByHeight(cap, radius * 0.7f, 0.03f * radius);
     cap.material = [seed, folds](Vec2 t, Vec3 p) {
-        Vec3 c = mix(rgb(216, 138, 104), rgb(246, 186, 140),
+        Vec3 c = mix(rgb(236, 156, 118), rgb(255, 200, 150),
                      clamp01(0.5f + 0.8f * fractalNoise(p * 3, 3, seed + 1)));
         c = c * mix(1.0f, 0.80f, smoothstep(1.1f, 2.0f, t.y));
         // The clefts keep their shade, the lobes are worn pale.

@@ -81,6 +81,18 @@ void trace(const Mesh& mesh, int growth, const Camera& camera, const Picture& pi
     }
 }
 
+/// Depth of what was drawn at a place of the camera's picture; very far where that is not solid.
+float solidDepth(const std::vector<const Picture*>& pictures, int x, int y) {
+    float nearest = 1e9f;
+    for (const Picture* const picture : pictures) {
+        const int column = x - picture->x, row = y - picture->y;
+        if (column >= 0 && row >= 0 && column < picture->width && row < picture->height &&
+            picture->image.at(column, row).alpha >= 1)
+            nearest = std::min(nearest, picture->depth[picture->index(column, row)]);
+    }
+    return nearest;
+}
+
 }  // namespace
 
 Picture frame(const Layer& layer, const Camera& camera) {
@@ -134,7 +146,8 @@ void soften(Picture& picture, float sigma) {
 }
 
 void draw(const Layer& layer, const Camera& camera, const Light& light, const Ground* ground,
-          Picture& picture) {
+          const std::vector<const Picture*>& earlier, Picture& picture) {
+    constexpr float kWithin = 0.02f;  // world units
     picture.image = Image(picture.width, picture.height, {{}, 0});
     const int width = picture.width * kSamples, height = picture.height * kSamples;
     std::vector<Hit> hits(size_t(width) * size_t(height));
@@ -148,12 +161,13 @@ void draw(const Layer& layer, const Camera& camera, const Light& light, const Gr
     picture.bend.assign(texels, 0);
     parallelFor(picture.height, [&](int row) {
         for (int column = 0; column < picture.width; ++column) {
+            const float solid = solidDepth(earlier, picture.x + column, picture.y + row);
             Vec3 colour;
             float depth = 0, bend = 0, covered = 0;
             for (int s = 0; s < kSamples * kSamples; ++s) {
                 const int x = column * kSamples + s % kSamples, y = row * kSamples + s / kSamples;
                 const Hit& hit = hits[size_t(y) * size_t(width) + size_t(x)];
-                if (hit.growth < 0)
+                if (hit.growth < 0 || hit.depth > solid + kWithin)
                     continue;
                 const Growth& growth = layer.growths[size_t(hit.growth)];
                 const auto& corner = growth.mesh.triangles[size_t(hit.triangle)];

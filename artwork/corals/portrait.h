@@ -76,8 +76,8 @@ Picture frame(const Layer& layer, const Camera& camera);
 void soften(Picture& picture, float sigma);
 
 /// Draws a layer into its rectangle; what lies outside is left out, and so is what the sea floor
-/// hides, if there is one.
+/// hides, if there is one, and what earlier pictures hide, so that feet end in the stone below.
 void draw(const Layer& layer, const Camera& camera, const Light& light, const Ground* ground,
-          Picture& picture);
+          const std::vector<const Picture*>& earlier, Picture& picture);
 
 }  // namespace art
