@@ -177,31 +177,49 @@ void Builder::pairedFin(const Fin& fin, float side) {
     grid(first, fin.columns, fin.rows);
 }
 
-// A fan round one middle: the sheet has its darkness from the middle (u 0) to the rim (u 1). It
-// ends where nothing more is seen of it, since all of it hides what is drawn later. Fish swim
-// equally high: the middle is raised a little, so that two shadows that meet are not in one plane.
+// Body and tail as the sun sees them from high above: a strip along the fish, its sheet dark from
+// the middle (u 0) to the rim (u 1). It ends where nothing more is seen of it, since all of it
+// hides what is drawn later. Fish swim equally high: the middle is raised a little, so that two
+// shadows that meet are not in one plane.
 void Builder::shadow() {
-    constexpr int kRound = 14;
     constexpr float kRimmed = 0.80f;
     constexpr float kRaised = 0.02f;  // share of the depth
+    /// Where along the shadow, how wide there, and how dark in the middle.
+    struct Station {
+        float along, width, u;
+    };
+    constexpr Station kStations[] = {{0.08f, 0.58f, 0.20f}, {0.24f, 0.95f, 0},
+                                     {0.42f, 1.00f, 0},     {0.58f, 0.78f, 0.10f},
+                                     {0.74f, 0.40f, 0.30f}, {0.88f, 0.58f, 0.35f}};
     const Shadow& s = fish_.shadow;
     if (s.depth <= 0)
         return;
-    const float middle = (s.front + s.back) / 2, half = kRimmed * (s.back - s.front) / 2;
-    const auto point = [&](Vec2 flat, float u) {
+    const auto point = [&](float x, float along, float u) {
         const float down = s.depth * (1 - kRaised * (1 - u / kRimmed));
-        return add({flat.x, flat.y, -down / fish_.length}, onSheet(Part::SHADOW, u, 0.5f));
+        return add({x, mix(s.front, s.back, along), -down / fish_.length},
+                   onSheet(Part::SHADOW, u, 0.5f));
     };
-    const int hub = point({0, middle - 0.12f * half}, 0);
-    for (int k = 0; k < kRound; ++k) {
-        const float turn = 2 * kPi * static_cast<float>(k) / kRound;
-        const float along = -std::cos(turn);
-        // Fullest before the middle, drawn out towards the tail.
-        point({kRimmed * s.width * std::sin(turn) * (1 - 0.30f * along), middle + half * along},
-              kRimmed);
+    const int nose = point(0, 0, kRimmed);
+    int last = -1;
+    for (const Station& station : kStations) {
+        const int right = point(s.width * station.width, station.along, kRimmed);
+        const int middle = point(0, station.along, station.u);
+        const int left = point(-s.width * station.width, station.along, kRimmed);
+        if (last < 0) {
+            mesh.triangle(nose, middle, right);
+            mesh.triangle(nose, left, middle);
+        } else {
+            mesh.quad(last, last + 1, middle, right);
+            mesh.quad(last + 1, last + 2, left, middle);
+        }
+        last = right;
     }
-    for (int k = 0; k < kRound; ++k)
-        mesh.triangle(hub, hub + 1 + k, hub + 1 + (k + 1) % kRound);
+    // The tail is forked.
+    const int fork = point(0, 0.94f, kRimmed);
+    for (const float side : {1.0f, -1.0f}) {
+        const int tip = point(side * 0.50f * s.width, 1, kRimmed);
+        mesh.quad(last + 1, fork, tip, side > 0 ? last : last + 2);
+    }
 }
 
 /// The bent axis of one frame, sampled from before the snout to beyond the longest streamer.

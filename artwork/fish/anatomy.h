@@ -93,7 +93,7 @@ struct Swim {
 struct Shadow {
     float depth = 0;                     ///< File units below the model's origin; 0 for none.
     float width = 0.30f;                 ///< Half width, body lengths.
-    float front = -0.12f, back = 1.32f;  ///< Where it begins and ends along the fish.
+    float front = -0.05f, back = 1.28f;  ///< Where it begins and ends along the fish.
 };
 
 struct Fish {

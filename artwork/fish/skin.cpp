@@ -220,10 +220,7 @@ void saveSkin(const Fish& fish, const Skin& skin, int size, const std::string& p
                 return {bodyColour(fish, skin, bodyPoint(fish.body, u, v)),
                         1 - smoothstep(kTailRoot, 1.0f, u)};
             if (shadow) {
-                // A small core in a wide half-shade.
-                const float core = 1 - smoothstep(0.0f, 0.48f, u),
-                            half = 1 - smoothstep(0.10f, 0.84f, u);
-                return {kShade, skin.shade * (0.30f * core + 0.70f * half)};
+                return {kShade, skin.shade * (1 - smoothstep(0.20f, 0.84f, u))};
             }
             if (which == Part::EYE)
                 return eyePixel(skin.eye, u, v);

@@ -34,7 +34,7 @@ struct Skin {
     std::function<Pixel(const FinPoint&)> fin;
     Detail detail;
     EyeLook eye;
-    float shade = 0.64f;  ///< Darkness of the shadow's middle.
+    float shade = 0.42f;  ///< Darkness of the shadow's middle.
 };
 
 /// The look of a fin: rays from root to margin with thin skin between them.

@@ -155,26 +155,35 @@ Grid calm(uint32_t seed, int frame) {
     return grid;
 }
 
-/// As film takes it: the more light, the slower it grows brighter, so a line is white only along
-/// its middle and falls off gently into its cell. Red is bright first and blue last: warm round a
-/// line. In calm water the light stays spread out.
+/// What one colour of a line becomes, as film takes it: the more light, the slower it grows
+/// brighter. So much light is halfway to white in the core, so much in the glow.
+struct Film {
+    float dark, core, glow;
+};
+
+float exposed(const Film& film, float core, float glow) {
+    const float c = std::pow(core / film.core, 6.0f), g = std::pow(glow / film.glow, 3.0f);
+    return mix(film.dark, 1, std::min(1.0f, 0.7f * c / (1 + c) + 0.6f * g / (1 + g)));
+}
+
+/// A line is a thin white core in a glow that falls off gently into the cell. Red is bright first
+/// and blue last: warm round a line. In calm water the light stays spread out.
 Image develop(const Grid& gathered, const Grid& calmness) {
     const Grid light = blurred(gathered, 2);
-    const Grid halo = blurred(gathered, 8);
+    const Grid near = blurred(gathered, 5);
+    const Grid halo = blurred(gathered, 9);
     const Grid spread = blurred(gathered, 24);
-    const Vec3 between{0.755f, 0.776f, 0.733f};
-    const Vec3 half{1.187f, 1.253f, 1.361f};  // so much light is halfway to white
-    const auto exposed = [](float dark, float half_way, float e) {
-        const float q = std::pow(e / half_way, 3.9f);
-        return mix(dark, 1, std::min(1.0f, 1.05f * q / (1 + q)));
-    };
+    constexpr Film kRed{0.750f, 1.567f, 1.283f}, kGreen{0.770f, 1.654f, 1.350f},
+        kBlue{0.725f, 1.797f, 1.553f};
     Image image(kSize, kSize);
     for (int y = 0; y < kSize; ++y)
         for (int x = 0; x < kSize; ++x) {
             const size_t i = size_t(y * kSize + x);
-            const float e = mix(mix(light[i], halo[i], 0.31f), spread[i], 0.7f * calmness[i]);
-            image.at(x, y).colour = {exposed(between.x, half.x, e), exposed(between.y, half.y, e),
-                                     exposed(between.z, half.z, e)};
+            const float calm = 0.7f * calmness[i];
+            const float core = mix(mix(light[i], near[i], 0.31f), spread[i], calm);
+            const float glow = mix(halo[i], spread[i], calm);
+            image.at(x, y).colour = {exposed(kRed, core, glow), exposed(kGreen, core, glow),
+                                     exposed(kBlue, core, glow)};
         }
     return image;
 }
