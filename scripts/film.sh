@@ -1,6 +1,6 @@
 #!/bin/sh
 # Films the scene as a loop of ten seconds: the automatic camera rests over the water, comes down
-# and rests before the reef; the last second fades into the first.
+# and rests before the reef; its end dissolves quickly into its beginning.
 #   film.sh [OUT.webp] [--video OUT.mp4|OUT.webm] [--size WxH] [--fps N] [--quality Q] [--seed N]
 #   [--day]
 # With --day a whole day passes instead, in twenty seconds: the reef in the forenoon, the sky from
@@ -49,12 +49,13 @@ esac
 folder=$(mktemp -d)
 trap 'rm -rf "$folder"' EXIT
 
-# What the film shows: its pictures from `from` on, so many seconds and one more to fade with.
-seconds=10 fade=1
+# What the film shows: its pictures from `from` on, so many seconds, and some more to dissolve with:
+# longer, two views would lie over each other.
+seconds=10 dissolved=$(((fps * 2 + 4) / 5))
 # The camera leaves the reef after ten seconds, needs 25 degrees and rests for two seconds.
 speed=6 rest=2
 printf 'CameraSpeed=%s\nCameraFixTop=%s\n' "$speed" "$rest" >"$folder/settings"
-from=$(awk "BEGIN { print 10 + 25 / $speed + $rest - 1 - $fade }")
+from=$(awk "BEGIN { print 10 + 25 / $speed + $rest - 2 }")
 if [ -n "$day" ]; then
     # The camera's round is as long as the film: before the reef in the forenoon, over the water
     # from sunset until after midnight.
@@ -65,17 +66,19 @@ else
     set --
 fi
 "$top/scripts/snapshot.sh" "$folder/film.png" --view automatic --config "$folder/settings" \
-    --seconds "$from" --frames $(((seconds + fade) * fps)) --fps "$fps" \
+    --seconds "$from" --frames $((seconds * fps + dissolved)) --fps "$fps" \
     --seed "$seed" --size "$size" --samples 4 "$@"
 
 # film OUT [ENCODER OPTIONS...]: the loop, in the format that OUT's ending names.
 film() {
     out=$1
     shift
+    fade=$(awk "BEGIN { print $dissolved / $fps }")
     ffmpeg -v error -y \
-        -framerate "$fps" -start_number $((fade * fps)) -i "$folder/film-%04d.png" \
+        -framerate "$fps" -start_number "$dissolved" -i "$folder/film-%04d.png" \
         -framerate "$fps" -t "$fade" -i "$folder/film-%04d.png" \
-        -filter_complex "[0][1]xfade=duration=$fade:offset=$((seconds - fade))" "$@" "$out"
+        -filter_complex "[0][1]xfade=duration=$fade:offset=$(awk "BEGIN { print $seconds - $fade }")" \
+        "$@" "$out"
     echo "$out: $(wc -c <"$out") bytes"
 }
 

@@ -91,7 +91,8 @@ Pixel finColour(const FinPoint& p) {
     }
     if (p.part == Part::PECTORAL)
         return finPixel(p, {rgb(220, 228, 220), rgb(240, 244, 236), 9, 0.70f, 0.40f});
-    return finPixel(p, {rgb(196, 206, 180), rgb(238, 226, 150), 14, 0.85f, 0.50f, 0.25f, 0.08f});
+    // Hardly clear: what swims behind the fin may be drawn later, and would be missing there.
+    return finPixel(p, {rgb(196, 206, 180), rgb(238, 226, 150), 14, 0.96f, 0.84f, 0.25f, 0.08f});
 }
 
 }  // namespace

@@ -14,7 +14,7 @@ using namespace art;
 namespace {
 
 /// File units per unit of the drawing: the eye finds the gull first, wherever on its way it is.
-constexpr float kSize = 2.6f;
+constexpr float kSize = 3.0f;
 constexpr int kGlide = 20, kBetween = 3, kFly = 20, kFrames = kGlide + kBetween + kFly;
 
 // Body: 0 at the bill's tip, 1 at the root of the tail; heights and widths in file units.

@@ -133,12 +133,12 @@ void Manta::whip() {
 }
 
 /// Degrees the disc slopes upwards at a distance from the middle. The beat starts at the body and
-/// runs outwards, its tips come late; they rise higher than they fall, as when gliding.
+/// runs outwards, its tips come late. Higher up the two wings, seen from the side, would be one.
 float slope(float along, float turns) {
     const float reach = smoothstep(0.05f, 0.75f, along);
     const float late = 0.16f * along + 0.06f * along * along;
     const float beat = std::sin(2 * kPi * (turns - late));
-    return reach * (7 + 28 * beat) + 5 * smoothstep(0.6f, 1.0f, along);
+    return reach * (28 * beat - 1) + 4 * smoothstep(0.6f, 1.0f, along);
 }
 
 /// Degrees the whole animal leans to its right: it rocks a little with the beat.
