@@ -183,7 +183,7 @@ void Builder::pairedFin(const Fin& fin, float side) {
 // shadows that meet are not in one plane.
 void Builder::shadow() {
     constexpr float kRimmed = 0.80f;
-    constexpr float kRaised = 0.02f;  // share of the depth
+    constexpr float kRaised = 0.6f;  // file units: from the flat angle of the eye no ridge
     /// Where along the shadow, how wide there, and how dark in the middle.
     struct Station {
         float along, width, u;
@@ -195,7 +195,7 @@ void Builder::shadow() {
     if (s.depth <= 0)
         return;
     const auto point = [&](float x, float along, float u) {
-        const float down = s.depth * (1 - kRaised * (1 - u / kRimmed));
+        const float down = s.depth - kRaised * (1 - u / kRimmed);
         return add({x, mix(s.front, s.back, along), -down / fish_.length},
                    onSheet(Part::SHADOW, u, 0.5f));
     };

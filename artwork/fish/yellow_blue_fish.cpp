@@ -46,7 +46,7 @@ float lines(Vec2 side, float& outline) {
     const float spread = 1 + 0.45f * (side.x - 0.55f);
     const float wave = 0.010f * std::sin(side.x * 27 + side.y * 9) +
                        0.006f * std::sin(side.x * 51 - side.y * 31 + 1.3f);
-    const float k = (side.y + wave) / (0.060f * spread) + 0.25f;
+    const float k = (side.y + wave) / (0.076f * spread) + 0.25f;
     const float f = std::fabs(k - std::floor(k) - 0.5f);
     const float width = 0.155f + 0.04f * std::sin(side.x * 13 + std::floor(k) * 2.1f);
     outline = smoothstep(width + 0.14f, width + 0.03f, f);

@@ -143,6 +143,8 @@ void foam(Image& image, const Shore& shore, float thickness, float reach, float 
                 near = std::max(
                     near, foot[size_t(x + a)].alpha * (1 - std::fabs(static_cast<float>(a)) /
                                                                (static_cast<float>(aside) + 1)));
+        // Not to the card's sides, where it would be cut off.
+        near *= smoothstep(6, 48, static_cast<float>(std::min(x, image.width() - 1 - x)));
         const float u = span * static_cast<float>(x) / static_cast<float>(image.width());
         const float swell = 1.6f * thickness * fractalNoise({u * 0.4f, 0.5f, 0.5f}, 3, 5);
         const float broken = smoothstep(-0.10f, 0.32f, fractalNoise({u * 0.7f, 2.5f, 0.5f}, 3, 3));

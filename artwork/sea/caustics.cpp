@@ -41,10 +41,9 @@ std::vector<Wave> chooseWaves(uint32_t seed) {
             if (random.unit() < 0.35f)
                 continue;
             const float direction = random.unit() < 0.5f ? 1.0f : -1.0f;
-            const float cycles = 0.55f * std::sqrt(k) * random.range(0.8f, 1.6f);
-            waves.push_back({kx, ky,
-                             static_cast<int>(direction * std::max(1.0f, std::round(cycles))),
-                             amplitude, random.range(0, 2 * kPi)});
+            // The loop is short: what went through it more than once would boil.
+            waves.push_back(
+                {kx, ky, static_cast<int>(direction), amplitude, random.range(0, 2 * kPi)});
         }
     return waves;
 }
@@ -173,8 +172,8 @@ Image develop(const Grid& gathered, const Grid& calmness) {
     const Grid near = blurred(gathered, 5);
     const Grid halo = blurred(gathered, 9);
     const Grid spread = blurred(gathered, 24);
-    constexpr Film kRed{0.750f, 1.567f, 1.283f}, kGreen{0.770f, 1.654f, 1.350f},
-        kBlue{0.725f, 1.797f, 1.553f};
+    constexpr Film kRed{0.750f, 1.482f, 1.283f}, kGreen{0.770f, 1.565f, 1.350f},
+        kBlue{0.725f, 1.700f, 1.553f};
     Image image(kSize, kSize);
     for (int y = 0; y < kSize; ++y)
         for (int x = 0; x < kSize; ++x) {

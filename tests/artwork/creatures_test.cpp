@@ -353,8 +353,9 @@ TEST(Fish, DropShadowsOnTheSand) {
             ++found;
             front = std::max(front, p.y);
             const float y = fish.swims + p.z * fish.scale;
-            EXPECT_GT(y, -7.4f) << fish.model << " sinks into the sand";
-            EXPECT_LT(y, -6.8f) << fish.model << " floats";
+            // The sand before the reef; around the hills it rises, and whatever it cuts has a hard edge.
+            EXPECT_GT(y, -7.1f) << fish.model << " sinks into the sand";
+            EXPECT_LT(y, -6.5f) << fish.model << " floats";
         }
         EXPECT_GE(found, 13u) << fish.model;
         EXPECT_NEAR(front, nose, 6) << fish.model;
