@@ -111,11 +111,14 @@ void sink(Image& image, const Shore& shore, float depth, TINT light) {
             reflection.colour = mix(reflection.colour, deep, 0.45f);
             reflection.alpha *= 0.42f * std::pow(1 - k, 1.2f);
             Pixel seen = over(reflection, ground);
-            // Below the level of the sea the saver's water covers all this; a bay must not end
-            // there.
-            if (static_cast<float>(y) < shore.level)
-                seen.colour =
-                    mix(seen.colour, deep, 0.7f * smoothstep(0, shore.level - waterline, down));
+            // Below the level of the sea the saver's waves cover all this; a bay must not end where
+            // they begin.
+            const float in = shore.level - waterline;
+            if (in > 0) {
+                const float bay = smoothstep(0, in, down) * smoothstep(0, 6, in);
+                const float waves = static_cast<float>(y) - shore.level;
+                seen.colour = mix(seen.colour, deep, 0.7f * bay * smoothstep(12, 3, waves));
+            }
             image.at(x, y) = seen;
         }
     }
