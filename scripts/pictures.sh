@@ -62,7 +62,7 @@ close_up school school 11 15 bottom 640
 close_up hunter hunter 11 19 bottom 720
 close_up big-fish big 2 18 bottom 800
 close_up manta manta 4 22 bottom 560
-close_up gull gull 3 42 middle 480
+close_up gull gull 3 42 middle 600
 
 # A quarter of a minute in the real XScreenSaver, the camera's first way up; they differ from time
 # to time.
