@@ -353,7 +353,7 @@ TEST(Fish, DropShadowsOnTheSand) {
             ++found;
             front = std::max(front, p.y);
             const float y = fish.swims + p.z * fish.scale;
-            // The sand before the reef; around the hills it rises, and whatever it cuts has a hard edge.
+            // The sand before the reef lies at -7.2 or lower; what it cuts gets a hard edge.
             EXPECT_GT(y, -7.1f) << fish.model << " sinks into the sand";
             EXPECT_LT(y, -6.5f) << fish.model << " floats";
         }
