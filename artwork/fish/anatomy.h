@@ -88,8 +88,8 @@ struct Swim {
     float rear = 1.6f;    ///< More leaves more of the sway to the rear end.
 };
 
-/// A dark pool on the sand below: soft, and bending with the fish. It turns with it too, so it
-/// cannot keep the sun's side; it lies under the fish, a little larger.
+/// A soft shape of body and tail on the sand below, bending with the fish. It turns with it too, so
+/// it cannot keep the sun's side; it lies under the fish, a little larger.
 struct Shadow {
     float depth = 0;                     ///< File units below the model's origin; 0 for none.
     float width = 0.30f;                 ///< Half width, body lengths.

@@ -72,7 +72,7 @@ Fish bigFish() {
     f.fins = {tail, dorsal, anal, pelvic, pectoral};
     f.eye = {{0.130f, 0.062f}, 0.024f, 0.35f};
     f.swim = {19, 0.75f, 0.08f};
-    f.shadow.depth = 19;
+    f.shadow.depth = 23;
     f.shadow.width = 0.26f;
     f.length = 62;
     f.centre = 0.56f;

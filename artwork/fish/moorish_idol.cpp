@@ -84,7 +84,7 @@ Fish anatomy() {
     f.fins = {tail, dorsal, anal, pelvic, pectoral, streamer};
     f.eye = {{0.212f, 0.072f}, 0.027f, 0.28f};
     f.swim = {17, 0.65f, 0.10f};
-    f.shadow.depth = 170;
+    f.shadow.depth = 188;
     f.length = 43;
     f.centre = 0.60f;
     return f;

@@ -27,7 +27,7 @@ Fish anatomy() {
         {0.520f, 0.000f}, {0.545f, -0.055f}, {0.480f, -0.115f}, {0.395f, -0.150f}};
     f.eye = {{0.132f, 0.060f}, 0.030f, 0.30f};
     f.length = 47;
-    f.shadow.depth = 13.6f;
+    f.shadow.depth = 16.4f;
     return f;
 }
 

@@ -82,6 +82,7 @@ void bend(Image& image, const Shore& shore) {
             const float next = clamp01(from - static_cast<float>(row));
             const Pixel a = straight.at(x, row);
             const Pixel b = straight.at(x, std::min(row + 1, image.height() - 1));
+            // By opacity: clear texels are black.
             const float alpha = mix(a.alpha, b.alpha, next);
             const float share = alpha > 0 ? next * b.alpha / alpha : next;
             image.at(x, y) = {mix(a.colour, b.colour, share), alpha};
@@ -129,6 +130,7 @@ void sink(Image& image, const Shore& shore, float depth, TINT light) {
 /// with long gaps.
 void foam(Image& image, const Shore& shore, float thickness, float reach, float span, TINT light) {
     constexpr int kSlope = 30;
+    // On the screen as far from the land on every card.
     const int aside = static_cast<int>(360 / span);
     // Rocks stand too steep to be washed far up.
     const float washes = smoothstep(1, 4, reach);

@@ -178,9 +178,9 @@ Image develop(const Grid& gathered, const Grid& calmness) {
     for (int y = 0; y < kSize; ++y)
         for (int x = 0; x < kSize; ++x) {
             const size_t i = size_t(y * kSize + x);
-            const float calm = 0.7f * calmness[i];
-            const float core = mix(mix(light[i], near[i], 0.31f), spread[i], calm);
-            const float glow = mix(halo[i], spread[i], calm);
+            const float spreads = 0.7f * calmness[i];
+            const float core = mix(mix(light[i], near[i], 0.31f), spread[i], spreads);
+            const float glow = mix(halo[i], spread[i], spreads);
             image.at(x, y).colour = {exposed(kRed, core, glow), exposed(kGreen, core, glow),
                                      exposed(kBlue, core, glow)};
         }
