@@ -7,12 +7,12 @@ namespace {
 
 Fish anatomy() {
     Fish f;
-    f.body.top = {{0, 0.004f},     {0.03f, 0.034f}, {0.10f, 0.080f},
-                  {0.22f, 0.128f}, {0.38f, 0.152f}, {0.55f, 0.136f},
-                  {0.75f, 0.080f}, {0.92f, 0.034f}, {1.0f, 0.030f}};
-    f.body.bottom = {{0, -0.016f},     {0.03f, -0.044f}, {0.10f, -0.090f},
-                     {0.22f, -0.134f}, {0.38f, -0.156f}, {0.55f, -0.138f},
-                     {0.75f, -0.076f}, {0.92f, -0.032f}, {1.0f, -0.030f}};
+    f.body.top = {{0, 0.002f},     {0.03f, 0.026f}, {0.10f, 0.062f},
+                  {0.22f, 0.098f}, {0.38f, 0.116f}, {0.55f, 0.104f},
+                  {0.75f, 0.062f}, {0.92f, 0.028f}, {1.0f, 0.025f}};
+    f.body.bottom = {{0, -0.014f},     {0.03f, -0.036f}, {0.10f, -0.072f},
+                     {0.22f, -0.106f}, {0.38f, -0.122f}, {0.55f, -0.108f},
+                     {0.75f, -0.060f}, {0.92f, -0.027f}, {1.0f, -0.025f}};
     f.body.width = {{0, 0.008f},     {0.04f, 0.028f}, {0.14f, 0.058f}, {0.32f, 0.076f},
                     {0.55f, 0.064f}, {0.80f, 0.029f}, {0.95f, 0.012f}, {1.02f, 0.0f}};
     f.body.widest = 0.52f;
@@ -22,23 +22,23 @@ Fish anatomy() {
 
     Fin tail;
     tail.part = Part::TAIL;
-    tail.root = {{0.895f, 0.040f}, {0.905f, 0}, {0.895f, -0.038f}};
+    tail.root = {{0.895f, 0.034f}, {0.905f, 0}, {0.895f, -0.032f}};
     tail.flare = 1.7f;
     tail.margin = {
-        {1.23f, 0.225f}, {1.135f, 0.090f}, {1.06f, 0}, {1.135f, -0.090f}, {1.23f, -0.225f}};
+        {1.21f, 0.190f}, {1.125f, 0.080f}, {1.06f, 0}, {1.125f, -0.080f}, {1.21f, -0.190f}};
     tail.columns = 8;
     tail.rows = 3;
 
     Fin dorsal;
     dorsal.part = Part::DORSAL;
-    dorsal.root = {{0.36f, 0.132f}, {0.56f, 0.115f}, {0.84f, 0.040f}};
-    dorsal.margin = {{0.45f, 0.238f}, {0.52f, 0.195f}, {0.64f, 0.148f}, {0.89f, 0.062f}};
+    dorsal.root = {{0.36f, 0.100f}, {0.56f, 0.087f}, {0.84f, 0.033f}};
+    dorsal.margin = {{0.45f, 0.172f}, {0.52f, 0.142f}, {0.64f, 0.108f}, {0.89f, 0.048f}};
     dorsal.columns = 6;
 
     Fin anal;
     anal.part = Part::ANAL;
-    anal.root = {{0.56f, -0.118f}, {0.70f, -0.080f}, {0.84f, -0.040f}};
-    anal.margin = {{0.64f, -0.212f}, {0.70f, -0.165f}, {0.78f, -0.115f}, {0.89f, -0.062f}};
+    anal.root = {{0.56f, -0.092f}, {0.70f, -0.064f}, {0.84f, -0.033f}};
+    anal.margin = {{0.64f, -0.156f}, {0.70f, -0.122f}, {0.78f, -0.086f}, {0.89f, -0.048f}};
     anal.columns = 5;
 
     Fin pectoral;
@@ -53,7 +53,7 @@ Fish anatomy() {
     f.fins = {tail, dorsal, anal, pectoral};
     f.eye = {{0.092f, 0.014f}, 0.042f, 0.3f};
     f.swim = {11.0f, 0.72f, 0.05f, 2.4f};
-    f.length = 55;
+    f.length = 59;
     f.centre = 0.56f;
     return f;
 }
@@ -66,23 +66,23 @@ Vec3 bodyColour(const BodyPoint& p) {
     Vec3 c = mix(belly, side, smoothstep(-0.75f, 0.05f, p.rise));
     c = mix(c, rgb(64, 176, 224), 0.80f * smoothstep(0.30f, 0.46f, p.rise));
     c = mix(c, back, smoothstep(0.40f, 0.56f, p.rise));
-    const Vec3 ridge = mix(rgb(112, 204, 236), yellow, smoothstep(0.52f, 0.80f, p.along));
-    const float from = mix(0.82f, 0.52f, smoothstep(0.45f, 0.95f, p.along));
+    const Vec3 ridge = rgb(126, 210, 238);
+    const float from = mix(0.82f, 0.60f, smoothstep(0.45f, 0.95f, p.along));
     c = mix(c, ridge,
             smoothstep(from - 0.08f, from + 0.08f, p.rise) * smoothstep(0.07f, 0.19f, p.along));
     const float line = (p.rise - 0.34f) / 0.105f;
     c = mix(c, yellow, 0.92f * std::exp(-line * line / 2) * smoothstep(0.10f, 0.24f, p.along));
     // A dark face and a grey keel: where one fish swims behind the next, both have an end.
     c = mix(c, rgb(24, 62, 96),
-            0.8f * smoothstep(0.17f, 0.05f, p.along) * smoothstep(-0.45f, 0.15f, p.rise));
+            0.45f * smoothstep(0.17f, 0.05f, p.along) * smoothstep(-0.45f, 0.15f, p.rise));
     c = mix(c, rgb(126, 156, 172), 0.7f * smoothstep(-0.72f, -0.95f, p.rise));
-    return mix(c, rgb(244, 206, 64), smoothstep(0.90f, 1.0f, p.along));
+    return mix(c, rgb(20, 62, 112), smoothstep(0.86f, 0.96f, p.along));
 }
 
 Pixel finColour(const FinPoint& p) {
     if (p.part == Part::TAIL) {
         Pixel tail =
-            finPixel(p, {rgb(246, 204, 52), rgb(255, 226, 96), 12, 0.95f, 0.80f, 0.2f, 0.04f});
+            finPixel(p, {rgb(24, 70, 124), rgb(16, 44, 84), 12, 0.97f, 0.86f, 0.3f, 0.04f});
         // Its dark hem draws the fork, which tells the end of one fish from the head of the next.
         const float lobe = std::fabs(p.u - 0.5f) * 2;
         const float hem = std::max(smoothstep(0.72f, 0.92f, p.v), smoothstep(0.78f, 1.0f, lobe));
