@@ -60,7 +60,7 @@ Fish anatomy() {
 
 Vec3 bodyColour(const BodyPoint& p) {
     // A dark stripe between a pale ridge and a bright flank outlines each fish before sand, sea and
-    // corals, and before its neighbours, from above and behind too; there the ridge turns yellow.
+    // corals, and before its neighbours, from above and behind too.
     const Vec3 back = rgb(12, 58, 116), side = rgb(240, 249, 252), belly = rgb(255, 255, 255);
     const Vec3 yellow = rgb(255, 214, 44);
     Vec3 c = mix(belly, side, smoothstep(-0.75f, 0.05f, p.rise));
