@@ -98,7 +98,7 @@ Vec3 sand(float x, float z) {
     // The sides away from the sun take a little of the water's colour; the sand around lights them
     // up. Level sand leaves room for sides that are brighter.
     c = c * mix(rgb(184, 196, 186), {1, 1, 1},
-                clamp01(0.92f + 1.15f * mound + mix(3.4f, 4.4f, smoothstep(8.5f, 13, z)) * ripple));
+                clamp01(0.92f + 1.15f * mound + mix(3.6f, 4.9f, smoothstep(8.5f, 13, z)) * ripple));
     // Where the sun would burn it, it keeps its hue.
     c = c * (1 / std::max({1.0f, c.x, c.y, c.z}));
 

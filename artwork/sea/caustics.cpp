@@ -161,8 +161,8 @@ struct Film {
 };
 
 float exposed(const Film& film, float core, float glow) {
-    const float c = std::pow(core / film.core, 6.0f), g = std::pow(glow / film.glow, 3.0f);
-    return mix(film.dark, 1, std::min(1.0f, 0.7f * c / (1 + c) + 0.6f * g / (1 + g)));
+    const float c = std::pow(core / film.core, 5.0f), g = std::pow(glow / film.glow, 3.2f);
+    return mix(film.dark, 1, std::min(1.0f, 0.76f * c / (1 + c) + 0.63f * g / (1 + g)));
 }
 
 /// A line is a thin white core in a glow that falls off gently into the cell. Red is bright first
@@ -170,10 +170,10 @@ float exposed(const Film& film, float core, float glow) {
 Image develop(const Grid& gathered, const Grid& calmness) {
     const Grid light = blurred(gathered, 2);
     const Grid near = blurred(gathered, 5);
-    const Grid halo = blurred(gathered, 9);
+    const Grid halo = blurred(gathered, 11);
     const Grid spread = blurred(gathered, 24);
-    constexpr Film kRed{0.750f, 1.482f, 1.283f}, kGreen{0.770f, 1.565f, 1.350f},
-        kBlue{0.725f, 1.700f, 1.553f};
+    constexpr Film kRed{0.750f, 1.630f, 1.103f}, kGreen{0.770f, 1.722f, 1.161f},
+        kBlue{0.725f, 1.870f, 1.336f};
     Image image(kSize, kSize);
     for (int y = 0; y < kSize; ++y)
         for (int x = 0; x < kSize; ++x) {
@@ -202,6 +202,6 @@ int main(int argc, char** argv) {
         std::snprintf(name, sizeof name, "caust%.2d.nlt", frame);
         // Both seeds were chosen together, by eye and by the sand's figures.
         const Image developed = develop(light, calm(seed + 105, frame));
-        saveBmp24(sharpened(shrunk(developed, columns, rows), 1.4f, 1.2f), folder + name);
+        saveBmp24(sharpened(shrunk(developed, columns, rows), 1.4f, 1.6f), folder + name);
     });
 }
