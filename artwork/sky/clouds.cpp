@@ -178,9 +178,12 @@ float Clouds::depthInside(const Cloud& cloud, Vec3 p, bool fine) const {
     if (fine)
         depth += (billows_.at(p * 8.3f + Vec3{3, 1, 2}) - 0.58f) * lump * 0.42f;
     // The flat base; far away, where many stand one behind the other, it is ragged and no line.
+    // Near by it bulges a little and thins out downwards: a cut would be a slab.
     const float far = smoothstep(13, 30, std::hypot(p.x, p.z));
     const float hanging = (billows_.at(p * 1.1f + Vec3{7, 4, 9}) - 0.35f) * 0.55f;
-    return std::min(depth, p.y - kBase - far * clamp01(hanging));
+    const float bulging = (billows_.at(p * 2.3f + Vec3{2, 8, 5}) - 0.30f) * 0.30f;
+    const float above = p.y - kBase - mix(clamp01(bulging), clamp01(hanging), far);
+    return std::min(depth, above * mix(0.35f, 1.0f, far));
 }
 
 /// The light that comes to a place inside the cloud, 0..1.
