@@ -64,29 +64,29 @@ Vec3 bodyColour(const BodyPoint& p) {
     const Vec3 back = rgb(12, 58, 116), side = rgb(240, 249, 252), belly = rgb(255, 255, 255);
     const Vec3 yellow = rgb(255, 214, 44);
     Vec3 c = mix(belly, side, smoothstep(-0.75f, 0.05f, p.rise));
-    c = mix(c, rgb(64, 176, 224), 0.80f * smoothstep(0.30f, 0.46f, p.rise));
-    c = mix(c, back, smoothstep(0.40f, 0.56f, p.rise));
+    c = mix(c, rgb(64, 176, 224), 0.80f * smoothstep(0.40f, 0.54f, p.rise));
+    c = mix(c, back, smoothstep(0.48f, 0.62f, p.rise));
     const Vec3 ridge = rgb(126, 210, 238);
     const float from = mix(0.82f, 0.60f, smoothstep(0.45f, 0.95f, p.along));
     c = mix(c, ridge,
             smoothstep(from - 0.08f, from + 0.08f, p.rise) * smoothstep(0.07f, 0.19f, p.along));
-    const float line = (p.rise - 0.34f) / 0.105f;
+    const float line = (p.rise - 0.42f) / 0.095f;
     c = mix(c, yellow, 0.92f * std::exp(-line * line / 2) * smoothstep(0.10f, 0.24f, p.along));
     // A dark face and a grey keel: where one fish swims behind the next, both have an end.
     c = mix(c, rgb(24, 62, 96),
             0.45f * smoothstep(0.17f, 0.05f, p.along) * smoothstep(-0.45f, 0.15f, p.rise));
-    c = mix(c, rgb(126, 156, 172), 0.7f * smoothstep(-0.72f, -0.95f, p.rise));
-    return mix(c, rgb(20, 62, 112), smoothstep(0.86f, 0.96f, p.along));
+    c = mix(c, rgb(126, 156, 172), 0.6f * smoothstep(-0.80f, -0.97f, p.rise));
+    return mix(c, rgb(40, 100, 148), smoothstep(0.86f, 0.96f, p.along));
 }
 
 Pixel finColour(const FinPoint& p) {
     if (p.part == Part::TAIL) {
         Pixel tail =
-            finPixel(p, {rgb(24, 70, 124), rgb(16, 44, 84), 12, 0.97f, 0.86f, 0.3f, 0.04f});
+            finPixel(p, {rgb(44, 108, 156), rgb(26, 74, 122), 12, 0.97f, 0.86f, 0.3f, 0.04f});
         // Its dark hem draws the fork, which tells the end of one fish from the head of the next.
         const float lobe = std::fabs(p.u - 0.5f) * 2;
         const float hem = std::max(smoothstep(0.72f, 0.92f, p.v), smoothstep(0.78f, 1.0f, lobe));
-        tail.colour = mix(tail.colour, rgb(26, 48, 66), 0.72f * hem);
+        tail.colour = mix(tail.colour, rgb(22, 50, 82), 0.55f * hem);
         return tail;
     }
     if (p.part == Part::PECTORAL)
