@@ -19,18 +19,22 @@ constexpr int kGlide = 20, kBetween = 3, kFly = 20, kFrames = kGlide + kBetween 
 
 // Body: 0 at the bill's tip, 1 at the root of the tail; heights and widths in file units.
 constexpr float kBodyLength = 10.6f, kBillTip = 6.4f;  // y of the tip
-constexpr int kHalfSides = 6;
-const Curve kTop = {{0, 0.62f},     {0.035f, 0.80f}, {0.10f, 0.90f}, {0.125f, 1.02f},
-                    {0.16f, 1.36f}, {0.20f, 1.48f},  {0.26f, 1.36f}, {0.34f, 1.16f},
-                    {0.50f, 1.10f}, {0.70f, 0.86f},  {0.88f, 0.46f}, {1.0f, 0.22f}};
-const Curve kBottom = {{0, 0.50f},      {0.03f, 0.48f},  {0.10f, 0.44f},  {0.125f, 0.36f},
-                       {0.17f, 0.10f},  {0.24f, -0.22f}, {0.34f, -0.86f}, {0.48f, -1.22f},
-                       {0.64f, -1.10f}, {0.82f, -0.52f}, {1.0f, 0.02f}};
-const Curve kWidth = {{0, 0.05f},     {0.04f, 0.14f}, {0.11f, 0.22f}, {0.14f, 0.46f},
-                      {0.19f, 0.66f}, {0.25f, 0.70f}, {0.34f, 0.96f}, {0.48f, 1.16f},
-                      {0.64f, 1.02f}, {0.84f, 0.62f}, {1.0f, 0.42f}};
-const float kStations[] = {0,     0.03f, 0.07f, 0.11f, 0.13f, 0.155f, 0.18f, 0.21f, 0.25f,
-                           0.30f, 0.36f, 0.44f, 0.52f, 0.60f, 0.70f,  0.80f, 0.90f, 1.0f};
+constexpr int kHalfSides = 9;
+const Curve kTop = {{0, 0.40f},      {0.012f, 0.62f}, {0.035f, 0.76f}, {0.09f, 0.86f},
+                    {0.122f, 0.95f}, {0.14f, 1.16f},  {0.165f, 1.37f}, {0.20f, 1.47f},
+                    {0.26f, 1.38f},  {0.34f, 1.20f},  {0.50f, 1.10f},  {0.70f, 0.86f},
+                    {0.88f, 0.46f},  {1.0f, 0.22f}};
+const Curve kBottom = {{0, 0.34f},      {0.015f, 0.43f}, {0.045f, 0.38f}, {0.09f, 0.43f},
+                       {0.122f, 0.36f}, {0.145f, 0.22f}, {0.18f, 0.04f},  {0.24f, -0.22f},
+                       {0.34f, -0.86f}, {0.48f, -1.22f}, {0.64f, -1.10f}, {0.82f, -0.52f},
+                       {1.0f, 0.02f}};
+const Curve kWidth = {{0, 0.03f},      {0.015f, 0.09f}, {0.05f, 0.145f}, {0.11f, 0.21f},
+                      {0.125f, 0.31f}, {0.145f, 0.49f}, {0.19f, 0.66f},  {0.25f, 0.70f},
+                      {0.34f, 0.96f},  {0.48f, 1.16f},  {0.64f, 1.02f},  {0.84f, 0.62f},
+                      {1.0f, 0.42f}};
+const float kStations[] = {0,     0.012f, 0.035f, 0.07f, 0.11f, 0.122f, 0.134f, 0.15f,
+                           0.17f, 0.195f, 0.22f,  0.25f, 0.28f, 0.32f,  0.36f,  0.41f,
+                           0.46f, 0.52f,  0.58f,  0.65f, 0.73f, 0.81f,  0.90f,  1.0f};
 
 // Wing: 0 at the shoulder, 1 at the tip. Edges are y, relative to the shoulder line.
 constexpr float kShoulderX = 0.55f, kShoulderY = 1.9f, kShoulderZ = 0.62f;
@@ -41,9 +45,11 @@ const Curve kLeading = {{0, 1.05f},     {0.10f, 1.20f},  {0.25f, 1.85f},
                         {0.78f, 0.05f}, {0.92f, -1.35f}, {1.0f, -2.35f}};
 const Curve kTrailing = {{0, -3.05f},     {0.12f, -2.55f}, {0.28f, -1.75f}, {0.42f, -1.55f},
                          {0.55f, -1.85f}, {0.72f, -2.30f}, {0.88f, -2.62f}, {1.0f, -2.60f}};
-constexpr int kFeathers = 13;  // along the trailing edge of one wing
-constexpr float kChordsTop[] = {0, 0.08f, 0.30f, 0.70f, 1};
-constexpr float kChordsBottom[] = {0, 0.12f, 0.60f, 1};
+constexpr int kFeathers = 22;  // along the trailing edge of one wing
+constexpr int kTailFeathers = 12;
+constexpr float kFeatherTip = 0.68f;  // where across a feather its tip lies
+constexpr float kChordsTop[] = {0, 0.06f, 0.22f, 0.52f, 1};
+constexpr float kChordsBottom[] = {0, 0.09f, 0.45f, 1};
 
 // The sheet: strips over its whole width, and the tail. From afar one pixel is as high as several
 // texels, and at an outline its middle may lie outside: so body and tail, white both, lie together,
@@ -53,13 +59,17 @@ struct Strip {
 };
 constexpr Strip kTailStrip{0, 0.5f, 0, 0.16f}, kBodyStrip{0, 1, 0.16f, 0.48f},
     kWingTop{0, 1, 0.52f, 0.80f}, kWingBottom{0, 1, 0.80f, 1};
-constexpr int kSheet = 256;
+constexpr int kSheet = 512;
 constexpr float kRim = 1.5f / kSheet, kRimBetween = 4.0f / kSheet;
 
 Vec2 onStrip(const Strip& strip, float u, float v) {
     return {mix(strip.s0 + kRim, strip.s1 - kRim, u),
             mix(strip.t0 + kRimBetween, strip.t1 - kRimBetween, v)};
 }
+
+/// Where the body's picture shows a place along it: bill and head get more than their share.
+float bodyColumn(float along) { return std::sqrt(0.25f + 2 * along) - 0.5f; }
+float alongBody(float column) { return 0.5f * column * (1 + column); }
 
 Vec3 bodySurface(float along, float round) {
     const float top = kTop.at(along), bottom = kBottom.at(along), middle = mix(bottom, top, 0.5f);
@@ -68,9 +78,9 @@ Vec3 bodySurface(float along, float round) {
             middle + (top - middle) * std::cos(angle)};
 }
 
-/// How far the trailing edge is cut back at a place of the span: feathers end in points, deeper
-/// ones towards the tip.
-float notch(float along) { return mix(0.05f, 0.16f, smoothstep(0.45f, 1.0f, along)); }
+/// How far the trailing edge is cut back between two feathers, in file units: deeper towards the
+/// tip.
+float notch(float along) { return mix(0.14f, 0.30f, smoothstep(0.40f, 0.80f, along)); }
 
 // ---- Mesh ----
 
@@ -104,7 +114,7 @@ void Gull::body() {
             Vec3 p = bodySurface(along, round);
             if (k > kHalfSides)
                 p.x = -p.x;
-            add(p, onStrip(kBodyStrip, along, round), {});
+            add(p, onStrip(kBodyStrip, bodyColumn(along), round), {});
         }
         ++rings;
     }
@@ -123,18 +133,26 @@ void Gull::wing(float side) {
         constexpr int kColumns = 2 * kFeathers;
         const int first = static_cast<int>(mesh.vertices.size());
         for (int i = 0; i <= kColumns; ++i) {
-            const float along = static_cast<float>(i) / kColumns;
-            const float front = kLeading.at(along);
-            const float cut = i % 2 == 0 && i > 0 && i < kColumns ? notch(along) : 0.0f;
+            // Every second column is a gap between two feathers.
+            const bool gap = i % 2 == 0;
+            const float along =
+                (static_cast<float>(i / 2) + (gap ? 0.0f : kFeatherTip)) / kFeathers;
+            const float front = kLeading.at(along), deep = front - kTrailing.at(along);
+            const float cut =
+                gap && i > 0 && i < kColumns ? std::min(0.5f, notch(along) / deep) : 0.0f;
             for (int j = 0; j < count; ++j) {
-                // Every second column is a gap between two feathers.
                 const float chord = chords[j] * (j + 1 == count ? 1 - cut : 1);
-                const float y = mix(front, kTrailing.at(along), chord);
-                const float thick = mix(0.50f, 0.05f, smoothstep(0, 0.75f, along));
-                const float profile = std::sqrt(chord) * (1 - chord) * 2.2f;
-                const float camber = 0.30f * (1 - along * 0.6f) * std::sin(kPi * clamp01(chord));
+                const float y = front - deep * chord;
+                // Flesh and bone lie in the front, what follows is as thin as its feathers.
+                const float thick = mix(0.30f, 0.04f, smoothstep(0, 0.75f, along));
+                const float profile =
+                    std::sqrt(std::min(1.0f, chord / 0.14f)) * smoothstep(0.85f, 0.10f, chord);
+                const float camber =
+                    0.34f * (1 - along * 0.6f) * std::sin(kPi * std::pow(chord, 0.75f));
+                // Each feather lies with one edge upon the next: seen edge-on, they are blades.
+                const float blade = (gap ? 0.035f : -0.035f) * smoothstep(0.45f, 1.0f, chord);
                 add({side * (kShoulderX + along * kWingSpan), kShoulderY + y,
-                     kShoulderZ + camber + bulge * thick * profile},
+                     kShoulderZ + camber + blade + bulge * thick * profile},
                     onStrip(strip, along, chord), {Limb::WING, side, along});
             }
         }
@@ -144,19 +162,19 @@ void Gull::wing(float side) {
                 mesh.quad(a, a + 1, a + count + 1, a + count);
             }
     };
-    surface(kWingTop, kChordsTop, static_cast<int>(std::size(kChordsTop)), 0.55f);
-    surface(kWingBottom, kChordsBottom, static_cast<int>(std::size(kChordsBottom)), -0.55f);
+    surface(kWingTop, kChordsTop, static_cast<int>(std::size(kChordsTop)), 0.6f);
+    surface(kWingBottom, kChordsBottom, static_cast<int>(std::size(kChordsBottom)), -0.6f);
 }
 
 void Gull::tail() {
-    constexpr int kColumns = 12;
+    constexpr int kColumns = 2 * kTailFeathers;
     const float root_y = kBillTip - 0.90f * kBodyLength;
     const int first = static_cast<int>(mesh.vertices.size());
     for (int i = 0; i <= kColumns; ++i) {
         const float u = static_cast<float>(i) / kColumns, turn = (u - 0.5f) * 0.86f;
         for (int j = 0; j <= 2; ++j) {
             const float v = static_cast<float>(j) / 2;
-            const float reach = 3.5f * v * (j == 2 && i % 2 == 0 ? 0.955f : 1.0f) *
+            const float reach = 3.5f * v * (j == 2 && i % 2 == 0 ? 0.965f : 1.0f) *
                                 (1 - 0.10f * std::fabs(u - 0.5f));
             const float x = 0.30f * (2 * u - 1) + std::sin(turn) * reach;
             add({x, root_y - std::cos(turn) * reach, 0.20f - 0.05f * x * x},
@@ -262,130 +280,239 @@ Vec3 pose(const Rig& rig, Vec3 p, const Posture& now) {
 
 const Vec3 kWhite = rgb(252, 253, 254), kGrey = rgb(172, 182, 191), kBlack = rgb(38, 40, 46);
 
-/// Light on a surface that faces up by that much: warm sun above, darkest where it turns away from
-/// the sky, and the bright sea below.
+/// Light on a surface that faces up by that much: warm sun above, a cool shade where it turns away
+/// from the sky, and the bright sea below.
 Vec3 lit(Vec3 c, float up) {
     const Vec3 below =
-        mix(Vec3{0.70f, 0.745f, 0.765f}, {0.79f, 0.825f, 0.82f}, smoothstep(-0.55f, -1.0f, up));
-    return c * mix(below, Vec3{1.0f, 1.0f, 0.975f}, smoothstep(-0.60f, 0.40f, up));
+        mix(Vec3{0.665f, 0.735f, 0.785f}, {0.80f, 0.865f, 0.865f}, smoothstep(-0.35f, -1.0f, up));
+    const Vec3 light = mix(below, Vec3{1.0f, 0.997f, 0.972f}, smoothstep(-0.62f, 0.42f, up));
+    // Where sun and shade meet, the feathers let the light through.
+    return c * (light + Vec3{0.040f, 0.016f, -0.012f} * band(up, -0.22f, 0.12f, 0.22f));
+}
+
+/// A row of rounded feather tips that lies on what is behind it.
+struct Tips {
+    float edge;   ///< Where the tips end.
+    float count;  ///< So many beside each other.
+    float depth;  ///< Of the bights between them.
+};
+
+/// A place among such rows.
+struct Tile {
+    int row = 0;
+    float across = 0;  ///< The feather, 0 to 1.
+    float behind = 1;  ///< From the edge of the row before.
+    float before = 1;  ///< To the feather's own edge.
+};
+
+/// The first row that covers the place; the last has no end.
+Tile tileAt(const Tips* rows, int count, float beside, float along, float reach) {
+    Tile tile;
+    for (tile.row = 0; tile.row <= count; ++tile.row) {
+        if (tile.row == count) {
+            tile.before = 1;
+            break;
+        }
+        const Tips& tips = rows[tile.row];
+        const float place = beside * tips.count + 0.5f * static_cast<float>(tile.row % 2);
+        tile.across = place - std::floor(place);
+        const float off = 2 * tile.across - 1;
+        const float end = reach * (tips.edge - tips.depth * off * off);
+        tile.before = end - along;
+        if (tile.before > 0)
+            break;
+        tile.behind = -tile.before;
+    }
+    return tile;
 }
 
 Vec3 bodyColour(float along, float round) {
     const Vec3 p = bodySurface(along, round);
     const float angle = round * kPi;
-    const float up = std::cos(angle);
+    const float e = 0.004f;
+    const Vec3 normal =
+        normalize(cross(bodySurface(along, std::min(1.0f, round + e)) -
+                            bodySurface(along, std::max(0.0f, round - e)),
+                        bodySurface(along + e, round) - bodySurface(along - e, round)));
+    // At the ridge and at the keel the curves leave no width to measure by.
+    const float up = mix(normal.z, std::cos(angle), 0.4f);
     Vec3 c = kWhite;
     // The mantle between the wings.
-    const float mantle = smoothstep(0.52f, 0.40f, round) * band(along, 0.36f, 0.80f, 0.05f);
+    const float ragged = 0.02f * std::cos(2 * kPi * along * 40);
+    const float mantle =
+        smoothstep(0.47f, 0.43f, round + ragged) * band(along, 0.37f, 0.78f, 0.035f);
     c = mix(c, kGrey, mantle);
-    // Feathers: fine scallops, clearer on the mantle.
-    const float tuft = fractalNoise({along * 70, round * 26, 0}, 3, 5);
-    c *= 1 + (0.030f + 0.025f * mantle) * tuft;
-    c = lit(c, up);
+    // Feathers: rows of small tips, larger and clearer on the mantle, down on breast and belly.
+    const float size = mix(1.0f, 0.62f, smoothstep(0.34f, 0.20f, along));
+    const float place = along * 34 / size, row = std::floor(place), f = place - row;
+    const float beside = round * 13 / size + 0.5f * (row - 2 * std::floor(row / 2));
+    const float off = 2 * (beside - std::floor(beside)) - 1;
+    const float tip = f - 0.55f + 0.55f * off * off;
+    const float tips = smoothstep(0.30f, 0.02f, std::fabs(tip - 0.02f)) * (tip > 0 ? 1.0f : 0.35f);
+    c *= 1 - (0.030f + 0.075f * mantle) * tips * smoothstep(0.12f, 0.17f, along);
+    const float down = fractalNoise({along * 46, round * 24, 0}, 3, 5);
+    c *= 1 + 0.030f * down;
+    c = lit(c, up + 0.10f * down * (1 - mantle));
+    // The wings keep the light from the flanks.
+    c = c * mix(Vec3{1, 1, 1}, {0.80f, 0.845f, 0.875f},
+                0.8f * band(round, 0.44f, 0.60f, 0.10f) * band(along, 0.40f, 0.72f, 0.08f));
     // The head shades neck and breast: seen from the front they would be one ball with it.
     const float below = smoothstep(0.10f, 0.50f, round);
-    c = c * mix(Vec3{1, 1, 1}, {0.78f, 0.815f, 0.85f},
-                below * band(along, 0.235f, 0.31f, 0.05f) * mix(1.0f, 0.8f, up * up));
-    c = c * mix(Vec3{1, 1, 1}, {0.92f, 0.935f, 0.95f}, below * band(along, 0.31f, 0.44f, 0.08f));
+    c = c * mix(Vec3{1, 1, 1}, {0.80f, 0.835f, 0.86f},
+                below * band(along, 0.235f, 0.30f, 0.05f) * mix(1.0f, 0.8f, up * up));
+    c = c * mix(Vec3{1, 1, 1}, {0.93f, 0.945f, 0.95f}, below * band(along, 0.31f, 0.44f, 0.08f));
 
-    // Bill: yellow, paler at the cutting edge, red spot below near the tip.
-    const float bill = smoothstep(0.128f, 0.118f, along + 0.012f * std::cos(2 * angle));
-    Vec3 horn = mix(rgb(238, 178, 34), rgb(255, 214, 90), smoothstep(-0.2f, 0.8f, up));
-    const float gape = std::fabs(p.z - (0.62f - 0.35f * std::max(0.0f, along - 0.03f)));
-    horn *= 1 - 0.32f * smoothstep(0.035f, 0.012f, gape) * smoothstep(0.015f, 0.03f, along);
-    horn = mix(
-        horn, rgb(214, 60, 30),
-        smoothstep(1.0f, 0.7f, length(Vec2{(along - 0.040f) / 0.014f, (round - 0.78f) / 0.16f})));
-    c = mix(c, horn, bill);
-
-    // Eye: pale iris, yellow lid ring, soft shade before it.
-    const Vec2 eye{(along - 0.176f) * kBodyLength, p.z - 1.02f};
+    // Eye: dark, in a narrow lid ring, with a glint; a soft shade before and over it.
+    const Vec2 eye{(along - 0.178f) * kBodyLength, p.z - 1.02f};
     const float r = length(eye);
-    c *= 1 - 0.16f * smoothstep(0.42f, 0.18f, length(eye - Vec2{-0.12f, 0}));
-    c = mix(c, rgb(190, 138, 72), smoothstep(0.20f, 0.175f, r));
-    c = mix(c, rgb(222, 210, 158), smoothstep(0.165f, 0.15f, r));
-    c = mix(c, rgb(12, 12, 14), smoothstep(0.13f, 0.11f, r));
-    c = mix(c, kWhite, smoothstep(0.05f, 0.03f, length(eye - Vec2{-0.05f, 0.06f})));
+    c *= 1 - 0.13f * smoothstep(0.46f, 0.16f, length(eye - Vec2{-0.10f, 0.03f}));
+    c = mix(c, rgb(206, 132, 52), smoothstep(0.205f, 0.180f, r));
+    const Vec3 iris = mix(rgb(30, 22, 18), rgb(104, 70, 40),
+                          smoothstep(0.02f, -0.14f, eye.y) * smoothstep(0.09f, 0.12f, r));
+    c = mix(c, iris, smoothstep(0.172f, 0.150f, r));
+    c = mix(c, kWhite, smoothstep(0.062f, 0.040f, length(eye - Vec2{-0.055f, 0.065f})));
+
+    // Bill: yellow, light on its ridge, shaded below; the gape, the nostril, the red spot.
+    const float bill = smoothstep(0.127f, 0.122f, along + 0.010f * std::cos(2 * angle) - 0.004f);
+    if (bill > 0) {
+        const float gape_z = 0.575f + 0.4f * std::max(0.0f, 0.03f - along) * -4.0f;
+        const float over = p.z - gape_z;
+        Vec3 horn = mix(rgb(214, 140, 22), rgb(255, 206, 62), smoothstep(-0.75f, 0.55f, up));
+        horn = mix(horn, rgb(255, 233, 150), 0.75f * band(round, 0.0f, 0.20f, 0.10f));
+        horn = mix(horn, rgb(236, 168, 40), 0.6f * smoothstep(0.085f, 0.12f, along));
+        horn = mix(horn, rgb(212, 52, 26),
+                   smoothstep(1.15f, 0.80f,
+                              length(Vec2{(along - 0.041f) / 0.013f, (round - 0.80f) / 0.15f})));
+        horn *= 1 - 0.20f * smoothstep(-0.10f, 0.0f, over) * smoothstep(0.02f, 0.0f, over);
+        horn *= 1 - 0.58f * smoothstep(0.028f, 0.010f, std::fabs(over)) *
+                        smoothstep(0.004f, 0.012f, along);
+        horn *= 1 - 0.55f * smoothstep(
+                                1.2f, 0.7f,
+                                length(Vec2{(along - 0.078f) / 0.011f, (round - 0.36f) / 0.045f}));
+        c = mix(c, horn, bill);
+    }
     return c;
 }
 
-/// Where one feather lies on the next, 0 to 1: a shade that grows across it and ends soon after its
-/// edge. Both slopes are wider than a texel, so that no hard line is left.
-float overlap(float phase) {
-    const float f = phase - std::floor(phase);
-    return smoothstep(0.20f, 0.86f, f) * smoothstep(1.0f, 0.86f, f);
+/// The flight feather that covers a place of the wing, by where along the span it ends: those of
+/// the arm lie across it, those of the hand fan out from the wrist.
+float featherEnd(float along, float chord) {
+    float low = along, high = along + 0.6f;
+    for (int i = 0; i < 18; ++i) {
+        const float end = (low + high) / 2;
+        const float reach = 0.045f + 0.40f * smoothstep(0.42f, 1.05f, end);
+        (end - reach * (1 - chord) < along ? low : high) = end;
+    }
+    return (low + high) / 2;
 }
 
-/// Both sides of the wing; along the span, chord from the leading edge back. Without mipmaps its
-/// feathers are hints only: seen from afar, anything bolder becomes bars across it.
+constexpr Tips kCovertsAbove[] = {{0.085f, 38, 0.020f},
+                                  {0.155f, 34, 0.026f},
+                                  {0.235f, 30, 0.032f},
+                                  {0.345f, 26, 0.042f},
+                                  {0.545f, kFeathers, 0.055f}};
+constexpr Tips kCovertsBelow[] = {
+    {0.14f, 32, 0.030f}, {0.25f, 28, 0.038f}, {0.38f, 25, 0.048f}, {0.55f, kFeathers, 0.060f}};
+
+/// Both sides of the wing; along the span, chord from the leading edge back. There are no smaller
+/// copies of the picture for the far bird: lines are soft, and their contrast is low.
 Vec3 wingColour(float along, float chord, bool above) {
-    // The outermost feathers, which make the hand's leading edge, are black furthest inwards.
-    const float feathered = 0.012f * std::sin(2 * kPi * along * kFeathers);
-    const float black = smoothstep(0.0f, 0.055f, along - mix(0.645f, 0.715f, chord) + feathered);
+    const float end = featherEnd(along, chord), feather = end * kFeathers;
+    const float number = std::floor(feather), f = feather - number;
+    const float own = hashUnit(static_cast<int>(number), above ? 1 : 0, 0, 77);
+
+    // The coverts overlap like tiles. They are shorter on the hand.
+    const float reach = 1 - 0.86f * smoothstep(0.48f, 0.80f, along);
+    const float arm = 1 - smoothstep(0.60f, 0.78f, along);
+    const int rows = static_cast<int>(above ? std::size(kCovertsAbove) : std::size(kCovertsBelow));
+    const Tile tile = tileAt(above ? kCovertsAbove : kCovertsBelow, rows, end, chord, reach);
+    const bool flight = tile.row == rows;
+    const float hand = smoothstep(0.42f, 0.70f, along);
+
+    // The shade of one feather on the next, soft on one side; the shaft; fine barbs.
+    float shade = 0, shaft = 0, rim = 0;
+    if (flight) {
+        shade = above ? smoothstep(0.42f, 0.0f, f) : smoothstep(0.50f, 1.0f, f);
+        shade *= above ? smoothstep(0.0f, 0.07f, f) : smoothstep(1.0f, 0.93f, f);
+        rim = above ? smoothstep(0.86f, 0.97f, f) : smoothstep(0.14f, 0.03f, f);
+        const float middle = above ? kFeatherTip : 0.40f;
+        shaft = smoothstep(0.075f, 0.015f, std::fabs(f - middle));
+    } else {
+        shade = 0.5f * smoothstep(0.40f, 0.0f, tile.across);
+        rim = smoothstep(0.022f, 0.004f, tile.before);
+        if (tile.row == rows - 1)
+            shaft = 0.5f * smoothstep(0.08f, 0.02f, std::fabs(tile.across - 0.5f));
+    }
+    const float barbs = fractalNoise({feather * 5, chord * 2.5f, 0}, 2, above ? 9 : 31);
+    const float cast = smoothstep(0.050f, 0.0f, tile.behind) * arm;
+
     Vec3 c = kWhite;
     if (above) {
-        c = mix(c, kGrey, smoothstep(0.0f, 0.10f, chord));
-        c = mix(c, rgb(206, 213, 220), 0.4f * smoothstep(0.40f, 0.75f, along));
-    }
-
-    // Rows of coverts overlap like tiles in front of the flight feathers.
-    const float arm = 1 - smoothstep(0.58f, 0.80f, along);
-    for (int row = 0; row < 3; ++row) {
-        const float count = 22.0f - 3.0f * static_cast<float>(row);
-        const float phase = along * count + 0.5f * static_cast<float>(row);
-        const float edge =
-            0.19f + 0.125f * static_cast<float>(row) + 0.020f * std::sin(2 * kPi * phase);
-        const float behind = chord - edge;
-        c *= 1 -
-             0.030f * arm * smoothstep(-0.02f, 0.025f, behind) * smoothstep(0.12f, 0.025f, behind);
-    }
-    // Flight feathers; those of the hand lean outwards. They come out from below the coverts bit by
-    // bit.
-    const float lean = 0.09f * smoothstep(0.35f, 0.9f, along) * (1 - chord);
-    const float phase = (along + lean) * kFeathers;
-    const float f = phase - std::floor(phase);
-    const float flight = smoothstep(0.30f, 0.85f, chord + 0.30f * smoothstep(0.5f, 0.8f, along));
-    c *= 1 - 0.034f * flight * overlap(phase);
-    // No part is quite as light as the next.
-    c *= 0.99f + 0.02f * fractalNoise({along * 14, chord * 5, 0}, 3, above ? 9 : 31);
-    if (above) {
-        // A white hem behind the arm, the arm arched: its rear turns away from the sun, the body
-        // shades the shoulder.
-        c = c * (1.03f - 0.12f * smoothstep(0.10f, 0.80f, chord) * (1 - along)) *
-            (1 - 0.08f * smoothstep(0.16f, 0.0f, along));
-        const float hem = 0.86f + 0.06f * smoothstep(0.30f, 0.66f, along);
-        c = mix(c, kWhite * 0.98f,
-                smoothstep(hem - 0.05f, hem + 0.05f, chord) * smoothstep(0.02f, 0.20f, along));
+        c = mix(kGrey, rgb(206, 213, 220), 0.22f * (1 - smoothstep(0.0f, 0.45f, chord)));
+        c = mix(c, rgb(206, 213, 220), 0.40f * smoothstep(0.40f, 0.75f, along));
+        c *= 1 + 0.05f * (own - 0.5f) * (flight ? 1.0f : 0.0f) + 0.022f * barbs;
+        c *= 1 - (flight ? 0.15f : 0.08f) * shade;
+        c *= 1 - 0.13f * shaft + (flight ? 0.07f : 0.085f) * rim;
+        c = c * mix(Vec3{1, 1, 1}, {0.80f, 0.82f, 0.85f}, cast);
+        // The front rounds into the warm sun; the arm is arched, its rear turns away.
+        c = c * mix(Vec3{0.945f, 0.965f, 0.985f}, {1.06f, 1.045f, 1.015f},
+                    smoothstep(0.75f, 0.10f, chord) * mix(1.0f, 0.6f, along));
+        c *= 1 - 0.12f * smoothstep(0.16f, 0.0f, along);
+        c = mix(c, kWhite, 0.9f * smoothstep(0.045f, 0.012f, chord));
+        // White ends of the feathers make a hem behind the arm.
+        const float off = (f - kFeatherTip) * 1.3f;
+        const float hem = 0.86f + 0.05f * smoothstep(0.30f, 0.66f, along) - 0.06f * off * off;
+        c = mix(c, kWhite * (1 - 0.10f * shade - 0.05f * shaft),
+                smoothstep(hem - 0.025f, hem + 0.025f, chord) * smoothstep(0.02f, 0.12f, along) *
+                    (1 - smoothstep(0.66f, 0.74f, along)));
     } else {
-        // The coverts are white, the flight feathers greyer towards their ends, where the sun
-        // shines through the last of them. Sea and sand light the whole; the leading edge rounds
-        // into the light, the hollow behind it and the armpit lie in shade.
-        const Vec3 light = mix(Vec3{0.895f, 0.91f, 0.905f}, {0.69f, 0.73f, 0.755f},
-                               smoothstep(0.28f, 0.86f, chord) * mix(0.85f, 1.0f, along));
-        const float hollow = 0.045f * band(chord, 0.10f, 0.30f, 0.10f) * arm;
-        c = c * light *
-            (1 + 0.06f * smoothstep(0.10f, 0.0f, chord) + 0.05f * smoothstep(0.86f, 0.97f, chord) -
-             hollow) *
-            (1 - 0.15f * smoothstep(0.22f, 0.0f, along));
+        // White coverts in the cool shade of the wing; the sun shines warm through the ends of the
+        // flight feathers where only one of them lies.
+        const Vec3 covert = mix(Vec3{0.815f, 0.865f, 0.885f}, {0.915f, 0.935f, 0.925f},
+                                smoothstep(0.0f, 0.5f, chord));
+        Vec3 through = mix(Vec3{0.735f, 0.775f, 0.795f}, {0.90f, 0.885f, 0.845f},
+                           smoothstep(0.50f, 0.98f, chord) * mix(1.0f, 0.75f, hand));
+        through = mix(through, {0.70f, 0.745f, 0.775f}, 0.55f * shade);
+        c = c * (flight ? through : covert);
+        c *= 1 + 0.03f * (own - 0.5f) * (flight ? 1.0f : 0.0f) + 0.018f * barbs;
+        c *= 1 - 0.06f * shade + (flight ? 0.05f : 0.045f) * rim;
+        c = mix(c, kWhite * (flight ? 0.95f : 0.84f), 0.45f * shaft);
+        c = c * mix(Vec3{1, 1, 1}, {0.84f, 0.865f, 0.885f}, cast);
+        // The leading edge rounds into the light, the armpit lies in shade.
+        c = mix(c, Vec3{0.99f, 0.985f, 0.96f}, 0.85f * smoothstep(0.055f, 0.010f, chord));
+        c = c * mix(Vec3{1, 1, 1}, {0.80f, 0.835f, 0.865f}, smoothstep(0.20f, 0.0f, along));
     }
 
-    // The black tip with its row of white spots.
-    Vec3 dark = kBlack * (1 + 0.25f * flight * overlap(phase + 0.5f));
-    dark *= 0.95f + 0.10f * valueNoise({along * 40, chord * 8, 0}, 3);
-    c = mix(c, above ? dark : mix(dark, rgb(96, 102, 112), 0.25f), black);
-    const Vec3 pale = above ? kWhite : kWhite * 0.84f;
-    const float spot = length(Vec2{(f - 0.45f) / 0.30f, (chord - 0.92f) / 0.050f});
-    c = mix(c, pale, 0.7f * smoothstep(1.3f, 0.5f, spot) * smoothstep(0.76f, 0.80f, along));
-    const float mirror = length(Vec2{(along - 0.905f) / 0.024f, (chord - 0.50f) / 0.20f});
-    return mix(c, pale, 0.75f * smoothstep(1.2f, 0.5f, mirror));
+    // The black begins further in on the outer feathers.
+    const float from = mix(0.700f, 0.655f, smoothstep(0.70f, 1.0f, end)) + 0.030f * (own - 0.5f) +
+                       0.022f * (f - 0.5f);
+    const float black = smoothstep(0.0f, 0.030f, along - from) * (flight ? 1.0f : 0.9f);
+    Vec3 dark = kBlack * (0.96f + 0.10f * own + 0.08f * barbs);
+    dark = dark * (1 - 0.30f * shade) + Vec3{0.10f, 0.105f, 0.115f} * (0.55f * rim + 0.8f * shaft);
+    c = mix(c, above ? dark : mix(dark, rgb(96, 102, 112), 0.28f), black);
+    // White ends, and the mirrors of the two outermost.
+    const Vec3 pale = above ? kWhite : Vec3{0.86f, 0.88f, 0.88f};
+    const float spot = length(Vec2{(f - 0.55f) / 0.42f, (chord - 0.93f) / 0.060f});
+    c = mix(c, pale, 0.92f * smoothstep(1.15f, 0.75f, spot) * smoothstep(0.70f, 0.74f, along));
+    const float mirror = length(Vec2{(along - 0.905f) / 0.026f, (chord - 0.46f) / 0.26f});
+    return mix(c, pale, 0.92f * smoothstep(1.12f, 0.78f, mirror) * (1 - 0.5f * shade));
 }
 
+/// The middle feathers of the tail lie on top.
 Vec3 tailColour(float u, float v) {
-    Vec3 c = kWhite * (1 - 0.035f * overlap(u * 6) * smoothstep(0.1f, 0.5f, v));
-    c *= 1 - 0.07f * smoothstep(0.25f, 0.5f, std::fabs(u - 0.5f));
-    // In the shade of the rump, and the sky shines through the end of the fan.
-    c *= 1 - 0.16f * smoothstep(0.45f, 0.0f, v);
-    return c * mix(Vec3{0.94f, 0.945f, 0.94f}, {0.88f, 0.90f, 0.91f}, v);
+    const float out = std::fabs(2 * u - 1) * kTailFeathers / 2, f = out - std::floor(out);
+    const float spread = smoothstep(0.18f, 0.45f, v);
+    const float shade = smoothstep(0.45f, 0.0f, f) * smoothstep(0.0f, 0.08f, f);
+    const float shaft = smoothstep(0.09f, 0.03f, std::fabs(f - 0.5f));
+    Vec3 c = kWhite * (1 - spread * (0.13f * shade + 0.09f * shaft));
+    c *= 1 + 0.020f * fractalNoise({out * 5, v * 3, 0}, 2, 51);
+    c *= 1 - 0.06f * smoothstep(0.25f, 0.5f, std::fabs(u - 0.5f));
+    // Coverts and the shade of the rump over its root; the sky shines through the end of the fan.
+    const float off = 2 * (u * 5 - std::floor(u * 5)) - 1;
+    const float coverts = 0.30f - 0.05f * off * off;
+    c *= 1 - 0.13f * smoothstep(0.10f, 0.0f, v - coverts) * smoothstep(-0.015f, 0.0f, v - coverts);
+    c = c * mix(Vec3{0.84f, 0.865f, 0.885f}, {1, 1, 1}, smoothstep(0.0f, 0.28f, v));
+    return c * mix(Vec3{0.955f, 0.955f, 0.945f}, {0.90f, 0.92f, 0.925f}, v);
 }
 
 void paint(Image& sheet, const Strip& strip, const std::function<Vec3(float u, float v)>& colour) {
@@ -433,7 +560,7 @@ int main(int, char** arguments) {
         folder + "gull.nlm");
 
     Image sheet(kSheet, kSheet, {kWhite, 1});
-    paint(sheet, kBodyStrip, bodyColour);
+    paint(sheet, kBodyStrip, [](float u, float v) { return bodyColour(alongBody(u), v); });
     paint(sheet, kWingTop, [](float u, float v) { return wingColour(u, v, true); });
     paint(sheet, kWingBottom, [](float u, float v) { return wingColour(u, v, false); });
     paint(sheet, kTailStrip, tailColour);
