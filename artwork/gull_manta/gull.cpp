@@ -20,21 +20,21 @@ constexpr int kGlide = 20, kBetween = 3, kFly = 20, kFrames = kGlide + kBetween 
 // Body: 0 at the bill's tip, 1 at the root of the tail; heights and widths in file units.
 constexpr float kBodyLength = 10.6f, kBillTip = 6.4f;  // y of the tip
 constexpr int kHalfSides = 9;
-const Curve kTop = {{0, 0.40f},      {0.012f, 0.62f}, {0.035f, 0.76f}, {0.09f, 0.86f},
-                    {0.122f, 0.95f}, {0.14f, 1.16f},  {0.165f, 1.37f}, {0.20f, 1.47f},
+const Curve kTop = {{0, 0.42f},      {0.012f, 0.60f}, {0.035f, 0.73f}, {0.09f, 0.81f},
+                    {0.118f, 0.90f}, {0.14f, 1.16f},  {0.165f, 1.37f}, {0.20f, 1.47f},
                     {0.26f, 1.38f},  {0.34f, 1.20f},  {0.50f, 1.10f},  {0.70f, 0.86f},
                     {0.88f, 0.46f},  {1.0f, 0.22f}};
-const Curve kBottom = {{0, 0.34f},      {0.015f, 0.43f}, {0.045f, 0.38f}, {0.09f, 0.43f},
-                       {0.122f, 0.36f}, {0.145f, 0.22f}, {0.18f, 0.04f},  {0.24f, -0.22f},
+const Curve kBottom = {{0, 0.36f},      {0.015f, 0.45f}, {0.045f, 0.40f}, {0.09f, 0.45f},
+                       {0.118f, 0.38f}, {0.145f, 0.20f}, {0.18f, 0.02f},  {0.24f, -0.22f},
                        {0.34f, -0.86f}, {0.48f, -1.22f}, {0.64f, -1.10f}, {0.82f, -0.52f},
                        {1.0f, 0.02f}};
-const Curve kWidth = {{0, 0.03f},      {0.015f, 0.09f}, {0.05f, 0.145f}, {0.11f, 0.21f},
-                      {0.125f, 0.31f}, {0.145f, 0.49f}, {0.19f, 0.66f},  {0.25f, 0.70f},
+const Curve kWidth = {{0, 0.03f},      {0.015f, 0.08f}, {0.05f, 0.125f}, {0.105f, 0.175f},
+                      {0.122f, 0.30f}, {0.145f, 0.50f}, {0.19f, 0.66f},  {0.25f, 0.70f},
                       {0.34f, 0.96f},  {0.48f, 1.16f},  {0.64f, 1.02f},  {0.84f, 0.62f},
                       {1.0f, 0.42f}};
-const float kStations[] = {0,     0.012f, 0.035f, 0.07f, 0.11f, 0.122f, 0.134f, 0.15f,
-                           0.17f, 0.195f, 0.22f,  0.25f, 0.28f, 0.32f,  0.36f,  0.41f,
-                           0.46f, 0.52f,  0.58f,  0.65f, 0.73f, 0.81f,  0.90f,  1.0f};
+const float kStations[] = {0,     0.012f, 0.035f, 0.07f, 0.105f, 0.116f, 0.128f, 0.145f,
+                           0.17f, 0.195f, 0.22f,  0.25f, 0.28f,  0.32f,  0.36f,  0.41f,
+                           0.46f, 0.52f,  0.58f,  0.65f, 0.73f,  0.81f,  0.90f,  1.0f};
 
 // Wing: 0 at the shoulder, 1 at the tip. Edges are y, relative to the shoulder line.
 constexpr float kShoulderX = 0.55f, kShoulderY = 1.9f, kShoulderZ = 0.62f;
@@ -80,7 +80,7 @@ Vec3 bodySurface(float along, float round) {
 
 /// How far the trailing edge is cut back between two feathers, in file units: deeper towards the
 /// tip.
-float notch(float along) { return mix(0.14f, 0.30f, smoothstep(0.40f, 0.80f, along)); }
+float notch(float along) { return mix(0.10f, 0.30f, smoothstep(0.40f, 0.80f, along)); }
 
 // ---- Mesh ----
 
@@ -144,13 +144,13 @@ void Gull::wing(float side) {
                 const float chord = chords[j] * (j + 1 == count ? 1 - cut : 1);
                 const float y = front - deep * chord;
                 // Flesh and bone lie in the front, what follows is as thin as its feathers.
-                const float thick = mix(0.30f, 0.04f, smoothstep(0, 0.75f, along));
+                const float thick = mix(0.23f, 0.035f, smoothstep(0, 0.75f, along));
                 const float profile =
                     std::sqrt(std::min(1.0f, chord / 0.14f)) * smoothstep(0.85f, 0.10f, chord);
                 const float camber =
-                    0.34f * (1 - along * 0.6f) * std::sin(kPi * std::pow(chord, 0.75f));
+                    0.24f * (1 - along * 0.6f) * std::sin(kPi * std::pow(chord, 0.75f));
                 // Each feather lies with one edge upon the next: seen edge-on, they are blades.
-                const float blade = (gap ? 0.035f : -0.035f) * smoothstep(0.45f, 1.0f, chord);
+                const float blade = (gap ? 0.028f : -0.028f) * smoothstep(0.45f, 1.0f, chord);
                 add({side * (kShoulderX + along * kWingSpan), kShoulderY + y,
                      kShoulderZ + camber + blade + bulge * thick * profile},
                     onStrip(strip, along, chord), {Limb::WING, side, along});
@@ -284,8 +284,8 @@ const Vec3 kWhite = rgb(252, 253, 254), kGrey = rgb(172, 182, 191), kBlack = rgb
 /// from the sky, and the bright sea below.
 Vec3 lit(Vec3 c, float up) {
     const Vec3 below =
-        mix(Vec3{0.665f, 0.735f, 0.785f}, {0.80f, 0.865f, 0.865f}, smoothstep(-0.35f, -1.0f, up));
-    const Vec3 light = mix(below, Vec3{1.0f, 0.997f, 0.972f}, smoothstep(-0.62f, 0.42f, up));
+        mix(Vec3{0.695f, 0.755f, 0.795f}, {0.805f, 0.855f, 0.845f}, smoothstep(-0.35f, -1.0f, up));
+    const Vec3 light = mix(below, Vec3{1.0f, 0.997f, 0.972f}, smoothstep(-0.70f, 0.60f, up));
     // Where sun and shade meet, the feathers let the light through.
     return c * (light + Vec3{0.040f, 0.016f, -0.012f} * band(up, -0.22f, 0.12f, 0.22f));
 }
@@ -331,30 +331,28 @@ Vec3 bodyColour(float along, float round) {
     const float angle = round * kPi;
     const float e = 0.004f;
     const Vec3 normal =
-        normalize(cross(bodySurface(along, std::min(1.0f, round + e)) -
-                            bodySurface(along, std::max(0.0f, round - e)),
-                        bodySurface(along + e, round) - bodySurface(along - e, round)));
+        normalize(cross(bodySurface(along + e, round) - bodySurface(along - e, round),
+                        bodySurface(along, std::min(1.0f, round + e)) -
+                            bodySurface(along, std::max(0.0f, round - e))));
     // At the ridge and at the keel the curves leave no width to measure by.
     const float up = mix(normal.z, std::cos(angle), 0.4f);
     Vec3 c = kWhite;
     // The mantle between the wings.
-    const float ragged = 0.02f * std::cos(2 * kPi * along * 40);
-    const float mantle =
-        smoothstep(0.47f, 0.43f, round + ragged) * band(along, 0.37f, 0.78f, 0.035f);
+    const float mantle = smoothstep(0.48f, 0.41f, round) * band(along, 0.37f, 0.78f, 0.04f);
     c = mix(c, kGrey, mantle);
     // Feathers: rows of small tips, larger and clearer on the mantle, down on breast and belly.
     const float size = mix(1.0f, 0.62f, smoothstep(0.34f, 0.20f, along));
-    const float place = along * 34 / size, row = std::floor(place), f = place - row;
-    const float beside = round * 13 / size + 0.5f * (row - 2 * std::floor(row / 2));
+    const float place = along * 26 / size, row = std::floor(place), f = place - row;
+    const float beside = round * 11 / size + 0.5f * (row - 2 * std::floor(row / 2));
     const float off = 2 * (beside - std::floor(beside)) - 1;
     const float tip = f - 0.55f + 0.55f * off * off;
     const float tips = smoothstep(0.30f, 0.02f, std::fabs(tip - 0.02f)) * (tip > 0 ? 1.0f : 0.35f);
-    c *= 1 - (0.030f + 0.075f * mantle) * tips * smoothstep(0.12f, 0.17f, along);
-    const float down = fractalNoise({along * 46, round * 24, 0}, 3, 5);
-    c *= 1 + 0.030f * down;
+    c *= 1 - (0.016f + 0.050f * mantle) * tips * smoothstep(0.12f, 0.17f, along);
+    const float down = fractalNoise({along * 30, round * 18, 0}, 3, 5);
+    c *= 1 + 0.020f * down;
     c = lit(c, up + 0.10f * down * (1 - mantle));
     // The wings keep the light from the flanks.
-    c = c * mix(Vec3{1, 1, 1}, {0.80f, 0.845f, 0.875f},
+    c = c * mix(Vec3{1, 1, 1}, {0.85f, 0.88f, 0.90f},
                 0.8f * band(round, 0.44f, 0.60f, 0.10f) * band(along, 0.40f, 0.72f, 0.08f));
     // The head shades neck and breast: seen from the front they would be one ball with it.
     const float below = smoothstep(0.10f, 0.50f, round);
@@ -366,14 +364,14 @@ Vec3 bodyColour(float along, float round) {
     const Vec2 eye{(along - 0.178f) * kBodyLength, p.z - 1.02f};
     const float r = length(eye);
     c *= 1 - 0.13f * smoothstep(0.46f, 0.16f, length(eye - Vec2{-0.10f, 0.03f}));
-    c = mix(c, rgb(206, 132, 52), smoothstep(0.205f, 0.180f, r));
+    c = mix(c, rgb(196, 128, 58), smoothstep(0.190f, 0.170f, r));
     const Vec3 iris = mix(rgb(30, 22, 18), rgb(104, 70, 40),
                           smoothstep(0.02f, -0.14f, eye.y) * smoothstep(0.09f, 0.12f, r));
-    c = mix(c, iris, smoothstep(0.172f, 0.150f, r));
+    c = mix(c, iris, smoothstep(0.166f, 0.146f, r));
     c = mix(c, kWhite, smoothstep(0.062f, 0.040f, length(eye - Vec2{-0.055f, 0.065f})));
 
     // Bill: yellow, light on its ridge, shaded below; the gape, the nostril, the red spot.
-    const float bill = smoothstep(0.127f, 0.122f, along + 0.010f * std::cos(2 * angle) - 0.004f);
+    const float bill = smoothstep(0.119f, 0.114f, along + 0.010f * std::cos(2 * angle) - 0.004f);
     if (bill > 0) {
         const float gape_z = 0.575f + 0.4f * std::max(0.0f, 0.03f - along) * -4.0f;
         const float over = p.z - gape_z;
@@ -406,18 +404,20 @@ float featherEnd(float along, float chord) {
     return (low + high) / 2;
 }
 
-constexpr Tips kCovertsAbove[] = {{0.085f, 38, 0.020f},
-                                  {0.155f, 34, 0.026f},
-                                  {0.235f, 30, 0.032f},
-                                  {0.345f, 26, 0.042f},
-                                  {0.545f, kFeathers, 0.055f}};
+constexpr Tips kCovertsAbove[] = {{0.050f, 36, 0.014f},
+                                  {0.115f, 32, 0.024f},
+                                  {0.205f, 28, 0.034f},
+                                  {0.335f, 25, 0.045f},
+                                  {0.545f, kFeathers, 0.060f}};
 constexpr Tips kCovertsBelow[] = {
-    {0.14f, 32, 0.030f}, {0.25f, 28, 0.038f}, {0.38f, 25, 0.048f}, {0.55f, kFeathers, 0.060f}};
+    {0.075f, 34, 0.020f}, {0.17f, 30, 0.034f}, {0.34f, 26, 0.046f}, {0.55f, kFeathers, 0.060f}};
 
 /// Both sides of the wing; along the span, chord from the leading edge back. There are no smaller
 /// copies of the picture for the far bird: lines are soft, and their contrast is low.
 Vec3 wingColour(float along, float chord, bool above) {
-    const float end = featherEnd(along, chord), feather = end * kFeathers;
+    // The outermost feathers, which make the leading edge of the hand, are the broadest to be seen.
+    const float end = featherEnd(along, chord);
+    const float feather = kFeathers * (std::min(end, 1.0f) + 0.25f * std::max(0.0f, end - 1));
     const float number = std::floor(feather), f = feather - number;
     const float own = hashUnit(static_cast<int>(number), above ? 1 : 0, 0, 77);
 
@@ -432,33 +432,35 @@ Vec3 wingColour(float along, float chord, bool above) {
     // The shade of one feather on the next, soft on one side; the shaft; fine barbs.
     float shade = 0, shaft = 0, rim = 0;
     if (flight) {
-        shade = above ? smoothstep(0.42f, 0.0f, f) : smoothstep(0.50f, 1.0f, f);
+        shade = above ? smoothstep(0.36f, 0.02f, f) : smoothstep(0.62f, 0.98f, f);
         shade *= above ? smoothstep(0.0f, 0.07f, f) : smoothstep(1.0f, 0.93f, f);
         rim = above ? smoothstep(0.86f, 0.97f, f) : smoothstep(0.14f, 0.03f, f);
         const float middle = above ? kFeatherTip : 0.40f;
         shaft = smoothstep(0.075f, 0.015f, std::fabs(f - middle));
     } else {
         shade = 0.5f * smoothstep(0.40f, 0.0f, tile.across);
-        rim = smoothstep(0.022f, 0.004f, tile.before);
+        rim = smoothstep(0.022f, 0.004f, tile.before) *
+              mix(0.4f, 1.0f, smoothstep(0.08f, 0.35f, chord));
         if (tile.row == rows - 1)
             shaft = 0.5f * smoothstep(0.08f, 0.02f, std::fabs(tile.across - 0.5f));
     }
     const float barbs = fractalNoise({feather * 5, chord * 2.5f, 0}, 2, above ? 9 : 31);
-    const float cast = smoothstep(0.050f, 0.0f, tile.behind) * arm;
+    const float cast = smoothstep(0.045f, 0.0f, tile.behind) * arm *
+                       (flight ? 1.0f : mix(0.45f, 0.8f, smoothstep(0.10f, 0.35f, chord)));
 
     Vec3 c = kWhite;
     if (above) {
-        c = mix(kGrey, rgb(206, 213, 220), 0.22f * (1 - smoothstep(0.0f, 0.45f, chord)));
+        c = mix(kGrey, rgb(206, 213, 220), 0.15f * (1 - smoothstep(0.0f, 0.45f, chord)));
         c = mix(c, rgb(206, 213, 220), 0.40f * smoothstep(0.40f, 0.75f, along));
         c *= 1 + 0.05f * (own - 0.5f) * (flight ? 1.0f : 0.0f) + 0.022f * barbs;
-        c *= 1 - (flight ? 0.15f : 0.08f) * shade;
-        c *= 1 - 0.13f * shaft + (flight ? 0.07f : 0.085f) * rim;
+        c *= 1 - (flight ? 0.13f : 0.10f) * shade;
+        c *= 1 - 0.10f * shaft + (flight ? 0.06f : 0.065f) * rim;
         c = c * mix(Vec3{1, 1, 1}, {0.80f, 0.82f, 0.85f}, cast);
         // The front rounds into the warm sun; the arm is arched, its rear turns away.
-        c = c * mix(Vec3{0.945f, 0.965f, 0.985f}, {1.06f, 1.045f, 1.015f},
+        c = c * mix(Vec3{0.945f, 0.965f, 0.985f}, {1.035f, 1.02f, 0.99f},
                     smoothstep(0.75f, 0.10f, chord) * mix(1.0f, 0.6f, along));
         c *= 1 - 0.12f * smoothstep(0.16f, 0.0f, along);
-        c = mix(c, kWhite, 0.9f * smoothstep(0.045f, 0.012f, chord));
+        c = mix(c, kWhite, 0.9f * smoothstep(0.034f, 0.018f, chord));
         // White ends of the feathers make a hem behind the arm.
         const float off = (f - kFeatherTip) * 1.3f;
         const float hem = 0.86f + 0.05f * smoothstep(0.30f, 0.66f, along) - 0.06f * off * off;
@@ -472,14 +474,14 @@ Vec3 wingColour(float along, float chord, bool above) {
                                 smoothstep(0.0f, 0.5f, chord));
         Vec3 through = mix(Vec3{0.735f, 0.775f, 0.795f}, {0.90f, 0.885f, 0.845f},
                            smoothstep(0.50f, 0.98f, chord) * mix(1.0f, 0.75f, hand));
-        through = mix(through, {0.70f, 0.745f, 0.775f}, 0.55f * shade);
+        through = mix(through, {0.70f, 0.745f, 0.775f}, 0.42f * shade);
         c = c * (flight ? through : covert);
         c *= 1 + 0.03f * (own - 0.5f) * (flight ? 1.0f : 0.0f) + 0.018f * barbs;
         c *= 1 - 0.06f * shade + (flight ? 0.05f : 0.045f) * rim;
         c = mix(c, kWhite * (flight ? 0.95f : 0.84f), 0.45f * shaft);
         c = c * mix(Vec3{1, 1, 1}, {0.84f, 0.865f, 0.885f}, cast);
         // The leading edge rounds into the light, the armpit lies in shade.
-        c = mix(c, Vec3{0.99f, 0.985f, 0.96f}, 0.85f * smoothstep(0.055f, 0.010f, chord));
+        c = mix(c, Vec3{0.99f, 0.985f, 0.96f}, 0.85f * smoothstep(0.040f, 0.018f, chord));
         c = c * mix(Vec3{1, 1, 1}, {0.80f, 0.835f, 0.865f}, smoothstep(0.20f, 0.0f, along));
     }
 
@@ -488,14 +490,17 @@ Vec3 wingColour(float along, float chord, bool above) {
                        0.022f * (f - 0.5f);
     const float black = smoothstep(0.0f, 0.030f, along - from) * (flight ? 1.0f : 0.9f);
     Vec3 dark = kBlack * (0.96f + 0.10f * own + 0.08f * barbs);
-    dark = dark * (1 - 0.30f * shade) + Vec3{0.10f, 0.105f, 0.115f} * (0.55f * rim + 0.8f * shaft);
+    dark = dark * (1 - 0.30f * shade) + Vec3{0.10f, 0.105f, 0.115f} * (0.5f * rim + 0.5f * shaft);
     c = mix(c, above ? dark : mix(dark, rgb(96, 102, 112), 0.28f), black);
     // White ends, and the mirrors of the two outermost.
     const Vec3 pale = above ? kWhite : Vec3{0.86f, 0.88f, 0.88f};
     const float spot = length(Vec2{(f - 0.55f) / 0.42f, (chord - 0.93f) / 0.060f});
     c = mix(c, pale, 0.92f * smoothstep(1.15f, 0.75f, spot) * smoothstep(0.70f, 0.74f, along));
-    const float mirror = length(Vec2{(along - 0.905f) / 0.026f, (chord - 0.46f) / 0.26f});
-    return mix(c, pale, 0.92f * smoothstep(1.12f, 0.78f, mirror) * (1 - 0.5f * shade));
+    const bool outermost = number > kFeathers;
+    const float mirror = band(along - (outermost ? 0.912f : 0.893f) - 0.02f * (f - 0.5f),
+                              outermost ? -0.024f : -0.019f, outermost ? 0.024f : 0.019f, 0.006f);
+    return mix(c, pale * (1 - 0.25f * shade),
+               number >= kFeathers && chord > 0.03f ? 0.94f * mirror : 0.0f);
 }
 
 /// The middle feathers of the tail lie on top.
@@ -504,7 +509,7 @@ Vec3 tailColour(float u, float v) {
     const float spread = smoothstep(0.18f, 0.45f, v);
     const float shade = smoothstep(0.45f, 0.0f, f) * smoothstep(0.0f, 0.08f, f);
     const float shaft = smoothstep(0.09f, 0.03f, std::fabs(f - 0.5f));
-    Vec3 c = kWhite * (1 - spread * (0.13f * shade + 0.09f * shaft));
+    Vec3 c = kWhite * (1 - spread * (0.09f * shade + 0.05f * shaft));
     c *= 1 + 0.020f * fractalNoise({out * 5, v * 3, 0}, 2, 51);
     c *= 1 - 0.06f * smoothstep(0.25f, 0.5f, std::fabs(u - 0.5f));
     // Coverts and the shade of the rump over its root; the sky shines through the end of the fan.
