@@ -20,13 +20,13 @@ constexpr int kGlide = 20, kBetween = 3, kFly = 20, kFrames = kGlide + kBetween 
 // Body: 0 at the bill's tip, 1 at the root of the tail; heights and widths in file units.
 constexpr float kBodyLength = 10.6f, kBillTip = 6.4f;  // y of the tip
 constexpr int kHalfSides = 9;
-const Curve kTop = {{0, 0.42f},      {0.012f, 0.60f}, {0.035f, 0.73f}, {0.09f, 0.81f},
+const Curve kTop = {{0, 0.47f},      {0.012f, 0.61f}, {0.035f, 0.72f}, {0.09f, 0.81f},
                     {0.118f, 0.90f}, {0.14f, 1.16f},  {0.165f, 1.37f}, {0.20f, 1.47f},
                     {0.26f, 1.38f},  {0.34f, 1.20f},  {0.50f, 1.10f},  {0.70f, 0.86f},
                     {0.88f, 0.46f},  {1.0f, 0.22f}};
-const Curve kBottom = {{0, 0.36f},      {0.015f, 0.45f}, {0.045f, 0.40f}, {0.09f, 0.45f},
-                       {0.118f, 0.38f}, {0.145f, 0.20f}, {0.18f, 0.02f},  {0.24f, -0.22f},
-                       {0.34f, -0.86f}, {0.48f, -1.22f}, {0.64f, -1.10f}, {0.82f, -0.52f},
+const Curve kBottom = {{0, 0.41f},      {0.020f, 0.42f}, {0.045f, 0.385f}, {0.09f, 0.45f},
+                       {0.118f, 0.38f}, {0.145f, 0.20f}, {0.18f, 0.02f},   {0.24f, -0.22f},
+                       {0.34f, -0.86f}, {0.48f, -1.22f}, {0.64f, -1.10f},  {0.82f, -0.52f},
                        {1.0f, 0.02f}};
 const Curve kWidth = {{0, 0.03f},      {0.015f, 0.08f}, {0.05f, 0.125f}, {0.105f, 0.175f},
                       {0.122f, 0.30f}, {0.145f, 0.50f}, {0.19f, 0.66f},  {0.25f, 0.70f},
@@ -40,9 +40,9 @@ const float kStations[] = {0,     0.012f, 0.035f, 0.07f, 0.105f, 0.116f, 0.128f,
 constexpr float kShoulderX = 0.55f, kShoulderY = 1.9f, kShoulderZ = 0.62f;
 constexpr float kWingSpan = 15.0f - kShoulderX;
 constexpr float kWrist = 0.43f;
-const Curve kLeading = {{0, 1.05f},     {0.10f, 1.20f},  {0.25f, 1.85f},
-                        {0.38f, 2.35f}, {0.46f, 2.30f},  {0.60f, 1.45f},
-                        {0.78f, 0.05f}, {0.92f, -1.35f}, {1.0f, -2.35f}};
+const Curve kLeading = {{0, 1.60f},      {0.05f, 1.30f}, {0.11f, 1.28f}, {0.25f, 1.85f},
+                        {0.38f, 2.35f},  {0.46f, 2.30f}, {0.60f, 1.45f}, {0.78f, 0.05f},
+                        {0.92f, -1.35f}, {1.0f, -2.35f}};
 const Curve kTrailing = {{0, -3.05f},     {0.12f, -2.55f}, {0.28f, -1.75f}, {0.42f, -1.55f},
                          {0.55f, -1.85f}, {0.72f, -2.30f}, {0.88f, -2.62f}, {1.0f, -2.60f}};
 constexpr int kFeathers = 22;  // along the trailing edge of one wing
@@ -57,10 +57,10 @@ constexpr float kChordsBottom[] = {0, 0.09f, 0.45f, 1};
 struct Strip {
     float s0, s1, t0, t1;
 };
-constexpr Strip kTailStrip{0, 0.5f, 0, 0.16f}, kBodyStrip{0, 1, 0.16f, 0.48f},
-    kWingTop{0, 1, 0.52f, 0.80f}, kWingBottom{0, 1, 0.80f, 1};
+constexpr Strip kTailStrip{0, 0.5f, 0, 0.125f}, kBodyStrip{0, 1, 0.125f, 0.40f},
+    kWingTop{0, 1, 0.43f, 0.73f}, kWingBottom{0, 1, 0.73f, 1};
 constexpr int kSheet = 512;
-constexpr float kRim = 1.5f / kSheet, kRimBetween = 4.0f / kSheet;
+constexpr float kRim = 3.0f / kSheet, kRimBetween = 8.0f / kSheet;
 
 Vec2 onStrip(const Strip& strip, float u, float v) {
     return {mix(strip.s0 + kRim, strip.s1 - kRim, u),
@@ -130,37 +130,47 @@ void Gull::body() {
 
 void Gull::wing(float side) {
     const auto surface = [&](const Strip& strip, const float* chords, int count, float bulge) {
-        constexpr int kColumns = 2 * kFeathers;
-        const int first = static_cast<int>(mesh.vertices.size());
-        for (int i = 0; i <= kColumns; ++i) {
-            // Every second column is a gap between two feathers.
-            const bool gap = i % 2 == 0;
-            const float along =
-                (static_cast<float>(i / 2) + (gap ? 0.0f : kFeatherTip)) / kFeathers;
+        // A point at the given share of one feather's width; cut back by so much at its end.
+        const auto point = [&](int feather, float across, float chord, float cut) {
+            const float along = (static_cast<float>(feather) + across) / kFeathers;
             const float front = kLeading.at(along), deep = front - kTrailing.at(along);
-            const float cut =
-                gap && i > 0 && i < kColumns ? std::min(0.5f, notch(along) / deep) : 0.0f;
-            for (int j = 0; j < count; ++j) {
-                const float chord = chords[j] * (j + 1 == count ? 1 - cut : 1);
-                const float y = front - deep * chord;
-                // Flesh and bone lie in the front, what follows is as thin as its feathers.
-                const float thick = mix(0.23f, 0.035f, smoothstep(0, 0.75f, along));
-                const float profile =
-                    std::sqrt(std::min(1.0f, chord / 0.14f)) * smoothstep(0.85f, 0.10f, chord);
-                const float camber =
-                    0.24f * (1 - along * 0.6f) * std::sin(kPi * std::pow(chord, 0.75f));
-                // Each feather lies with one edge upon the next: seen edge-on, they are blades.
-                const float blade = (gap ? 0.028f : -0.028f) * smoothstep(0.45f, 1.0f, chord);
-                add({side * (kShoulderX + along * kWingSpan), kShoulderY + y,
-                     kShoulderZ + camber + blade + bulge * thick * profile},
-                    onStrip(strip, along, chord), {Limb::WING, side, along});
-            }
+            chord *= 1 - std::min(0.5f, cut * notch(along) / deep);
+            // Flesh and bone lie in the front, what follows is as thin as its feathers.
+            const float thick = mix(0.23f, 0.035f, smoothstep(0, 0.75f, along));
+            const float profile =
+                std::sqrt(std::min(1.0f, chord / 0.14f)) * smoothstep(0.85f, 0.10f, chord);
+            const float camber =
+                0.24f * (1 - along * 0.6f) * std::sin(kPi * std::pow(chord, 0.75f));
+            // Each feather lies with one edge upon the next: seen edge-on, they are blades.
+            const float middle = 1 - std::fabs(across - kFeatherTip) / kFeatherTip;
+            const float blade = 0.028f * (1 - 2 * middle) * smoothstep(0.45f, 1.0f, chord);
+            return add({side * (kShoulderX + along * kWingSpan), kShoulderY + front - deep * chord,
+                        kShoulderZ + camber + blade + bulge * thick * profile},
+                       onStrip(strip, along, chord), {Limb::WING, side, along});
+        };
+        const int last = count - 1;
+        // Columns: the gaps between two feathers, and their tips.
+        std::vector<int> columns;
+        for (int i = 0; i <= 2 * kFeathers; ++i) {
+            const bool gap = i % 2 == 0, inner = gap && i > 0 && i < 2 * kFeathers;
+            for (int j = 0; j < count; ++j)
+                columns.push_back(point(i / 2, gap ? 0.0f : kFeatherTip, chords[j],
+                                        inner && j == last ? 1.0f : 0.0f));
         }
-        for (int i = 0; i < kColumns; ++i)
-            for (int j = 0; j + 1 < count; ++j) {
-                const int a = first + i * count + j;
-                mesh.quad(a, a + 1, a + count + 1, a + count);
-            }
+        for (int i = 0; i < 2 * kFeathers; ++i) {
+            const int* a = &columns[size_t(i * count)];
+            const int* b = a + count;
+            for (int j = 0; j < last - 1; ++j)
+                mesh.quad(a[j], a[j + 1], b[j + 1], b[j]);
+            // Either side of the tip is rounded.
+            const bool before = i % 2 == 0;
+            const int round = before ? point(i / 2, 0.26f, 1, i > 0 ? 0.36f : 0.0f)
+                                     : point(i / 2, 0.91f, 1, i + 1 < 2 * kFeathers ? 0.24f : 0.0f);
+            const int from = before ? a[last - 1] : b[last - 1];
+            mesh.triangle(from, a[last], round);
+            mesh.triangle(from, round, b[last]);
+            mesh.triangle(a[last - 1], before ? b[last] : a[last], b[last - 1]);
+        }
     };
     surface(kWingTop, kChordsTop, static_cast<int>(std::size(kChordsTop)), 0.6f);
     surface(kWingBottom, kChordsBottom, static_cast<int>(std::size(kChordsBottom)), -0.6f);
@@ -338,7 +348,7 @@ Vec3 bodyColour(float along, float round) {
     const float up = mix(normal.z, std::cos(angle), 0.4f);
     Vec3 c = kWhite;
     // The mantle between the wings.
-    const float mantle = smoothstep(0.48f, 0.41f, round) * band(along, 0.37f, 0.78f, 0.04f);
+    const float mantle = smoothstep(0.37f, 0.29f, round) * band(along, 0.37f, 0.78f, 0.04f);
     c = mix(c, kGrey, mantle);
     // Feathers: rows of small tips, larger and clearer on the mantle, down on breast and belly.
     const float size = mix(1.0f, 0.62f, smoothstep(0.34f, 0.20f, along));
@@ -362,7 +372,7 @@ Vec3 bodyColour(float along, float round) {
 
     // Eye: dark, in a narrow lid ring, with a glint; a soft shade before and over it.
     const Vec2 eye{(along - 0.178f) * kBodyLength, p.z - 1.02f};
-    const float r = length(eye);
+    const float r = 1.16f * length(eye);
     c *= 1 - 0.13f * smoothstep(0.46f, 0.16f, length(eye - Vec2{-0.10f, 0.03f}));
     c = mix(c, rgb(196, 128, 58), smoothstep(0.190f, 0.170f, r));
     const Vec3 iris = mix(rgb(30, 22, 18), rgb(104, 70, 40),
@@ -373,7 +383,7 @@ Vec3 bodyColour(float along, float round) {
     // Bill: yellow, light on its ridge, shaded below; the gape, the nostril, the red spot.
     const float bill = smoothstep(0.119f, 0.114f, along + 0.010f * std::cos(2 * angle) - 0.004f);
     if (bill > 0) {
-        const float gape_z = 0.575f + 0.4f * std::max(0.0f, 0.03f - along) * -4.0f;
+        const float gape_z = 0.575f - 1.2f * std::max(0.0f, 0.03f - along);
         const float over = p.z - gape_z;
         Vec3 horn = mix(rgb(214, 140, 22), rgb(255, 206, 62), smoothstep(-0.75f, 0.55f, up));
         horn = mix(horn, rgb(255, 233, 150), 0.75f * band(round, 0.0f, 0.20f, 0.10f));
@@ -383,7 +393,7 @@ Vec3 bodyColour(float along, float round) {
                               length(Vec2{(along - 0.041f) / 0.013f, (round - 0.80f) / 0.15f})));
         horn *= 1 - 0.20f * smoothstep(-0.10f, 0.0f, over) * smoothstep(0.02f, 0.0f, over);
         horn *= 1 - 0.58f * smoothstep(0.028f, 0.010f, std::fabs(over)) *
-                        smoothstep(0.004f, 0.012f, along);
+                        smoothstep(0.006f, 0.020f, along);
         horn *= 1 - 0.55f * smoothstep(
                                 1.2f, 0.7f,
                                 length(Vec2{(along - 0.078f) / 0.011f, (round - 0.36f) / 0.045f}));
@@ -472,12 +482,12 @@ Vec3 wingColour(float along, float chord, bool above) {
         // flight feathers where only one of them lies.
         const Vec3 covert = mix(Vec3{0.815f, 0.865f, 0.885f}, {0.915f, 0.935f, 0.925f},
                                 smoothstep(0.0f, 0.5f, chord));
-        Vec3 through = mix(Vec3{0.735f, 0.775f, 0.795f}, {0.90f, 0.885f, 0.845f},
+        Vec3 through = mix(Vec3{0.70f, 0.745f, 0.77f}, {0.905f, 0.885f, 0.84f},
                            smoothstep(0.50f, 0.98f, chord) * mix(1.0f, 0.75f, hand));
-        through = mix(through, {0.70f, 0.745f, 0.775f}, 0.42f * shade);
+        through = mix(through, {0.655f, 0.70f, 0.735f}, 0.55f * shade);
         c = c * (flight ? through : covert);
         c *= 1 + 0.03f * (own - 0.5f) * (flight ? 1.0f : 0.0f) + 0.018f * barbs;
-        c *= 1 - 0.06f * shade + (flight ? 0.05f : 0.045f) * rim;
+        c *= 1 - 0.07f * shade + (flight ? 0.06f : 0.045f) * rim;
         c = mix(c, kWhite * (flight ? 0.95f : 0.84f), 0.45f * shaft);
         c = c * mix(Vec3{1, 1, 1}, {0.84f, 0.865f, 0.885f}, cast);
         // The leading edge rounds into the light, the armpit lies in shade.
@@ -485,10 +495,14 @@ Vec3 wingColour(float along, float chord, bool above) {
         c = c * mix(Vec3{1, 1, 1}, {0.80f, 0.835f, 0.865f}, smoothstep(0.20f, 0.0f, along));
     }
 
+    // Where it grows from the shoulder, the wing is as white as the body.
+    c = mix(c, above ? kWhite : Vec3{0.86f, 0.89f, 0.905f},
+            smoothstep(0.055f, 0.015f, along) * smoothstep(0.34f, 0.10f, chord));
+
     // The black begins further in on the outer feathers.
     const float from = mix(0.700f, 0.655f, smoothstep(0.70f, 1.0f, end)) + 0.030f * (own - 0.5f) +
                        0.022f * (f - 0.5f);
-    const float black = smoothstep(0.0f, 0.030f, along - from) * (flight ? 1.0f : 0.9f);
+    const float black = smoothstep(0.0f, 0.016f, along - from) * (flight ? 1.0f : 0.9f);
     Vec3 dark = kBlack * (0.96f + 0.10f * own + 0.08f * barbs);
     dark = dark * (1 - 0.30f * shade) + Vec3{0.10f, 0.105f, 0.115f} * (0.5f * rim + 0.5f * shaft);
     c = mix(c, above ? dark : mix(dark, rgb(96, 102, 112), 0.28f), black);
