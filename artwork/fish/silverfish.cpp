@@ -61,13 +61,13 @@ Fish anatomy() {
 Vec3 bodyColour(const BodyPoint& p) {
     // A dark stripe between a pale ridge and a bright flank outlines each fish before sand, sea and
     // corals, and before its neighbours, from above and behind too.
-    const Vec3 back = rgb(12, 58, 116), side = rgb(240, 249, 252), belly = rgb(255, 255, 255);
+    const Vec3 back = rgb(8, 46, 100), side = rgb(240, 249, 252), belly = rgb(255, 255, 255);
     const Vec3 yellow = rgb(255, 214, 44);
     Vec3 c = mix(belly, side, smoothstep(-0.75f, 0.05f, p.rise));
     c = mix(c, rgb(64, 176, 224), 0.80f * smoothstep(0.40f, 0.54f, p.rise));
-    c = mix(c, back, smoothstep(0.48f, 0.62f, p.rise));
-    const Vec3 ridge = rgb(126, 210, 238);
-    const float from = mix(0.82f, 0.60f, smoothstep(0.45f, 0.95f, p.along));
+    c = mix(c, back, smoothstep(0.46f, 0.60f, p.rise));
+    const Vec3 ridge = rgb(134, 216, 242);
+    const float from = mix(0.84f, 0.78f, smoothstep(0.45f, 0.95f, p.along));
     c = mix(c, ridge,
             smoothstep(from - 0.08f, from + 0.08f, p.rise) * smoothstep(0.07f, 0.19f, p.along));
     const float line = (p.rise - 0.42f) / 0.095f;
@@ -107,7 +107,7 @@ int main(int, char** arguments) {
     skin.detail.gill_height = 0.085f;
     skin.detail.mouth_front = {0.0f, -0.006f};
     skin.detail.mouth_corner = {0.035f, -0.026f};
-    skin.detail.gloss = 0.20f;
+    skin.detail.gloss = 0.16f;
     const Fish fish = anatomy();
     saveFish(fish, 10, folder + "silverfish.nlm");
     saveSkin(fish, skin, 256, folder + "silverfish.nlt");
