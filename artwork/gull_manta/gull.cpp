@@ -53,12 +53,12 @@ constexpr float kChordsBottom[] = {0, 0.09f, 0.45f, 1};
 
 // The sheet: strips over its whole width, and the tail. From afar one pixel is as high as several
 // texels, and at an outline its middle may lie outside: so body and tail, white both, lie together,
-// away from the black of the wing tips.
+// the body away from the black of the wing tips, and the wings away from the bill.
 struct Strip {
     float s0, s1, t0, t1;
 };
-constexpr Strip kTailStrip{0, 0.5f, 0, 0.125f}, kBodyStrip{0, 1, 0.125f, 0.40f},
-    kWingTop{0, 1, 0.43f, 0.73f}, kWingBottom{0, 1, 0.73f, 1};
+constexpr Strip kBodyStrip{0, 1, 0.03125f, 0.3125f}, kTailStrip{0, 0.5f, 0.3125f, 0.4375f},
+    kWingTop{0, 1, 0.4375f, 0.734375f}, kWingBottom{0, 1, 0.734375f, 1};
 constexpr int kSheet = 512;
 constexpr float kRim = 3.0f / kSheet, kRimBetween = 8.0f / kSheet;
 
@@ -136,14 +136,14 @@ void Gull::wing(float side) {
             const float front = kLeading.at(along), deep = front - kTrailing.at(along);
             chord *= 1 - std::min(0.5f, cut * notch(along) / deep);
             // Flesh and bone lie in the front, what follows is as thin as its feathers.
-            const float thick = mix(0.23f, 0.035f, smoothstep(0, 0.75f, along));
+            const float thick = mix(0.23f, 0.05f, smoothstep(0, 0.75f, along));
             const float profile =
                 std::sqrt(std::min(1.0f, chord / 0.14f)) * smoothstep(0.85f, 0.10f, chord);
-            const float camber =
-                0.24f * (1 - along * 0.6f) * std::sin(kPi * std::pow(chord, 0.75f));
+            const float camber = 0.17f * (1 - along * 0.6f) * std::sin(kPi * std::pow(chord, 0.6f));
             // Each feather lies with one edge upon the next: seen edge-on, they are blades.
             const float middle = 1 - std::fabs(across - kFeatherTip) / kFeatherTip;
-            const float blade = 0.028f * (1 - 2 * middle) * smoothstep(0.45f, 1.0f, chord);
+            const float blade = mix(0.028f, 0.012f, smoothstep(0.5f, 0.8f, along)) *
+                                (1 - 2 * middle) * smoothstep(0.45f, 1.0f, chord);
             return add({side * (kShoulderX + along * kWingSpan), kShoulderY + front - deep * chord,
                         kShoulderZ + camber + blade + bulge * thick * profile},
                        onStrip(strip, along, chord), {Limb::WING, side, along});
@@ -294,7 +294,7 @@ const Vec3 kWhite = rgb(252, 253, 254), kGrey = rgb(172, 182, 191), kBlack = rgb
 /// from the sky, and the bright sea below.
 Vec3 lit(Vec3 c, float up) {
     const Vec3 below =
-        mix(Vec3{0.695f, 0.755f, 0.795f}, {0.805f, 0.855f, 0.845f}, smoothstep(-0.35f, -1.0f, up));
+        mix(Vec3{0.685f, 0.745f, 0.79f}, {0.815f, 0.85f, 0.835f}, smoothstep(-0.45f, -1.0f, up));
     const Vec3 light = mix(below, Vec3{1.0f, 0.997f, 0.972f}, smoothstep(-0.70f, 0.60f, up));
     // Where sun and shade meet, the feathers let the light through.
     return c * (light + Vec3{0.040f, 0.016f, -0.012f} * band(up, -0.22f, 0.12f, 0.22f));
@@ -349,7 +349,7 @@ Vec3 bodyColour(float along, float round) {
     Vec3 c = kWhite;
     // The mantle between the wings.
     const float mantle = smoothstep(0.37f, 0.29f, round) * band(along, 0.37f, 0.78f, 0.04f);
-    c = mix(c, kGrey, mantle);
+    c = mix(c, rgb(165, 177, 190), mantle);
     // Feathers: rows of small tips, larger and clearer on the mantle, down on breast and belly.
     const float size = mix(1.0f, 0.62f, smoothstep(0.34f, 0.20f, along));
     const float place = along * 26 / size, row = std::floor(place), f = place - row;
@@ -357,10 +357,16 @@ Vec3 bodyColour(float along, float round) {
     const float off = 2 * (beside - std::floor(beside)) - 1;
     const float tip = f - 0.55f + 0.55f * off * off;
     const float tips = smoothstep(0.30f, 0.02f, std::fabs(tip - 0.02f)) * (tip > 0 ? 1.0f : 0.35f);
-    c *= 1 - (0.016f + 0.050f * mantle) * tips * smoothstep(0.12f, 0.17f, along);
+    c *= 1 - (0.024f + 0.045f * mantle) * tips * smoothstep(0.12f, 0.17f, along);
     const float down = fractalNoise({along * 30, round * 18, 0}, 3, 5);
     c *= 1 + 0.020f * down;
     c = lit(c, up + 0.10f * down * (1 - mantle));
+    // Below, the flanks turn away from the sea, and so does the vent.
+    const float low = smoothstep(0.55f, 0.80f, round);
+    c = c * mix(Vec3{1, 1, 1}, {0.90f, 0.915f, 0.93f},
+                low * std::max(0.8f * band(round, 0.56f, 0.74f, 0.08f) *
+                                   band(along, 0.32f, 0.80f, 0.10f),
+                               smoothstep(0.72f, 0.95f, along)));
     // The wings keep the light from the flanks.
     c = c * mix(Vec3{1, 1, 1}, {0.85f, 0.88f, 0.90f},
                 0.8f * band(round, 0.44f, 0.60f, 0.10f) * band(along, 0.40f, 0.72f, 0.08f));
@@ -381,7 +387,7 @@ Vec3 bodyColour(float along, float round) {
     c = mix(c, kWhite, smoothstep(0.062f, 0.040f, length(eye - Vec2{-0.055f, 0.065f})));
 
     // Bill: yellow, light on its ridge, shaded below; the gape, the nostril, the red spot.
-    const float bill = smoothstep(0.119f, 0.114f, along + 0.010f * std::cos(2 * angle) - 0.004f);
+    const float bill = smoothstep(0.115f, 0.110f, along + 0.006f * std::cos(2 * angle));
     if (bill > 0) {
         const float gape_z = 0.575f - 1.2f * std::max(0.0f, 0.03f - along);
         const float over = p.z - gape_z;
@@ -414,8 +420,8 @@ float featherEnd(float along, float chord) {
     return (low + high) / 2;
 }
 
-constexpr Tips kCovertsAbove[] = {{0.050f, 36, 0.014f},
-                                  {0.115f, 32, 0.024f},
+constexpr Tips kCovertsAbove[] = {{0.050f, 36, 0.010f},
+                                  {0.115f, 32, 0.018f},
                                   {0.205f, 28, 0.034f},
                                   {0.335f, 25, 0.045f},
                                   {0.545f, kFeathers, 0.060f}};
@@ -448,26 +454,26 @@ Vec3 wingColour(float along, float chord, bool above) {
         const float middle = above ? kFeatherTip : 0.40f;
         shaft = smoothstep(0.075f, 0.015f, std::fabs(f - middle));
     } else {
-        shade = 0.5f * smoothstep(0.40f, 0.0f, tile.across);
-        rim = smoothstep(0.022f, 0.004f, tile.before) *
-              mix(0.4f, 1.0f, smoothstep(0.08f, 0.35f, chord));
+        // Small ones are hardly set off from each other: all in rows, they would look like scales.
+        const float large = smoothstep(0.08f, 0.34f, chord);
+        shade = mix(0.3f, 0.6f, large) * smoothstep(0.40f, 0.0f, tile.across);
+        rim = mix(0.35f, 1.0f, large) * smoothstep(0.022f, 0.004f, tile.before);
         if (tile.row == rows - 1)
             shaft = 0.5f * smoothstep(0.08f, 0.02f, std::fabs(tile.across - 0.5f));
     }
     const float barbs = fractalNoise({feather * 5, chord * 2.5f, 0}, 2, above ? 9 : 31);
     const float cast = smoothstep(0.045f, 0.0f, tile.behind) * arm *
-                       (flight ? 1.0f : mix(0.45f, 0.8f, smoothstep(0.10f, 0.35f, chord)));
+                       (flight ? 1.0f : mix(0.35f, 0.8f, smoothstep(0.10f, 0.35f, chord)));
 
     Vec3 c = kWhite;
     if (above) {
-        c = mix(kGrey, rgb(206, 213, 220), 0.15f * (1 - smoothstep(0.0f, 0.45f, chord)));
-        c = mix(c, rgb(206, 213, 220), 0.40f * smoothstep(0.40f, 0.75f, along));
+        c = mix(kGrey, rgb(206, 213, 220), 0.40f * smoothstep(0.40f, 0.75f, along));
         c *= 1 + 0.05f * (own - 0.5f) * (flight ? 1.0f : 0.0f) + 0.022f * barbs;
         c *= 1 - (flight ? 0.13f : 0.10f) * shade;
         c *= 1 - 0.10f * shaft + (flight ? 0.06f : 0.065f) * rim;
         c = c * mix(Vec3{1, 1, 1}, {0.80f, 0.82f, 0.85f}, cast);
         // The front rounds into the warm sun; the arm is arched, its rear turns away.
-        c = c * mix(Vec3{0.945f, 0.965f, 0.985f}, {1.035f, 1.02f, 0.99f},
+        c = c * mix(Vec3{0.945f, 0.965f, 0.985f}, {1.0f, 0.99f, 0.97f},
                     smoothstep(0.75f, 0.10f, chord) * mix(1.0f, 0.6f, along));
         c *= 1 - 0.12f * smoothstep(0.16f, 0.0f, along);
         c = mix(c, kWhite, 0.9f * smoothstep(0.034f, 0.018f, chord));
@@ -480,16 +486,16 @@ Vec3 wingColour(float along, float chord, bool above) {
     } else {
         // White coverts in the cool shade of the wing; the sun shines warm through the ends of the
         // flight feathers where only one of them lies.
-        const Vec3 covert = mix(Vec3{0.815f, 0.865f, 0.885f}, {0.915f, 0.935f, 0.925f},
+        const Vec3 covert = mix(Vec3{0.785f, 0.835f, 0.86f}, {0.885f, 0.908f, 0.905f},
                                 smoothstep(0.0f, 0.5f, chord));
         Vec3 through = mix(Vec3{0.70f, 0.745f, 0.77f}, {0.905f, 0.885f, 0.84f},
                            smoothstep(0.50f, 0.98f, chord) * mix(1.0f, 0.75f, hand));
         through = mix(through, {0.655f, 0.70f, 0.735f}, 0.55f * shade);
         c = c * (flight ? through : covert);
         c *= 1 + 0.03f * (own - 0.5f) * (flight ? 1.0f : 0.0f) + 0.018f * barbs;
-        c *= 1 - 0.07f * shade + (flight ? 0.06f : 0.045f) * rim;
+        c *= 1 - 0.07f * shade + (flight ? 0.06f : 0.035f) * rim;
         c = mix(c, kWhite * (flight ? 0.95f : 0.84f), 0.45f * shaft);
-        c = c * mix(Vec3{1, 1, 1}, {0.84f, 0.865f, 0.885f}, cast);
+        c = c * mix(Vec3{1, 1, 1}, {0.85f, 0.872f, 0.89f}, cast * (flight ? 1.0f : 0.75f));
         // The leading edge rounds into the light, the armpit lies in shade.
         c = mix(c, Vec3{0.99f, 0.985f, 0.96f}, 0.85f * smoothstep(0.040f, 0.018f, chord));
         c = c * mix(Vec3{1, 1, 1}, {0.80f, 0.835f, 0.865f}, smoothstep(0.20f, 0.0f, along));
@@ -504,7 +510,7 @@ Vec3 wingColour(float along, float chord, bool above) {
                        0.022f * (f - 0.5f);
     const float black = smoothstep(0.0f, 0.016f, along - from) * (flight ? 1.0f : 0.9f);
     Vec3 dark = kBlack * (0.96f + 0.10f * own + 0.08f * barbs);
-    dark = dark * (1 - 0.30f * shade) + Vec3{0.10f, 0.105f, 0.115f} * (0.5f * rim + 0.5f * shaft);
+    dark = dark * (1 - 0.30f * shade) + Vec3{0.10f, 0.105f, 0.115f} * (0.4f * rim + 0.4f * shaft);
     c = mix(c, above ? dark : mix(dark, rgb(96, 102, 112), 0.28f), black);
     // White ends, and the mirrors of the two outermost.
     const Vec3 pale = above ? kWhite : Vec3{0.86f, 0.88f, 0.88f};
