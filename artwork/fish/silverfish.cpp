@@ -26,20 +26,20 @@ Fish anatomy() {
     tail.flare = 1.7f;
     tail.margin = {
         {1.21f, 0.190f}, {1.125f, 0.080f}, {1.06f, 0}, {1.125f, -0.080f}, {1.21f, -0.190f}};
-    tail.columns = 8;
-    tail.rows = 3;
+    tail.columns = 6;
+    tail.rows = 2;
 
     Fin dorsal;
     dorsal.part = Part::DORSAL;
     dorsal.root = {{0.36f, 0.100f}, {0.56f, 0.087f}, {0.84f, 0.033f}};
     dorsal.margin = {{0.45f, 0.172f}, {0.52f, 0.142f}, {0.64f, 0.108f}, {0.89f, 0.048f}};
-    dorsal.columns = 6;
+    dorsal.columns = 5;
 
     Fin anal;
     anal.part = Part::ANAL;
     anal.root = {{0.56f, -0.092f}, {0.70f, -0.064f}, {0.84f, -0.033f}};
     anal.margin = {{0.64f, -0.156f}, {0.70f, -0.122f}, {0.78f, -0.086f}, {0.89f, -0.048f}};
-    anal.columns = 5;
+    anal.columns = 4;
 
     Fin pectoral;
     pectoral.part = Part::PECTORAL;

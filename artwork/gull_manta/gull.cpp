@@ -19,7 +19,7 @@ constexpr int kGlide = 20, kBetween = 3, kFly = 20, kFrames = kGlide + kBetween 
 
 // Body: 0 at the bill's tip, 1 at the root of the tail; heights and widths in file units.
 constexpr float kBodyLength = 10.6f, kBillTip = 6.4f;  // y of the tip
-constexpr int kHalfSides = 9;
+constexpr int kHalfSides = 8;
 const Curve kTop = {{0, 0.47f},      {0.012f, 0.61f}, {0.035f, 0.72f}, {0.09f, 0.81f},
                     {0.118f, 0.90f}, {0.14f, 1.16f},  {0.165f, 1.37f}, {0.20f, 1.47f},
                     {0.26f, 1.38f},  {0.34f, 1.20f},  {0.50f, 1.10f},  {0.70f, 0.86f},
@@ -45,8 +45,8 @@ const Curve kLeading = {{0, 1.60f},      {0.05f, 1.30f}, {0.11f, 1.28f}, {0.25f,
                         {0.92f, -1.35f}, {1.0f, -2.35f}};
 const Curve kTrailing = {{0, -3.05f},     {0.12f, -2.55f}, {0.28f, -1.75f}, {0.42f, -1.55f},
                          {0.55f, -1.85f}, {0.72f, -2.30f}, {0.88f, -2.62f}, {1.0f, -2.60f}};
-constexpr int kFeathers = 22;  // along the trailing edge of one wing
-constexpr int kTailFeathers = 12;
+constexpr int kFeathers = 18;  // along the trailing edge of one wing
+constexpr int kTailFeathers = 10;
 constexpr float kFeatherTip = 0.68f;  // where across a feather its tip lies
 constexpr float kChordsTop[] = {0, 0.06f, 0.22f, 0.52f, 1};
 constexpr float kChordsBottom[] = {0, 0.09f, 0.45f, 1};
