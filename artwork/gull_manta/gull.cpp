@@ -514,13 +514,12 @@ Vec3 wingColour(float along, float chord, bool above) {
     c = mix(c, above ? dark : mix(dark, rgb(96, 102, 112), 0.28f), black);
     // White ends, and the mirrors of the two outermost.
     const Vec3 pale = above ? kWhite : Vec3{0.86f, 0.88f, 0.88f};
-    const float spot = length(Vec2{(f - 0.55f) / 0.42f, (chord - 0.93f) / 0.060f});
+    const float spot = length(Vec2{(f - 0.55f) / 0.50f, std::min(0.0f, chord - 0.94f) / 0.060f});
     c = mix(c, pale, 0.92f * smoothstep(1.15f, 0.75f, spot) * smoothstep(0.70f, 0.74f, along));
     const bool outermost = number > kFeathers;
     const float mirror = band(along - (outermost ? 0.912f : 0.893f) - 0.02f * (f - 0.5f),
                               outermost ? -0.024f : -0.019f, outermost ? 0.024f : 0.019f, 0.006f);
-    return mix(c, pale * (1 - 0.25f * shade),
-               number >= kFeathers && chord > 0.03f ? 0.94f * mirror : 0.0f);
+    return mix(c, pale * (1 - 0.25f * shade), number >= kFeathers ? 0.94f * mirror : 0.0f);
 }
 
 /// The middle feathers of the tail lie on top.
