@@ -43,6 +43,5 @@ int main(int, char** arguments) {
     Skin skin{
         bodyColour, finColour, reefFishDetail(), {rgb(255, 190, 60), rgb(120, 80, 30), 0.55f}};
     skin.detail.scale_depth = 0.10f;
-    skin.shade = 0.36f;  // The smallest fish with the lightest shadow.
     saveSkin(reefFish(), skin, 256, std::string(arguments[1]) + "/models/reeffishes/anglefish.nlt");
 }

@@ -220,7 +220,7 @@ void saveSkin(const Fish& fish, const Skin& skin, int size, const std::string& p
                 return {bodyColour(fish, skin, bodyPoint(fish.body, u, v)),
                         1 - smoothstep(kTailRoot, 1.0f, u)};
             if (shadow)
-                return {kShade, skin.shade * (1 - smoothstep(0.20f, 0.84f, u))};
+                return {kShade, skin.shade * (1 - smoothstep(0.05f, 0.84f, u))};
             if (which == Part::EYE)
                 return eyePixel(skin.eye, u, v);
             return skin.fin(finPoint(*fin, u, v));

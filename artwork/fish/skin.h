@@ -34,7 +34,9 @@ struct Skin {
     std::function<Pixel(const FinPoint&)> fin;
     Detail detail;
     EyeLook eye;
-    float shade = 0.42f;  ///< Darkness of the shadow's middle.
+    /// Darkness of the shadow's middle: faint, since far below a small fish it would be a blot of
+    /// its own.
+    float shade = 0.34f;
 };
 
 /// The look of a fin: rays from root to margin with thin skin between them.
