@@ -172,8 +172,8 @@ Image develop(const Grid& gathered, const Grid& calmness) {
     const Grid near = blurred(gathered, 5);
     const Grid halo = blurred(gathered, 11);
     const Grid spread = blurred(gathered, 24);
-    constexpr Film kRed{0.750f, 1.630f, 1.103f}, kGreen{0.770f, 1.722f, 1.161f},
-        kBlue{0.725f, 1.870f, 1.336f};
+    constexpr Film kRed{0.773f, 1.630f, 1.103f}, kGreen{0.777f, 1.722f, 1.161f},
+        kBlue{0.729f, 1.870f, 1.336f};
     Image image(kSize, kSize);
     for (int y = 0; y < kSize; ++y)
         for (int x = 0; x < kSize; ++x) {
@@ -202,6 +202,6 @@ int main(int argc, char** argv) {
         std::snprintf(name, sizeof name, "caust%.2d.nlt", frame);
         // Both seeds were chosen together, by eye and by the sand's figures.
         const Image developed = develop(light, calm(seed + 105, frame));
-        saveBmp24(sharpened(shrunk(developed, columns, rows), 1.4f, 1.6f), folder + name);
+        saveBmp24(sharpened(shrunk(developed, columns, rows), 1.7f, 2.0f), folder + name);
     });
 }
