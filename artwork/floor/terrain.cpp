@@ -124,7 +124,7 @@ Vec3 sand(float x, float z) {
     const float near = nearness(x, z);
     const float dirt =
         (1 - smoothstep(0.8f, 1.9f, near + 0.5f * middle)) * (1 - smoothstep(24, 34, z) * 0.5f);
-    c = mix(c, c * mix(rgb(226, 214, 186), rgb(206, 192, 178), clamp01(0.5f + middle)),
+    c = mix(c, c * mix(rgb(238, 220, 188), rgb(216, 198, 172), clamp01(0.5f + middle)),
             0.24f * dirt);
     return c;
 }
@@ -357,7 +357,7 @@ Image paintFloor() {
         // Warm before the eye; the water's colour grows with distance, and the fog takes over
         // behind.
         const Vec3 near = mix({1, 1, 0.974f}, {0.99f, 1, 0.964f}, smoothstep(5, 21, z));
-        const Vec3 water = mix(near, {0.80f, 1.0f, 0.955f}, smoothstep(9, 33, z));
+        const Vec3 water = mix(near, {0.80f, 1.0f, 0.955f}, smoothstep(14, 33, z));
         for (int column = 0; column < kTexels; ++column) {
             const float x = worldX(static_cast<float>(column) + 0.5f);
             Vec3& c = image.at(column, row).colour;
