@@ -153,7 +153,8 @@ void foam(Image& image, const Shore& shore, float thickness, float reach, float 
         const float u = span * static_cast<float>(x) / static_cast<float>(image.width());
         const float swell = 1.6f * thickness * fractalNoise({u * 0.4f, 0.5f, 0.5f}, 3, 5);
         const float broken = smoothstep(-0.10f, 0.32f, fractalNoise({u * 0.7f, 2.5f, 0.5f}, 3, 3));
-        const float half = thickness * (0.35f + 1.3f * broken) * mix(0.5f, 1.0f, near);
+        const float half =
+            thickness * (mix(0.65f, 0.35f, washes) + 1.3f * broken) * mix(0.5f, 1.0f, near);
         // Arcs of uneven length that meet in cusps at the water.
         const float arc = u * 0.15f + 0.8f * gradientNoise({u * 0.22f, 7.5f, 0.5f}, 8);
         const float turn = arc - std::floor(arc);
@@ -175,8 +176,9 @@ void foam(Image& image, const Shore& shore, float thickness, float reach, float 
                 ashore * smoothstep(-wet - 2 * thickness, -wet + 3 * thickness, below);
             pixel.colour = mix(pixel.colour, pixel.colour * Vec3{0.80f, 0.79f, 0.80f}, damp);
             // Where the arcs meet the foam gathers; below their bows the water is clear.
-            const float line =
-                mix(0.05f, 0.90f, broken) * mix(1.0f, 0.35f, bow * washes) * std::exp(-off * off);
+            // Round rocks it never quite parts.
+            const float line = mix(mix(0.50f, 0.05f, washes), 0.90f, broken) *
+                               mix(1.0f, 0.35f, bow * washes) * std::exp(-off * off);
             const float washed = below > 0
                                      ? 0
                                      : washes * mix(0.25f, 0.70f, broken) *
