@@ -55,7 +55,7 @@ seconds=10 dissolved=$(((fps * 2 + 4) / 5))
 # The camera leaves the reef after ten seconds, needs 25 degrees and rests for two seconds.
 speed=6 rest=2
 printf 'CameraSpeed=%s\nCameraFixTop=%s\n' "$speed" "$rest" >"$folder/settings"
-from=$(awk "BEGIN { print 10 + 25 / $speed + $rest - 2 }")
+from=$(awk "BEGIN { print 10 + 25 / $speed + $rest - 1 }")
 if [ -n "$day" ]; then
     # The camera's round is as long as the film: before the reef in the forenoon, over the water
     # from sunset until after midnight.
