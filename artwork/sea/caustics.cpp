@@ -40,10 +40,11 @@ std::vector<Wave> chooseWaves(uint32_t seed) {
             const float amplitude = std::pow(k, -2.0f) * random.range(0.25f, 1.0f);
             if (random.unit() < 0.35f)
                 continue;
-            const float direction = random.unit() < 0.5f ? 1.0f : -1.0f;
-            // The loop is short: what went through it more than once would boil.
-            waves.push_back(
-                {kx, ky, static_cast<int>(direction), amplitude, random.range(0, 2 * kPi)});
+            // The loop is short. What went through it more than once would boil; and if nothing
+            // stood still, the net of lines would be another one several times a second.
+            const float draw = random.unit();
+            const int cycles = draw < 0.28f ? 1 : draw < 0.56f ? -1 : 0;
+            waves.push_back({kx, ky, cycles, amplitude, random.range(0, 2 * kPi)});
         }
     return waves;
 }
