@@ -34,7 +34,8 @@ struct Rig {
     Vec3 seat;       ///< Paired: the nearest place on the hinge line, in file units,
     Vec3 away;       ///< the way from there to the vertex with the fin laid against the body,
     Vec3 out;        ///< and with the fin spread at a right angle to it.
-    float late = 0;  ///< Turns of the stroke that this side lags.
+    float late = 0;  ///< Turns of the stroke that this side is ahead of the tail: one fin opens
+                     ///< while the other closes, and neither beats with the tail.
 };
 
 float degreesToRadians(float degrees) { return degrees * kPi / 180; }
@@ -171,7 +172,7 @@ void Builder::pairedFin(const Fin& fin, float side) {
             rig.seat = place(hinge + Vec3{0, on.x, on.y});
             rig.away = Vec3{0, -away.x, away.y} * fish_.length;
             rig.out = Vec3{side * length(away) * fish_.length, 0, 0};
-            rig.late = side > 0 ? 0.0f : 0.12f;
+            rig.late = side > 0 ? 0.25f : 0.75f;
             add(hinge, onSheet(fin.part, u, v), rig);
         }
     grid(first, fin.columns, fin.rows);

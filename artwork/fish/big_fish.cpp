@@ -57,7 +57,7 @@ Fish bigFish() {
     pelvic.rows = 2;
     pelvic.paired = true;
     pelvic.splay = 24;
-    pelvic.paddle = 6;
+    pelvic.paddle = 4;
 
     Fin pectoral;
     pectoral.part = Part::PECTORAL;
@@ -67,11 +67,11 @@ Fish bigFish() {
     pectoral.rows = 2;
     pectoral.paired = true;
     pectoral.splay = 34;
-    pectoral.paddle = 20;
+    pectoral.paddle = 9;
 
     f.fins = {tail, dorsal, anal, pelvic, pectoral};
     f.eye = {{0.130f, 0.062f}, 0.024f, 0.35f};
-    f.swim = {19, 0.75f, 0.08f};
+    f.swim = {16.5f, 0.75f, 0.03f, 2.4f};
     f.shadow.depth = 23;
     f.shadow.width = 0.26f;
     f.length = 62;

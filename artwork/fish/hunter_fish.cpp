@@ -59,7 +59,7 @@ Fish anatomy() {
     pelvic.columns = 4;
     pelvic.paired = true;
     pelvic.splay = 26;
-    pelvic.paddle = 7;
+    pelvic.paddle = 4;
 
     Fin pectoral;
     pectoral.part = Part::PECTORAL;
@@ -69,11 +69,11 @@ Fish anatomy() {
     pectoral.rows = 2;
     pectoral.paired = true;
     pectoral.splay = 38;
-    pectoral.paddle = 22;
+    pectoral.paddle = 9;
 
     f.fins = {tail, dorsal, anal, pelvic, pectoral};
     f.eye = {{0.140f, 0.056f}, 0.024f, 0.4f};
-    f.swim = {24, 0.85f, 0.10f};
+    f.swim = {21, 0.85f, 0.05f, 2.2f};
     f.shadow.depth = 153;
     f.length = 50;
     f.centre = 0.56f;

@@ -69,7 +69,7 @@ Fish anatomy() {
     pelvic.rows = 2;
     pelvic.paired = true;
     pelvic.splay = 12;
-    pelvic.paddle = 5;
+    pelvic.paddle = 3;
 
     Fin pectoral;
     pectoral.part = Part::PECTORAL;
@@ -79,11 +79,12 @@ Fish anatomy() {
     pectoral.rows = 2;
     pectoral.paired = true;
     pectoral.splay = 34;
-    pectoral.paddle = 24;
+    pectoral.paddle = 9;
 
     f.fins = {tail, dorsal, anal, pelvic, pectoral, streamer};
     f.eye = {{0.212f, 0.072f}, 0.027f, 0.28f};
-    f.swim = {17, 0.65f, 0.10f};
+    // Seen from the front a head that swings along would waggle: only the rear third sways.
+    f.swim = {14, 0.65f, 0.015f, 3.4f};
     f.shadow.depth = 188;
     f.length = 43;
     f.centre = 0.60f;

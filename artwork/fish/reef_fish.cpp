@@ -35,7 +35,7 @@ Fish reefFish() {
                      {0.68f, 0.305f},  {0.84f, 0.240f}, {0.955f, 0.130f}};
     dorsal.columns = 12;
     dorsal.rows = 2;
-    dorsal.ripple = 0.012f;
+    dorsal.ripple = 0.008f;
 
     Fin anal;
     anal.part = Part::ANAL;
@@ -44,7 +44,7 @@ Fish reefFish() {
         {0.505f, -0.270f}, {0.62f, -0.310f}, {0.76f, -0.285f}, {0.87f, -0.215f}, {0.955f, -0.120f}};
     anal.columns = 9;
     anal.rows = 2;
-    anal.ripple = 0.012f;
+    anal.ripple = 0.008f;
 
     Fin pelvic;
     pelvic.part = Part::PELVIC;
@@ -53,7 +53,7 @@ Fish reefFish() {
     pelvic.columns = 4;
     pelvic.paired = true;
     pelvic.splay = 16;
-    pelvic.paddle = 7;
+    pelvic.paddle = 3;
 
     Fin pectoral;
     pectoral.part = Part::PECTORAL;
@@ -63,11 +63,11 @@ Fish reefFish() {
     pectoral.rows = 2;
     pectoral.paired = true;
     pectoral.splay = 34;
-    pectoral.paddle = 24;
+    pectoral.paddle = 5;  // at four strokes a second more looks like clockwork
 
     f.fins = {tail, dorsal, anal, pelvic, pectoral};
     f.eye = {{0.128f, 0.040f}, 0.034f, 0.28f};
-    f.swim = {11.0f, 0.72f, 0.05f, 2.4f};
+    f.swim = {9.8f, 0.72f, 0.02f, 3.2f};
     f.shadow.depth = 188;
     f.length = 45;
     f.centre = 0.58f;

@@ -48,11 +48,11 @@ Fish anatomy() {
     pectoral.columns = 3;
     pectoral.paired = true;
     pectoral.splay = 26;
-    pectoral.paddle = 16;
+    pectoral.paddle = 4;
 
     f.fins = {tail, dorsal, anal, pectoral};
     f.eye = {{0.092f, 0.014f}, 0.042f, 0.3f};
-    f.swim = {11.0f, 0.72f, 0.05f, 2.4f};
+    f.swim = {9.8f, 0.72f, 0.02f, 3.0f};
     f.length = 59;
     f.centre = 0.56f;
     return f;

@@ -34,7 +34,8 @@ Fish anatomy() {
     pelvic.root = {{0.31f, -0.180f}, {0.365f, -0.200f}};
     pelvic.margin = {{0.43f, -0.375f}, {0.46f, -0.345f}, {0.45f, -0.265f}};
     f.eye = {{0.132f, 0.050f}, 0.031f, 0.28f};
-    f.swim = {20, 0.72f, 0.10f};
+    finOf(f, Part::PECTORAL).paddle = 9;
+    f.swim = {16, 0.72f, 0.03f, 2.6f};
     return f;
 }
 
