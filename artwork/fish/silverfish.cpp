@@ -25,7 +25,7 @@ Fish anatomy() {
     tail.root = {{0.895f, 0.034f}, {0.905f, 0}, {0.895f, -0.032f}};
     tail.flare = 1.7f;
     tail.margin = {
-        {1.21f, 0.190f}, {1.125f, 0.080f}, {1.06f, 0}, {1.125f, -0.080f}, {1.21f, -0.190f}};
+        {1.21f, 0.165f}, {1.125f, 0.072f}, {1.06f, 0}, {1.125f, -0.072f}, {1.21f, -0.165f}};
     tail.columns = 6;
     tail.rows = 2;
 
@@ -72,21 +72,25 @@ Vec3 bodyColour(const BodyPoint& p) {
             smoothstep(from - 0.08f, from + 0.08f, p.rise) * smoothstep(0.07f, 0.19f, p.along));
     const float line = (p.rise - 0.42f) / 0.095f;
     c = mix(c, yellow, 0.92f * std::exp(-line * line / 2) * smoothstep(0.10f, 0.24f, p.along));
-    // A dark face and a grey keel: where one fish swims behind the next, both have an end.
-    c = mix(c, rgb(24, 62, 96),
-            0.45f * smoothstep(0.17f, 0.05f, p.along) * smoothstep(-0.45f, 0.15f, p.rise));
-    c = mix(c, rgb(126, 156, 172), 0.6f * smoothstep(-0.80f, -0.97f, p.rise));
+    // A white cheek before a dark shoulder, and a grey keel: where one fish swims behind the next,
+    // both have an end.
+    const float face = smoothstep(0.215f, 0.185f, p.along);
+    c = mix(c, rgb(112, 172, 208), 0.85f * face * smoothstep(0.40f, 0.60f, p.rise));
+    c = mix(c, rgb(255, 255, 255), 0.95f * face * smoothstep(0.62f, 0.46f, p.rise));
+    const float shoulder = (p.along - (0.232f - 0.035f * p.rise * p.rise)) / 0.016f;
+    c = mix(c, rgb(30, 72, 116),
+            0.75f * std::exp(-shoulder * shoulder / 2) * smoothstep(-0.75f, -0.35f, p.rise));
+    c = mix(c, rgb(126, 156, 172),
+            0.6f * smoothstep(-0.84f, -0.98f, p.rise) * smoothstep(0.16f, 0.30f, p.along));
     return mix(c, rgb(40, 100, 148), smoothstep(0.86f, 0.96f, p.along));
 }
 
 Pixel finColour(const FinPoint& p) {
     if (p.part == Part::TAIL) {
         Pixel tail =
-            finPixel(p, {rgb(44, 108, 156), rgb(26, 74, 122), 12, 0.97f, 0.86f, 0.3f, 0.04f});
-        // Its dark hem draws the fork, which tells the end of one fish from the head of the next.
-        const float lobe = std::fabs(p.u - 0.5f) * 2;
-        const float hem = std::max(smoothstep(0.72f, 0.92f, p.v), smoothstep(0.78f, 1.0f, lobe));
-        tail.colour = mix(tail.colour, rgb(22, 50, 82), 0.55f * hem);
+            finPixel(p, {rgb(44, 108, 156), rgb(124, 178, 206), 8, 0.97f, 0.90f, 0.40f, 0.04f});
+        // Dark where the body ends, pale and thin at the tips: they hide no head behind them.
+        tail.alpha *= mix(1.0f, 0.74f, smoothstep(0.35f, 0.95f, p.v));
         return tail;
     }
     if (p.part == Part::PECTORAL)
@@ -99,7 +103,7 @@ Pixel finColour(const FinPoint& p) {
 
 int main(int, char** arguments) {
     const std::string folder = std::string(arguments[1]) + "/models/reeffishes/";
-    Skin skin{bodyColour, finColour, {}, {rgb(236, 236, 214), rgb(196, 206, 206), 0.50f}};
+    Skin skin{bodyColour, finColour, {}, {rgb(236, 236, 214), rgb(214, 222, 222), 0.58f}};
     skin.detail.scale = 0.034f;
     skin.detail.scale_depth = 0.10f;
     skin.detail.scale_tint = 0.06f;
