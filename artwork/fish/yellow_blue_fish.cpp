@@ -47,11 +47,12 @@ float lines(Vec2 side, float& outline) {
     const float spread = 1 + 0.45f * (side.x - 0.55f);
     const float wave = 0.010f * std::sin(side.x * 27 + side.y * 9) +
                        0.006f * std::sin(side.x * 51 - side.y * 31 + 1.3f);
-    const float k = (side.y + wave) / (0.076f * spread) + 0.25f;
+    const float k = (side.y + wave) / (0.100f * spread) + 0.25f;
     const float f = std::fabs(k - std::floor(k) - 0.5f);
-    const float width = 0.155f + 0.04f * std::sin(side.x * 13 + std::floor(k) * 2.1f);
-    outline = smoothstep(width + 0.14f, width + 0.03f, f);
-    return smoothstep(width + 0.035f, width - 0.035f, f);
+    const float width = 0.17f + 0.03f * std::sin(side.x * 13 + std::floor(k) * 2.1f);
+    outline = smoothstep(width + 0.20f, width + 0.03f, f);
+    // Soft enough for a fish of sixty pixels: finer than those, an edge would shimmer.
+    return smoothstep(width + 0.11f, width - 0.11f, f);
 }
 
 Vec3 bodyColour(const BodyPoint& p) {
@@ -66,28 +67,28 @@ Vec3 bodyColour(const BodyPoint& p) {
     const float bar = p.along - 0.134f - 0.05f * std::sin(p.height * 8);
     const float tall = smoothstep(-0.85f, -0.6f, p.rise);
     c = mix(c, rgb(90, 150, 244),
-            0.8f * tall * std::exp(-std::pow((std::fabs(bar) - 0.027f) / 0.006f, 2.0f)));
-    c = mix(c, rgb(30, 42, 92), 0.92f * tall * smoothstep(0.026f, 0.018f, std::fabs(bar)));
+            0.6f * tall * std::exp(-std::pow((std::fabs(bar) - 0.032f) / 0.010f, 2.0f)));
+    c = mix(c, rgb(30, 42, 92), 0.92f * tall * smoothstep(0.033f, 0.015f, std::fabs(bar)));
     return mix(c, rgb(255, 214, 44), smoothstep(0.86f, 1.0f, p.along));
 }
 
 Pixel finColour(const FinPoint& p) {
     switch (p.part) {
         case Part::TAIL:
-            return finPixel(
-                p, {rgb(255, 214, 44), rgb(255, 240, 170), 12, 0.96f, 0.82f, 0.12f, 0.025f});
+            return finPixel(p,
+                            {rgb(255, 214, 44), rgb(255, 240, 170), 8, 0.96f, 0.88f, 0.12f, 0.02f});
         case Part::PECTORAL:
             return finPixel(p, {rgb(255, 214, 90), rgb(255, 236, 160), 11, 0.82f, 0.50f});
         case Part::PELVIC:
             return finPixel(p, {rgb(255, 200, 40), rgb(96, 156, 240), 9, 0.96f, 0.84f});
         default: {
             Pixel fin = finPixel(
-                p, {rgb(255, 210, 36), rgb(255, 214, 48), 27, 0.97f, 0.86f, 0.10f, 0.03f, 0.40f});
+                p, {rgb(255, 210, 36), rgb(255, 214, 48), 12, 0.97f, 0.92f, 0.10f, 0.02f, 0.40f});
             float outline = 0;
             const float blue = lines(p.side, outline) * (1 - smoothstep(0.45f, 0.75f, p.v));
             fin.colour = mix(fin.colour, kBlue, 0.85f * blue);
             // A blue seam just inside the margin.
-            fin.colour = mix(fin.colour, rgb(60, 130, 240), 0.9f * band(p.v, 0.86f, 0.93f, 0.03f));
+            fin.colour = mix(fin.colour, rgb(60, 130, 240), 0.7f * band(p.v, 0.82f, 0.95f, 0.06f));
             return fin;
         }
     }
@@ -100,7 +101,8 @@ int main(int, char** arguments) {
     Skin skin{
         bodyColour, finColour, reefFishDetail(), {rgb(255, 196, 60), rgb(150, 96, 24), 0.55f}};
     skin.detail.scale = 0.024f;
-    skin.detail.scale_depth = 0.08f;
+    skin.detail.scale_depth = 0.04f;
+    skin.detail.scale_tint = 0.03f;
     skin.detail.mouth_corner = {0.038f, -0.030f};
     const Fish fish = anatomy();
     saveFish(fish, 20, folder + "gsbfish.nlm");
