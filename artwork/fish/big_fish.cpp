@@ -70,7 +70,7 @@ Fish bigFish() {
     pectoral.paddle = 9;
 
     f.fins = {tail, dorsal, anal, pelvic, pectoral};
-    f.eye = {{0.130f, 0.062f}, 0.024f, 0.35f};
+    f.eye = {{0.130f, 0.062f}, 0.031f, 0.35f};
     f.swim = {16.5f, 0.75f, 0.03f, 2.4f};
     f.shadow.depth = 23;
     f.shadow.width = 0.26f;

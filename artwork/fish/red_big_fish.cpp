@@ -25,7 +25,7 @@ Fish anatomy() {
     // Long and pointed.
     finOf(f, Part::PECTORAL).margin = {
         {0.520f, 0.000f}, {0.545f, -0.055f}, {0.480f, -0.115f}, {0.395f, -0.150f}};
-    f.eye = {{0.132f, 0.060f}, 0.030f, 0.30f};
+    f.eye = {{0.132f, 0.060f}, 0.036f, 0.30f};
     f.length = 47;
     f.shadow.depth = 16.4f;
     return f;
@@ -33,16 +33,18 @@ Fish anatomy() {
 
 Vec3 bodyColour(const BodyPoint& p) {
     // Hardly any green and blue in it: the far water adds them, until a rosy fish is grey.
-    Vec3 c = mix(rgb(255, 232, 214), rgb(255, 118, 82), smoothstep(-0.95f, -0.35f, p.rise));
-    c = mix(c, rgb(248, 42, 22), smoothstep(-0.38f, 0.16f, p.rise));
-    c = mix(c, rgb(216, 14, 12), smoothstep(0.30f, 0.70f, p.rise));
-    c = mix(c, rgb(104, 2, 8), smoothstep(0.66f, 0.95f, p.rise));
+    // Its red is as dark as that water: a pale belly and a dark back keep it round.
+    Vec3 c = mix(rgb(255, 250, 240), rgb(255, 214, 190), smoothstep(-0.70f, -0.28f, p.rise));
+    c = mix(c, rgb(255, 112, 78), smoothstep(-0.36f, 0.08f, p.rise));
+    c = mix(c, rgb(240, 34, 18), smoothstep(0.0f, 0.30f, p.rise));
+    c = mix(c, rgb(172, 8, 10), smoothstep(0.28f, 0.56f, p.rise));
+    c = mix(c, rgb(84, 2, 8), smoothstep(0.46f, 0.86f, p.rise));
     // Broad saddles, barely there, break up the flank; golden on the cheek.
     const float saddles = smoothstep(0.0f, 0.9f, std::sin(p.along * 25 + 1.2f + 3 * p.height));
     c = mix(c, rgb(160, 4, 10),
             0.24f * saddles * smoothstep(-0.5f, 0.4f, p.rise) * smoothstep(0.24f, 0.34f, p.along));
     c = mix(c, rgb(255, 150, 56),
-            0.36f * smoothstep(0.27f, 0.16f, p.along) * smoothstep(0.35f, -0.35f, p.rise));
+            0.36f * smoothstep(0.27f, 0.16f, p.along) * band(p.rise, -0.40f, 0.25f, 0.15f));
     // Each row of scales has a pale middle, which draws thin lines along the flank.
     const float row = 0.5f + 0.5f * std::sin(p.girth / 0.029f * 2 * kPi);
     c = mix(c, rgb(255, 150, 104),
@@ -57,14 +59,14 @@ Pixel finColour(const FinPoint& p) {
         case Part::TAIL: {
             Pixel tail =
                 finPixel(p, {rgb(242, 40, 22), rgb(255, 146, 98), 16, 0.97f, 0.86f, 0.16f, 0.03f});
-            tail.colour = mix(tail.colour, rgb(112, 10, 18), 0.7f * band(p.v, 0.90f, 1.0f, 0.04f));
+            tail.colour = mix(tail.colour, rgb(112, 10, 18), 0.4f * band(p.v, 0.78f, 0.94f, 0.12f));
             return tail;
         }
         case Part::DORSAL:
             return finPixel(
-                p, {rgb(238, 36, 20), rgb(255, 172, 116), 24, 0.97f, 0.82f, 0.10f, 0.05f, 0.55f});
+                p, {rgb(238, 36, 20), rgb(255, 110, 70), 16, 0.97f, 0.86f, 0.20f, 0.03f, 0.55f});
         case Part::PECTORAL:
-            return finPixel(p, {rgb(255, 104, 64), rgb(255, 146, 100), 13, 0.86f, 0.54f, 0.2f});
+            return finPixel(p, {rgb(255, 128, 78), rgb(255, 190, 140), 11, 0.90f, 0.66f, 0.4f});
         default:
             return finPixel(p,
                             {rgb(246, 52, 28), rgb(255, 176, 128), 15, 0.97f, 0.82f, 0.12f, 0.04f});
@@ -75,7 +77,8 @@ Pixel finColour(const FinPoint& p) {
 
 int main(int, char** arguments) {
     const std::string folder = std::string(arguments[1]) + "/models/reeffishes/";
-    Skin skin{bodyColour, finColour, bigFishDetail(), {rgb(255, 150, 70), rgb(190, 40, 30), 0.52f}};
+    Skin skin{
+        bodyColour, finColour, bigFishDetail(), {rgb(255, 226, 130), rgb(255, 170, 70), 0.56f}};
     skin.detail.scale = 0.029f;
     skin.detail.scale_depth = 0.20f;
     skin.detail.scale_tint = 0.07f;
@@ -87,7 +90,7 @@ int main(int, char** arguments) {
     skin.detail.lips = 0.014f;
     skin.detail.lip_colour = rgb(240, 150, 130);
     skin.detail.lip_flush = 0.5f;
-    skin.detail.gloss = 0.24f;
+    skin.detail.gloss = 0.15f;
     const Fish fish = anatomy();
     saveFish(fish, 20, folder + "rbig.nlm");
     skin.shade = 0.58f;  // It swims just above the sand.

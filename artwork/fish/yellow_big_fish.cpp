@@ -7,7 +7,7 @@ using namespace art;
 namespace {
 
 Vec3 bodyColour(const BodyPoint& p) {
-    Vec3 c = mix(rgb(255, 252, 242), rgb(226, 234, 232), smoothstep(-0.9f, -0.1f, p.rise));
+    Vec3 c = mix(rgb(255, 254, 248), rgb(240, 242, 234), smoothstep(-0.8f, 0.0f, p.rise));
     c = mix(c, rgb(104, 124, 140), smoothstep(0.15f, 0.70f, p.rise));
     c = mix(c, rgb(34, 46, 60), smoothstep(0.55f, 0.90f, p.rise));
     // Slate bands rise from the head to the back, with golden lines between them; both end in
@@ -22,7 +22,7 @@ Vec3 bodyColour(const BodyPoint& p) {
     c = mix(c, rgb(240, 196, 74),
             0.75f * lined * smoothstep(0.35f, 0.75f, std::max(0.0f, -wave) * round));
     // A dark back over a pale flank: at a distance grey alone would be the colour of the water.
-    c = mix(c, rgb(18, 28, 40), 0.72f * smoothstep(0.22f, 0.66f, p.rise));
+    c = mix(c, rgb(18, 28, 40), 0.87f * smoothstep(0.10f, 0.60f, p.rise));
     // Head: a golden flush with fine blue-grey lines.
     const float head = smoothstep(0.29f, 0.22f, p.along);
     const float worm = std::sin(p.girth * 190 + 2.2f * std::sin(p.along * 60 + p.girth * 30));
@@ -38,15 +38,15 @@ Pixel finColour(const FinPoint& p) {
         case Part::TAIL: {
             Pixel tail =
                 finPixel(p, {rgb(232, 184, 44), rgb(255, 222, 96), 16, 0.97f, 0.84f, 0.10f, 0.03f});
-            tail.colour = mix(tail.colour, rgb(84, 74, 52), 0.65f * band(p.v, 0.84f, 0.93f, 0.04f));
+            tail.colour = mix(tail.colour, rgb(84, 74, 52), 0.40f * band(p.v, 0.74f, 0.91f, 0.12f));
             return tail;
         }
         case Part::DORSAL: {
             Pixel fin = finPixel(
-                p, {rgb(232, 188, 54), rgb(255, 226, 110), 26, 0.97f, 0.84f, 0.10f, 0.05f, 0.55f});
+                p, {rgb(232, 188, 54), rgb(255, 236, 150), 16, 0.97f, 0.88f, 0.20f, 0.03f, 0.55f});
             // Rows of grey dashes between the rays.
             const float dash = smoothstep(0.5f, 0.9f, std::sin(p.v * 16)) *
-                               smoothstep(0.0f, -0.6f, std::cos(p.u * 26 * 2 * kPi));
+                               smoothstep(0.0f, -0.6f, std::cos(p.u * 16 * 2 * kPi));
             fin.colour = mix(fin.colour, rgb(150, 140, 110), 0.5f * dash);
             return fin;
         }
@@ -63,7 +63,7 @@ Pixel finColour(const FinPoint& p) {
 int main(int, char** arguments) {
     const std::string folder = std::string(arguments[1]) + "/models/reeffishes/";
     Skin skin{
-        bodyColour, finColour, bigFishDetail(), {rgb(252, 220, 100), rgb(150, 120, 50), 0.50f}};
+        bodyColour, finColour, bigFishDetail(), {rgb(255, 236, 130), rgb(246, 200, 80), 0.56f}};
     skin.detail.scale = 0.025f;
     skin.detail.scale_depth = 0.16f;
     skin.detail.scale_tint = 0.06f;
