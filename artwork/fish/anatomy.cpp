@@ -189,9 +189,9 @@ void Builder::shadow() {
     struct Station {
         float along, width, u;
     };
-    constexpr Station kStations[] = {{0.08f, 0.58f, 0.20f}, {0.24f, 0.95f, 0},
-                                     {0.42f, 1.00f, 0},     {0.58f, 0.78f, 0.10f},
-                                     {0.74f, 0.40f, 0.30f}, {0.88f, 0.58f, 0.35f}};
+    constexpr Station kStations[] = {{0.08f, 0.58f, 0.30f}, {0.24f, 0.92f, 0.08f},
+                                     {0.42f, 1.00f, 0},     {0.58f, 0.84f, 0.14f},
+                                     {0.74f, 0.56f, 0.36f}, {0.88f, 0.60f, 0.46f}};
     const Shadow& s = fish_.shadow;
     if (s.depth <= 0)
         return;

@@ -92,7 +92,7 @@ struct Swim {
 /// it cannot keep the sun's side; it lies under the fish, a little larger.
 struct Shadow {
     float depth = 0;                     ///< File units below the model's origin; 0 for none.
-    float width = 0.30f;                 ///< Half width, body lengths.
+    float width = 0.38f;                 ///< Half width, body lengths.
     float front = -0.05f, back = 1.28f;  ///< Where it begins and ends along the fish.
 };
 

@@ -73,7 +73,7 @@ Fish bigFish() {
     f.eye = {{0.130f, 0.062f}, 0.031f, 0.35f};
     f.swim = {16.5f, 0.75f, 0.03f, 2.4f};
     f.shadow.depth = 23;
-    f.shadow.width = 0.26f;
+    f.shadow.width = 0.30f;
     f.length = 62;
     f.centre = 0.56f;
     return f;

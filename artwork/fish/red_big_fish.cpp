@@ -93,6 +93,6 @@ int main(int, char** arguments) {
     skin.detail.gloss = 0.15f;
     const Fish fish = anatomy();
     saveFish(fish, 20, folder + "rbig.nlm");
-    skin.shade = 0.58f;  // It swims just above the sand.
+    skin.shade = 0.64f;  // It swims just above the sand.
     saveSkin(fish, skin, 512, folder + "rbig.nlt");
 }

@@ -10,7 +10,7 @@ namespace {
 constexpr Vec3 kSunlit{1.10f, 1.09f, 1.06f};
 
 /// What lies on the sand under a fish: the sand's own hue, as dark as it gets.
-constexpr Vec3 kShade{0.25f, 0.26f, 0.21f};
+constexpr Vec3 kShade{0.25f, 0.29f, 0.23f};
 
 /// From this length on the body gives way to the tail.
 constexpr float kTailRoot = 0.91f;
@@ -220,7 +220,7 @@ void saveSkin(const Fish& fish, const Skin& skin, int size, const std::string& p
                 return {bodyColour(fish, skin, bodyPoint(fish.body, u, v)),
                         1 - smoothstep(kTailRoot, 1.0f, u)};
             if (shadow)
-                return {kShade, skin.shade * (1 - smoothstep(0.05f, 0.84f, u))};
+                return {kShade, skin.shade * std::pow(1 - smoothstep(0.0f, 0.84f, u), 1.25f)};
             if (which == Part::EYE)
                 return eyePixel(skin.eye, u, v);
             return skin.fin(finPoint(*fin, u, v));

@@ -72,6 +72,6 @@ int main(int, char** arguments) {
     skin.detail.gloss = 0.20f;
     const Fish fish = bigFish();
     saveFish(fish, 20, folder + "ybig.nlm");
-    skin.shade = 0.58f;  // It swims just above the sand.
+    skin.shade = 0.64f;  // It swims just above the sand.
     saveSkin(fish, skin, 512, folder + "ybig.nlt");
 }
