@@ -88,9 +88,9 @@ Vec3 bodyColour(const BodyPoint& p) {
 Pixel finColour(const FinPoint& p) {
     if (p.part == Part::TAIL) {
         Pixel tail =
-            finPixel(p, {rgb(44, 108, 156), rgb(124, 178, 206), 8, 0.97f, 0.90f, 0.40f, 0.04f});
+            finPixel(p, {rgb(44, 108, 156), rgb(84, 146, 188), 8, 0.97f, 0.94f, 0.40f, 0.04f});
         // Dark where the body ends, pale and thin at the tips: they hide no head behind them.
-        tail.alpha *= mix(1.0f, 0.74f, smoothstep(0.35f, 0.95f, p.v));
+        tail.alpha *= mix(1.0f, 0.84f, smoothstep(0.35f, 0.95f, p.v));
         return tail;
     }
     if (p.part == Part::PECTORAL)
