@@ -16,9 +16,12 @@ namespace {
 
 constexpr int kFrames = 20;
 // A branch is some ten pixels wide on the screen; more texels would only glitter.
-constexpr int kSize = 256;              ///< of the texture
-constexpr int kStrip = 24;              ///< width of a branch's picture; as high as the texture
-constexpr float kHalf = 7;              ///< texels from the middle of a branch to its outline
+constexpr int kSize = 256;  ///< of the texture
+constexpr int kStrip = 24;  ///< width of a branch's picture; as high as the texture
+constexpr float kHalf = 7;  ///< texels from the middle of a branch to its outline
+/// Where a branch's picture ends, texels from the top. A screen with several samples reads a little
+/// beyond the last of a strip, and above the top it would find the foot.
+constexpr float kTip = 4.5f;
 constexpr int kKinds = 2;               ///< branches that differ; each in sun and in shade
 constexpr float kHeight = 40;           ///< of the thicket, file units
 constexpr float kBranchLength = 12.8f;  ///< of the pictured branch, in its own units
@@ -27,7 +30,7 @@ constexpr float kBranchRadius = 0.33f;  ///< without its cups
 /// A branch thins out towards its tip: half its width where the picture's t is, file units.
 float halfWidth(float t) {
     constexpr float kTwig = 0.64f;  // where the last twigs begin
-    return t < kTwig ? mix(2.6f, 1.45f, t / kTwig) : mix(1.45f, 0.80f, (t - kTwig) / (1 - kTwig));
+    return t < kTwig ? mix(2.6f, 1.45f, t / kTwig) : mix(1.45f, 0.74f, (t - kTwig) / (1 - kTwig));
 }
 
 /// Width of the soft outline in texels: a good pixel of the screen.
@@ -35,8 +38,11 @@ float rim(float t) { return kHalf * 0.62f / halfWidth(t); }
 
 /// How much a texel of a branch covers, x texels beside its middle and y below the picture's top.
 float cover(float x, float y) {
-    const float soft = rim(1 - y / kSize), round = 0.5f + kHalf + 0.5f * soft;
-    const float d = y < round ? std::hypot(x, round - y) : std::fabs(x);
+    // A twig is drawn shorter than its picture, so that a tip that is round there has to be long
+    // here.
+    constexpr float kLong = 2.6f;
+    const float soft = rim(1 - y / kSize), round = kTip + (kHalf + 0.5f * soft) * kLong;
+    const float d = y < round ? std::hypot(x, (round - y) / kLong) : std::fabs(x);
     return clamp01((kHalf - d) / soft + 0.5f);
 }
 
@@ -80,7 +86,7 @@ Growth pictured(uint32_t seed) {
         // fish's shadow, drawn before the thicket, may hide a foot.
         Vec3 c = mix(rgb(92, 50, 64), shades.foot * 0.82f, smoothstep(0.03f, 0.26f, t));
         c = mix(c, shades.middle, smoothstep(0.26f, 0.70f, t));
-        c = mix(c, shades.tip, 0.36f * smoothstep(0.60f, 1.0f, t));
+        c = mix(c, shades.tip, 0.46f * smoothstep(0.66f, 1.0f, t));
         return Paint{c * 1.18f * (1 + 0.18f * fractalNoise(p * 3, 2, seed)), {}};
     };
     return growth;
@@ -297,8 +303,8 @@ private:
                 section.wide < 1 ? section.wide * kHalf : kHalf + 0.5f * rim(pictured);
             const float w = halfWidth(t) * texels / kHalf;
             const float ds = texels / kSize;
-            // Not half a texel over the picture's ends, which touch each other.
-            const float down = std::clamp(1 - pictured, 0.5f / kSize, 1 - 0.5f / kSize);
+            // Not over the picture's ends, which touch each other.
+            const float down = std::clamp(1 - pictured, kTip / kSize, 1 - 0.5f / kSize);
             const int now[2] = {mesh_.add(p + side * w, {middle_s - ds, down}),
                                 mesh_.add(p - side * w, {middle_s + ds, down})};
             if (section.u > 0)

@@ -1,6 +1,7 @@
 #include "corals/growth.h"
 
 #include <algorithm>
+#include <array>
 
 #include "common/noise.h"
 
@@ -286,6 +287,9 @@ Growth fan(uint32_t seed, float height, Vec3 low, Vec3 high) {
     return growth;
 }
 
+/// Where along a sponge's picture its rim lies.
+constexpr float kSpongeRim = 0.78f;
+
 Growth sponges(uint32_t seed, float height, int count, Vec3 low, Vec3 high) {
     Growth growth;
     Random random(seed);
@@ -301,34 +305,47 @@ Growth sponges(uint32_t seed, float height, int count, Vec3 low, Vec3 high) {
         const Vec3 from = out * away + Vec3{0, -0.08f * height, 0};
         const Vec3 along =
             normalize(out * 0.28f + Vec3{random.range(-0.1f, 0.1f), 1, random.range(-0.1f, 0.1f)});
-        std::vector<Vec3> points;
-        std::vector<float> radii;
-        constexpr int kSteps = 10;
+        // Rings from the flared foot up, over the rim and down inside; all face along the sponge.
+        const Vec3 side = normalize(cross(along, {0, 0, 1})), other = cross(along, side);
+        constexpr int kSides = 16, kSteps = 12, kInside = 5;
+        const int first = static_cast<int>(growth.mesh.vertices.size());
+        const auto ring = [&](Vec3 centre, float radius, float v) {
+            for (int k = 0; k <= kSides; ++k) {
+                const float turn = static_cast<float>(k) / kSides, at = 2 * kPi * turn;
+                growth.mesh.add(centre + (side * std::cos(at) + other * std::sin(at)) * radius,
+                                {turn, v});
+            }
+        };
+        Vec3 rim;
         for (int j = 0; j <= kSteps; ++j) {
             const float t = static_cast<float>(j) / kSteps;
-            points.push_back(from + along * (tall * t) +
-                             Vec3{random.range(-1, 1), 0, random.range(-1, 1)} * (0.012f * height));
-            radii.push_back(r *
-                            (0.62f + 0.45f * t + 0.06f * std::sin(t * 14 + static_cast<float>(i))));
+            rim = from + along * (tall * t) +
+                  Vec3{random.range(-1, 1), 0, random.range(-1, 1)} * (0.012f * height);
+            const float foot = 1 - smoothstep(0, 0.28f, t);
+            ring(rim,
+                 r * (0.66f + 0.44f * t + 0.06f * std::sin(t * 14 + static_cast<float>(i)) +
+                      0.55f * foot * foot),
+                 kSpongeRim * t);
         }
-        // Over the rim and down inside.
-        const Vec3 rim = points.back();
-        for (const auto& [down, wide] : {std::pair<float, float>{-0.020f * height, 0.92f},
-                                         {-0.012f * height, 0.78f},
-                                         {0.020f * height, 0.66f},
-                                         {0.30f * tall, 0.50f}}) {
-            points.push_back(rim - along * down);
-            radii.push_back(r * wide);
+        for (int j = 0; j < kInside; ++j) {
+            constexpr std::array<Vec2, kInside> kLip{
+                {{0.26f, 1.08f}, {0.38f, 0.94f}, {0.28f, 0.80f}, {-0.1f, 0.70f}, {-2.5f, 0.50f}}};
+            const float v = static_cast<float>(j + 1) / kInside;
+            ring(rim + along * (kLip[size_t(j)].x * r), kLip[size_t(j)].y * r,
+                 mix(kSpongeRim, 1, v));
         }
-        addTube(growth, points, radii, 14, 0, 1);
+        skin(growth.mesh, first, kSteps + kInside, kSides);
     }
     bendByHeight(growth, height, 0.025f * height);
     growth.material = [=](Vec2 t, Vec3 p) {
         const Cell pore = cellNoise(Vec2{t.x * 20, t.y * 22}, seed, {20, 0, 0});
         Vec3 c = mix(low * 0.8f, high, smoothstep(0, 0.7f, t.y));
         c = c * (0.70f + 0.36f * smoothstep(0.08f, 0.38f, pore.nearest));
-        if (t.y > 0.82f)
-            c = c * mix(1.0f, 0.22f, smoothstep(0.84f, 0.93f, t.y));
+        // Grown over at its foot; a pale lip round the dark mouth.
+        c = mix(rgb(58, 54, 52), c, smoothstep(0.02f, 0.22f, t.y));
+        const float lip = (t.y - kSpongeRim) / (1 - kSpongeRim);
+        c = mix(c, mix(high, {1, 1, 1}, 0.35f), band(lip, 0.02f, 0.55f, 0.08f));
+        c = c * mix(1.0f, 0.16f, smoothstep(0.58f, 0.78f, lip));
         return Paint{c * (1 + 0.15f * fractalNoise(p * 4, 2, seed + 2)),
                      rough(p * 14, 2, seed + 3) * 0.4f};
     };
