@@ -18,7 +18,7 @@ usage() {
     exit 2
 }
 
-webp="" video="" size=440x326 fps=10 quality=36 seed=4 day=""
+webp="" video="" size=440x326 fps=10 quality=36 seed=18 day=""
 while [ $# -gt 0 ]; do
     case $1 in
     --video | --size | --fps | --quality | --seed)
