@@ -6,9 +6,9 @@ namespace art {
 Garden coral_f() {
     Garden garden;
     garden.placement = kCorals[7];
-    garden.width = 1024;
+    garden.width = 512;
     garden.height = 256;
-    garden.cell = 17;
+    garden.cell = 14;
     const float x = -10, y = -6.05f, z = 20.2f;
 
     Layer& rigid = garden.layer();

@@ -6,9 +6,9 @@ namespace art {
 Garden coral_h() {
     Garden garden;
     garden.placement = kCorals[9];
-    garden.width = 1024;
+    garden.width = 512;
     garden.height = 256;
-    garden.cell = 18;
+    garden.cell = 14;
     garden.tiling = 3;
     const float x = 8.1f, y = -7.3f, z = 21.4f;
 
