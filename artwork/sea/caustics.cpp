@@ -173,14 +173,17 @@ Image develop(const Grid& gathered, const Grid& calmness) {
     const Grid near = blurred(gathered, 5);
     const Grid halo = blurred(gathered, 11);
     const Grid spread = blurred(gathered, 24);
-    constexpr Film kRed{0.773f, 1.630f, 1.103f}, kGreen{0.777f, 1.722f, 1.161f},
-        kBlue{0.729f, 1.870f, 1.336f};
+    constexpr Film kRed{0.773f, 1.516f, 1.103f}, kGreen{0.777f, 1.602f, 1.161f},
+        kBlue{0.729f, 1.740f, 1.336f};
     Image image(kSize, kSize);
     for (int y = 0; y < kSize; ++y)
         for (int x = 0; x < kSize; ++x) {
             const size_t i = size_t(y * kSize + x);
             const float spreads = 0.7f * calmness[i];
-            const float core = mix(mix(light[i], near[i], 0.31f), spread[i], spreads);
+            // Where lines meet, all round is bright: there only the brightest shows as a line, or
+            // the whole would be a white patch.
+            const float crowd = 1 + 0.5f * std::max(0.0f, halo[i] - 2.1f);
+            const float core = mix(mix(light[i], near[i], 0.31f), spread[i], spreads) / crowd;
             const float glow = mix(halo[i], spread[i], spreads);
             image.at(x, y).colour = {exposed(kRed, core, glow), exposed(kGreen, core, glow),
                                      exposed(kBlue, core, glow)};
@@ -203,6 +206,6 @@ int main(int argc, char** argv) {
         std::snprintf(name, sizeof name, "caust%.2d.nlt", frame);
         // Both seeds were chosen together, by eye and by the sand's figures.
         const Image developed = develop(light, calm(seed + 105, frame));
-        saveBmp24(sharpened(shrunk(developed, columns, rows), 1.7f, 2.0f), folder + name);
+        saveBmp24(sharpened(shrunk(developed, columns, rows), 1.6f, 1.6f), folder + name);
     });
 }
