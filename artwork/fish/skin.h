@@ -36,7 +36,7 @@ struct Skin {
     EyeLook eye;
     /// Darkness of the shadow's middle: faint, since far below a small fish it would be a blot of
     /// its own.
-    float shade = 0.27f;
+    float shade = 0.38f;
 };
 
 /// The look of a fin: rays from root to margin with thin skin between them.
