@@ -130,10 +130,10 @@ void sink(Image& image, const Shore& shore, float depth, TINT light) {
 /// with long gaps.
 void foam(Image& image, const Shore& shore, float thickness, float reach, float span, TINT light) {
     constexpr int kSlope = 30;
-    // On the screen as far from the land on every card.
-    const int aside = static_cast<int>(360 / span);
     // Rocks stand too steep to be washed far up.
     const float washes = smoothstep(1, 4, reach);
+    // How far it reaches beyond the land: farther from a beach than from a rock.
+    const int aside = static_cast<int>(mix(200, 360, washes) / span);
     std::vector<Pixel> foot;
     for (int x = 0; x < image.width(); ++x)
         foot.push_back(image.at(x, static_cast<int>(shore.rows[size_t(x)]) - 1));

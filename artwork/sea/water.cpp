@@ -95,9 +95,9 @@ Pixel surface(const std::vector<Wave>& waves, float x, float z) {
     // The far edge takes the colour of the open sea behind it: sooner here and later there, since
     // waves that all begin together would draw a line.
     const float reach =
-        kFarEdge - 5 +
-        14 * fractalNoise({x * kReaches / kWidth, 0.5f, 0.5f}, 3, 62, {kReaches, 0, 0});
-    const float edge = smoothstep(reach - 14, std::min(reach, kFarEdge - 0.5f), z);
+        kFarEdge - 7 +
+        26 * fractalNoise({x * kReaches / kWidth, 0.5f, 0.5f}, 3, 62, {kReaches, 0, 0});
+    const float edge = smoothstep(reach - 19, std::min(reach, kFarEdge - 0.5f), z);
     return {mix(mixed, sea::kFarSea, edge), mix(alpha, 0.70f, edge)};
 }
 
