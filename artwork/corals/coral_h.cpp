@@ -8,7 +8,7 @@ Garden coral_h() {
     garden.placement = kCorals[9];
     garden.width = 512;
     garden.height = 256;
-    garden.cell = 12;
+    garden.cell = 11;
     garden.tiling = 3;
     const float x = 8.1f, y = -7.3f, z = 21.4f;
 

@@ -171,11 +171,12 @@ private:
     };
 
     void findShown(const Image& picture) {
+        constexpr float kFaint = 0.12f;  // shows less than what it hides would
         constexpr int kSlack = 1;  // texels; linear filtering reaches over the edge
         shown_.assign(size_t(width_) * size_t(height_), 0);
         for (int y = 0; y < picture.height(); ++y)
             for (int x = 0; x < picture.width(); ++x) {
-                if (picture.at(x, y).alpha <= 0)
+                if (picture.at(x, y).alpha < kFaint)
                     continue;
                 const int right = std::min(width_ - 1, x + kSlack),
                           bottom = std::min(height_ - 1, y + kSlack);

@@ -37,10 +37,10 @@ Pixel finColour(const FinPoint& p) {
         }
         case Part::DORSAL:
             return finPixel(
-                p, {rgb(238, 84, 36), rgb(255, 186, 120), 26, 0.95f, 0.78f, 0.10f, 0.05f, 0.52f});
+                p, {rgb(238, 84, 36), rgb(255, 186, 120), 18, 0.95f, 0.78f, 0.10f, 0.02f, 0.52f});
         case Part::ANAL:
             return finPixel(p,
-                            {rgb(240, 90, 44), rgb(206, 84, 160), 18, 0.95f, 0.78f, 0.12f, 0.04f});
+                            {rgb(240, 90, 44), rgb(206, 84, 160), 12, 0.95f, 0.78f, 0.12f, 0.04f});
         case Part::PECTORAL:
             return finPixel(p, {rgb(255, 150, 90), rgb(255, 196, 140), 11, 0.82f, 0.52f});
         default:
