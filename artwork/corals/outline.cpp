@@ -172,7 +172,7 @@ private:
 
     void findShown(const Image& picture) {
         constexpr float kFaint = 0.12f;  // shows less than what it hides would
-        constexpr int kSlack = 1;  // texels; linear filtering reaches over the edge
+        constexpr int kSlack = 1;        // texels; linear filtering reaches over the edge
         shown_.assign(size_t(width_) * size_t(height_), 0);
         for (int y = 0; y < picture.height(); ++y)
             for (int x = 0; x < picture.width(); ++x) {
