@@ -52,7 +52,7 @@ Fish anatomy() {
 
     f.fins = {tail, dorsal, anal, pectoral};
     f.eye = {{0.092f, 0.014f}, 0.042f, 0.3f};
-    f.swim = {9.8f, 0.72f, 0.02f, 3.0f};
+    f.swim = {10.5f, 0.72f, 0.02f, 3.0f};
     f.length = 59;
     f.centre = 0.56f;
     return f;
