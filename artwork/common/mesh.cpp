@@ -151,11 +151,14 @@ Mesh tube(const std::vector<Vec3>& points, const std::vector<float>& radii, int 
     // One frame carried along the tube keeps it from twisting.
     Vec3 side =
         normalize(cross(along(0), std::fabs(along(0).z) > 0.9f ? Vec3{1, 0, 0} : Vec3{0, 0, 1}));
+    Vec3 other = cross(along(0), side);
     int previous = -1;
     for (int i = 0; i < n; ++i) {
         const Vec3 forward = along(i);
         side = normalize(side - forward * dot(side, forward));
-        const Vec3 other = cross(forward, side);
+        // Where the tube turns back into itself, it still goes round the same way.
+        const Vec3 across = cross(forward, side);
+        other = dot(across, other) < 0 ? across * -1.0f : across;
         const float t = mix(t0, t1, static_cast<float>(i) / static_cast<float>(n - 1));
         const int base = static_cast<int>(mesh.vertices.size());
         for (int k = 0; k <= sides; ++k) {

@@ -287,8 +287,13 @@ Growth fan(uint32_t seed, float height, Vec3 low, Vec3 high) {
     return growth;
 }
 
+constexpr int kSpongeSteps = 12;  // from its foot to its rim
+/// From the rim into the mouth: how far above the rim and how wide, in radii.
+constexpr std::array<Vec2, 5> kSpongeLip{
+    {{0.26f, 1.08f}, {0.38f, 0.94f}, {0.28f, 0.80f}, {-0.1f, 0.70f}, {-2.5f, 0.50f}}};
 /// Where along a sponge's picture its rim lies.
-constexpr float kSpongeRim = 0.78f;
+constexpr float kSpongeRim =
+    static_cast<float>(kSpongeSteps) / static_cast<float>(kSpongeSteps + kSpongeLip.size());
 
 Growth sponges(uint32_t seed, float height, int count, Vec3 low, Vec3 high) {
     Growth growth;
@@ -305,36 +310,24 @@ Growth sponges(uint32_t seed, float height, int count, Vec3 low, Vec3 high) {
         const Vec3 from = out * away + Vec3{0, -0.08f * height, 0};
         const Vec3 along =
             normalize(out * 0.28f + Vec3{random.range(-0.1f, 0.1f), 1, random.range(-0.1f, 0.1f)});
-        // Rings from the flared foot up, over the rim and down inside; all face along the sponge.
-        const Vec3 side = normalize(cross(along, {0, 0, 1})), other = cross(along, side);
-        constexpr int kSides = 16, kSteps = 12, kInside = 5;
-        const int first = static_cast<int>(growth.mesh.vertices.size());
-        const auto ring = [&](Vec3 centre, float radius, float v) {
-            for (int k = 0; k <= kSides; ++k) {
-                const float turn = static_cast<float>(k) / kSides, at = 2 * kPi * turn;
-                growth.mesh.add(centre + (side * std::cos(at) + other * std::sin(at)) * radius,
-                                {turn, v});
-            }
-        };
-        Vec3 rim;
-        for (int j = 0; j <= kSteps; ++j) {
-            const float t = static_cast<float>(j) / kSteps;
-            rim = from + along * (tall * t) +
-                  Vec3{random.range(-1, 1), 0, random.range(-1, 1)} * (0.012f * height);
+        std::vector<Vec3> points;
+        std::vector<float> radii;
+        for (int j = 0; j <= kSpongeSteps; ++j) {
+            const float t = static_cast<float>(j) / kSpongeSteps;
             const float foot = 1 - smoothstep(0, 0.28f, t);
-            ring(rim,
-                 r * (0.66f + 0.44f * t + 0.06f * std::sin(t * 14 + static_cast<float>(i)) +
-                      0.55f * foot * foot),
-                 kSpongeRim * t);
+            points.push_back(from + along * (tall * t) +
+                             Vec3{random.range(-1, 1), 0, random.range(-1, 1)} * (0.012f * height));
+            radii.push_back(r *
+                            (0.66f + 0.44f * t + 0.06f * std::sin(t * 14 + static_cast<float>(i)) +
+                             0.55f * foot * foot));
         }
-        for (int j = 0; j < kInside; ++j) {
-            constexpr std::array<Vec2, kInside> kLip{
-                {{0.26f, 1.08f}, {0.38f, 0.94f}, {0.28f, 0.80f}, {-0.1f, 0.70f}, {-2.5f, 0.50f}}};
-            const float v = static_cast<float>(j + 1) / kInside;
-            ring(rim + along * (kLip[size_t(j)].x * r), kLip[size_t(j)].y * r,
-                 mix(kSpongeRim, 1, v));
+        // Over the rim and down inside.
+        const Vec3 rim = points.back();
+        for (const Vec2 lip : kSpongeLip) {
+            points.push_back(rim + along * (lip.x * r));
+            radii.push_back(r * lip.y);
         }
-        skin(growth.mesh, first, kSteps + kInside, kSides);
+        addTube(growth, points, radii, 16, 0, 1);
     }
     bendByHeight(growth, height, 0.025f * height);
     growth.material = [=](Vec2 t, Vec3 p) {

@@ -31,11 +31,11 @@ struct Rig {
     float u = 0, reach = 0;  ///< Place on the fin; reach 0 at its root, 1 at its margin.
     float ripple = 0;        ///< Of a middle fin.
     const Fin* paired = nullptr;
-    Vec3 seat;       ///< Paired: the nearest place on the hinge line, in file units,
-    Vec3 away;       ///< the way from there to the vertex with the fin laid against the body,
-    Vec3 out;        ///< and with the fin spread at a right angle to it.
-    float late = 0;  ///< Turns of the stroke that this side is ahead of the tail: one fin opens
-                     ///< while the other closes, and neither beats with the tail.
+    Vec3 seat;        ///< Paired: the nearest place on the hinge line, in file units,
+    Vec3 away;        ///< the way from there to the vertex with the fin laid against the body,
+    Vec3 out;         ///< and with the fin spread at a right angle to it.
+    float ahead = 0;  ///< Turns of the stroke before the tail: one fin opens while the other
+                      ///< closes, and neither beats with the tail.
 };
 
 float degreesToRadians(float degrees) { return degrees * kPi / 180; }
@@ -172,7 +172,7 @@ void Builder::pairedFin(const Fin& fin, float side) {
             rig.seat = place(hinge + Vec3{0, on.x, on.y});
             rig.away = Vec3{0, -away.x, away.y} * fish_.length;
             rig.out = Vec3{side * length(away) * fish_.length, 0, 0};
-            rig.late = side > 0 ? 0.25f : 0.75f;
+            rig.ahead = side > 0 ? 0.25f : 0.75f;
             add(hinge, onSheet(fin.part, u, v), rig);
         }
     grid(first, fin.columns, fin.rows);
@@ -353,7 +353,7 @@ void saveFish(const Fish& fish, int frames, const Bend& bend,
         Vec3 p = rest;
         if (rig.paired) {
             // The outer part of a soft fin follows late.
-            const float phase = turns + rig.late - 0.18f * rig.reach;
+            const float phase = turns + rig.ahead - 0.18f * rig.reach;
             const float angle = degreesToRadians(rig.paired->splay +
                                                  rig.paired->paddle * std::sin(2 * kPi * phase));
             p = rig.seat + rig.away * std::cos(angle) + rig.out * std::sin(angle);

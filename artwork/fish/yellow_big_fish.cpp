@@ -42,11 +42,12 @@ Pixel finColour(const FinPoint& p) {
             return tail;
         }
         case Part::DORSAL: {
-            Pixel fin = finPixel(
-                p, {rgb(232, 188, 54), rgb(255, 236, 150), 16, 0.97f, 0.88f, 0.20f, 0.03f, 0.55f});
+            constexpr float kRays = 16;
+            Pixel fin = finPixel(p, {rgb(232, 188, 54), rgb(255, 236, 150), kRays, 0.97f, 0.88f,
+                                     0.20f, 0.03f, 0.55f});
             // Rows of grey dashes between the rays.
             const float dash = smoothstep(0.5f, 0.9f, std::sin(p.v * 16)) *
-                               smoothstep(0.0f, -0.6f, std::cos(p.u * 16 * 2 * kPi));
+                               smoothstep(0.0f, -0.6f, std::cos(p.u * kRays * 2 * kPi));
             fin.colour = mix(fin.colour, rgb(150, 140, 110), 0.5f * dash);
             return fin;
         }
