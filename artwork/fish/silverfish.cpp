@@ -7,12 +7,12 @@ namespace {
 
 Fish anatomy() {
     Fish f;
-    f.body.top = {{0, 0.002f},     {0.03f, 0.026f}, {0.10f, 0.062f},
-                  {0.22f, 0.098f}, {0.38f, 0.116f}, {0.55f, 0.104f},
-                  {0.75f, 0.062f}, {0.92f, 0.028f}, {1.0f, 0.025f}};
-    f.body.bottom = {{0, -0.014f},     {0.03f, -0.036f}, {0.10f, -0.072f},
-                     {0.22f, -0.106f}, {0.38f, -0.122f}, {0.55f, -0.108f},
-                     {0.75f, -0.060f}, {0.92f, -0.027f}, {1.0f, -0.025f}};
+    f.body.top = {{0, 0.002f},     {0.03f, 0.028f}, {0.10f, 0.070f},
+                  {0.22f, 0.112f}, {0.38f, 0.130f}, {0.55f, 0.114f},
+                  {0.75f, 0.060f}, {0.90f, 0.024f}, {1.0f, 0.022f}};
+    f.body.bottom = {{0, -0.014f},     {0.03f, -0.040f}, {0.10f, -0.082f},
+                     {0.22f, -0.122f}, {0.38f, -0.140f}, {0.55f, -0.120f},
+                     {0.75f, -0.060f}, {0.90f, -0.024f}, {1.0f, -0.022f}};
     f.body.width = {{0, 0.008f},     {0.04f, 0.028f}, {0.14f, 0.058f}, {0.32f, 0.076f},
                     {0.55f, 0.064f}, {0.80f, 0.029f}, {0.95f, 0.012f}, {1.02f, 0.0f}};
     f.body.widest = 0.52f;
@@ -82,13 +82,15 @@ Vec3 bodyColour(const BodyPoint& p) {
             0.75f * std::exp(-shoulder * shoulder / 2) * smoothstep(-0.75f, -0.35f, p.rise));
     c = mix(c, rgb(126, 156, 172),
             0.6f * smoothstep(-0.84f, -0.98f, p.rise) * smoothstep(0.16f, 0.30f, p.along));
-    return mix(c, rgb(40, 100, 148), smoothstep(0.86f, 0.96f, p.along));
+    // A pale stalk before a dark fork: the body ends, and the next one's white face stands clear.
+    c = mix(c, rgb(214, 232, 240), 0.9f * smoothstep(0.70f, 0.84f, p.along));
+    return mix(c, rgb(26, 72, 118), smoothstep(0.90f, 0.98f, p.along));
 }
 
 Pixel finColour(const FinPoint& p) {
     if (p.part == Part::TAIL) {
         Pixel tail =
-            finPixel(p, {rgb(44, 108, 156), rgb(84, 146, 188), 8, 0.97f, 0.94f, 0.40f, 0.04f});
+            finPixel(p, {rgb(26, 72, 118), rgb(52, 106, 152), 8, 0.97f, 0.94f, 0.40f, 0.04f});
         // Dark where the body ends, pale and thin at the tips: they hide no head behind them.
         tail.alpha *= mix(1.0f, 0.84f, smoothstep(0.35f, 0.95f, p.v));
         return tail;
