@@ -84,7 +84,7 @@ Growth pictured(uint32_t seed) {
         const float t = texture.y;
         // Dead and overgrown where it comes out of the stone. It is dark there on the sand, and a
         // fish's shadow, drawn before the thicket, may hide a foot.
-        Vec3 c = mix(rgb(92, 50, 64), shades.foot * 0.82f, smoothstep(0.03f, 0.26f, t));
+        Vec3 c = mix(rgb(116, 60, 80), shades.foot * 0.92f, smoothstep(0.03f, 0.26f, t));
         c = mix(c, shades.middle, smoothstep(0.26f, 0.70f, t));
         c = mix(c, shades.tip, 0.46f * smoothstep(0.66f, 1.0f, t));
         return Paint{c * 1.18f * (1 + 0.18f * fractalNoise(p * 3, 2, seed)), {}};
@@ -511,7 +511,7 @@ void paintBranches(Image& texture) {
                 pixel.alpha =
                     cover(static_cast<float>(x) + 0.5f - kStrip / 2, static_cast<float>(y) + 0.5f);
                 texture.at(kind * kStrip + x, y) = pixel;
-                pixel.colour = pixel.colour * Vec3{0.78f, 0.70f, 0.77f};
+                pixel.colour = pixel.colour * Vec3{0.84f, 0.77f, 0.83f};
                 texture.at((kind + kKinds) * kStrip + x, y) = pixel;
             }
     }
