@@ -74,7 +74,7 @@ Fish anatomy() {
     f.fins = {tail, dorsal, anal, pelvic, pectoral};
     f.eye = {{0.140f, 0.056f}, 0.024f, 0.4f};
     f.swim = {21, 0.85f, 0.05f, 2.2f};
-    f.shadow.depth = 153;
+    f.shadow.depth = 159;
     f.length = 50;
     f.centre = 0.56f;
     return f;

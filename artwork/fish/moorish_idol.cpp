@@ -85,7 +85,7 @@ Fish anatomy() {
     f.eye = {{0.212f, 0.072f}, 0.027f, 0.28f};
     // Seen from the front a head that swings along would waggle: only the rear third sways.
     f.swim = {14, 0.65f, 0.015f, 3.4f};
-    f.shadow.depth = 188;
+    f.shadow.depth = 194;
     f.length = 43;
     f.centre = 0.60f;
     return f;

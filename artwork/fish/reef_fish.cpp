@@ -68,7 +68,7 @@ Fish reefFish() {
     f.fins = {tail, dorsal, anal, pelvic, pectoral};
     f.eye = {{0.128f, 0.040f}, 0.034f, 0.28f};
     f.swim = {10.5f, 0.72f, 0.02f, 3.2f};
-    f.shadow.depth = 188;
+    f.shadow.depth = 194;
     f.length = 45;
     f.centre = 0.58f;
     return f;
