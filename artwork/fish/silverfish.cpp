@@ -5,6 +5,9 @@ using namespace art;
 
 namespace {
 
+/// The fork, and the end of the body that runs into it.
+const Vec3 kFork = rgb(26, 72, 118);
+
 Fish anatomy() {
     Fish f;
     f.body.top = {{0, 0.002f},     {0.03f, 0.028f}, {0.10f, 0.070f},
@@ -84,13 +87,12 @@ Vec3 bodyColour(const BodyPoint& p) {
             0.6f * smoothstep(-0.84f, -0.98f, p.rise) * smoothstep(0.16f, 0.30f, p.along));
     // A pale stalk before a dark fork: the body ends, and the next one's white face stands clear.
     c = mix(c, rgb(214, 232, 240), 0.9f * smoothstep(0.70f, 0.84f, p.along));
-    return mix(c, rgb(26, 72, 118), smoothstep(0.90f, 0.98f, p.along));
+    return mix(c, kFork, smoothstep(0.90f, 0.98f, p.along));
 }
 
 Pixel finColour(const FinPoint& p) {
     if (p.part == Part::TAIL) {
-        Pixel tail =
-            finPixel(p, {rgb(26, 72, 118), rgb(52, 106, 152), 8, 0.97f, 0.94f, 0.40f, 0.04f});
+        Pixel tail = finPixel(p, {kFork, rgb(52, 106, 152), 8, 0.97f, 0.94f, 0.40f, 0.04f});
         // Dark where the body ends, pale and thin at the tips: they hide no head behind them.
         tail.alpha *= mix(1.0f, 0.84f, smoothstep(0.35f, 0.95f, p.v));
         return tail;
