@@ -98,7 +98,8 @@ Vec3 sand(float x, float z) {
     // The sides away from the sun take a little of the water's colour; the sand around lights them
     // up. Level sand leaves room for sides that are brighter.
     c = c * mix(rgb(184, 196, 186), {1, 1, 1},
-                clamp01(0.92f + 1.15f * mound + mix(3.6f, 4.9f, smoothstep(8.5f, 13, z)) * ripple));
+                clamp01(mix(0.985f, 0.92f, smoothstep(9, 15, z)) + 1.15f * mound +
+                        mix(3.6f, 4.9f, smoothstep(8.5f, 13, z)) * ripple));
     // Where the sun would burn it, it keeps its hue.
     c = c * (1 / std::max({1.0f, c.x, c.y, c.z}));
 
@@ -110,7 +111,8 @@ Vec3 sand(float x, float z) {
     const float coarse = 0.55f + 0.9f * clamp01(0.5f + 1.3f * middle);
     // Each is largest before the eye, where less of it is enough.
     const float contrast = mix(0.032f, 0.065f, smoothstep(9, 12, z));
-    c = c * (0.988f + coarse * (0.025f * fine + contrast * grain));
+    c = c *
+        (mix(0.995f, 0.988f, smoothstep(9, 15, z)) + coarse * (0.025f * fine + contrast * grain));
 
     const float w = weed(x, z);
     if (w > 0) {

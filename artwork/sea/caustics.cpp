@@ -18,7 +18,7 @@ constexpr int kSize = 512;  // while gathering; a frame is shrunk from it
 constexpr int kFrames = 32;
 constexpr int kRaysPerTexel = 3;  // along each axis
 /// How far a ray is thrown aside per unit of wave slope: the depth of the water.
-constexpr float kDepth = 0.033f;
+constexpr float kDepth = 0.032f;
 
 /// A wave with a whole number of periods across the tile and through the loop.
 struct Wave {
@@ -155,35 +155,35 @@ Grid calm(uint32_t seed, int frame) {
     return grid;
 }
 
-/// What one colour of a line becomes, as film takes it: the more light, the slower it grows
-/// brighter. So much light is halfway to white in the core, so much in the glow.
+/// What one colour becomes, as film takes it: between dark and bright, the more light, the slower
+/// it grows brighter. So much light is halfway there in the core of a line, so much in its glow.
 struct Film {
-    float dark, core, glow;
+    float dark, bright, core, glow;
 };
 
 float exposed(const Film& film, float core, float glow) {
-    const float c = std::pow(core / film.core, 5.0f), g = std::pow(glow / film.glow, 3.2f);
-    return mix(film.dark, 1, std::min(1.0f, 0.76f * c / (1 + c) + 0.63f * g / (1 + g)));
+    const float c = std::pow(core / film.core, 8.5f), g = std::pow(glow / film.glow, 3.2f);
+    return mix(film.dark, film.bright, std::min(1.0f, c / (1 + c) + 0.63f * g / (1 + g)));
 }
 
-/// A line is a thin white core in a glow that falls off gently into the cell. Red is bright first
+/// A line is a thin cream core in a glow that falls off gently into the cell. Red is bright first
 /// and blue last: warm round a line. In calm water the light stays spread out.
 Image develop(const Grid& gathered, const Grid& calmness) {
     const Grid light = blurred(gathered, 2);
     const Grid near = blurred(gathered, 5);
     const Grid halo = blurred(gathered, 11);
     const Grid spread = blurred(gathered, 24);
-    constexpr Film kRed{0.773f, 1.516f, 1.103f}, kGreen{0.777f, 1.602f, 1.161f},
-        kBlue{0.729f, 1.740f, 1.336f};
+    constexpr Film kRed{0.785f, 1, 1.031f, 0.971f}, kGreen{0.799f, 1, 1.089f, 1.022f},
+        kBlue{0.761f, 0.975f, 1.183f, 1.176f};
     Image image(kSize, kSize);
     for (int y = 0; y < kSize; ++y)
         for (int x = 0; x < kSize; ++x) {
             const size_t i = size_t(y * kSize + x);
-            const float spreads = 0.7f * calmness[i];
-            // Where lines meet, all round is bright: there only the brightest shows as a line, or
-            // the whole would be a white patch.
-            const float crowd = 1 + 0.5f * std::max(0.0f, halo[i] - 2.1f);
-            const float core = mix(mix(light[i], near[i], 0.31f), spread[i], spreads) / crowd;
+            const float spreads = 0.5f * calmness[i];
+            // A line shows by how much it outshines what is round it: a faint one goes on to the
+            // next instead of ending, and where many meet there is no white patch.
+            const float around = std::pow(std::max(1.0f, halo[i]), 0.58f);
+            const float core = mix(mix(light[i], near[i], 0.31f), spread[i], spreads) / around;
             const float glow = mix(halo[i], spread[i], spreads);
             image.at(x, y).colour = {exposed(kRed, core, glow), exposed(kGreen, core, glow),
                                      exposed(kBlue, core, glow)};
@@ -206,6 +206,6 @@ int main(int argc, char** argv) {
         std::snprintf(name, sizeof name, "caust%.2d.nlt", frame);
         // Both seeds were chosen together, by eye and by the sand's figures.
         const Image developed = develop(light, calm(seed + 105, frame));
-        saveBmp24(sharpened(shrunk(developed, columns, rows), 1.6f, 1.6f), folder + name);
+        saveBmp24(sharpened(shrunk(developed, columns, rows), 1.9f, 1.9f), folder + name);
     });
 }
