@@ -1,6 +1,6 @@
 #!/bin/sh
-# Films the scene as a loop of ten seconds: the automatic camera rests over the water, comes down
-# and rests before the reef; its end dissolves quickly into its beginning.
+# Films the scene as a loop of ten seconds: the automatic camera rests over the water, comes down,
+# rests before the reef and goes up again; its end dissolves into its beginning, the same view.
 #   film.sh [OUT.webp] [--video OUT.mp4|OUT.webm] [--size WxH] [--fps N] [--quality Q] [--seed N]
 #   [--day]
 # With --day a whole day passes instead, in twenty seconds: the reef in the forenoon, the sky from
@@ -49,13 +49,13 @@ esac
 folder=$(mktemp -d)
 trap 'rm -rf "$folder"' EXIT
 
-# What the film shows: its pictures from `from` on, so many seconds, and some more to dissolve with:
-# longer, two views would lie over each other.
-seconds=10 dissolved=$(((fps * 2 + 4) / 5))
-# The camera leaves the reef after ten seconds, needs 25 degrees and rests for two seconds.
-speed=6 rest=2
-printf 'CameraSpeed=%s\nCameraFixTop=%s\n' "$speed" "$rest" >"$folder/settings"
-from=$(awk "BEGIN { print 10 + 25 / $speed + $rest - 1 }")
+# What the film shows: its pictures from `from` on, so many seconds, and some more to dissolve with.
+seconds=10 dissolved=$(((fps * 3 + 4) / 5))
+# The camera leaves the reef after ten seconds and needs 25 degrees up. There it rests for a second,
+# and again a little more than `seconds` later: while the film dissolves, it stands still.
+speed=8
+printf 'CameraSpeed=%s\nCameraFixTop=1\nCameraFixBottom=3\n' "$speed" >"$folder/settings"
+from=$(awk "BEGIN { print 10 + 25 / $speed + 0.4 }")
 if [ -n "$day" ]; then
     # The camera's round is as long as the film: before the reef in the forenoon, over the water
     # from sunset until after midnight.
