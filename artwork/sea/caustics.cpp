@@ -18,7 +18,10 @@ constexpr int kSize = 512;  // while gathering; a frame is shrunk from it
 constexpr int kFrames = 32;
 constexpr int kRaysPerTexel = 3;  // along each axis
 /// How far a ray is thrown aside per unit of wave slope: the depth of the water.
-constexpr float kDepth = 0.032f;
+constexpr float kDepth = 0.030f;
+/// The floor is seen slanting, so lines that run away from the eye look broader than those across
+/// the view. The whole net is narrower by this, across.
+constexpr float kNarrower = 1.3f;
 
 /// A wave with a whole number of periods across the tile and through the loop.
 struct Wave {
@@ -30,11 +33,11 @@ std::vector<Wave> chooseWaves(uint32_t seed) {
     constexpr float kLongest = 1.6f, kShortest = 10.0f;  // periods across the tile
     Random random(seed);
     std::vector<Wave> waves;
-    for (int kx = -10; kx <= 10; ++kx)
+    for (int kx = -14; kx <= 14; ++kx)
         for (int ky = 0; ky <= 10; ++ky) {
             if (ky == 0 && kx <= 0)
                 continue;  // the mirror image of another wave
-            const float k = std::sqrt(static_cast<float>(kx * kx + ky * ky));
+            const float k = std::hypot(static_cast<float>(kx) / kNarrower, static_cast<float>(ky));
             if (k < kLongest || k > kShortest)
                 continue;
             const float amplitude = std::pow(k, -2.0f) * random.range(0.25f, 1.0f);
@@ -101,7 +104,8 @@ Grid gather(const Slopes& slopes) {
         for (int i = 0; i < kRays; ++i) {
             const float x = (static_cast<float>(i) + 0.5f) / kRaysPerTexel - 0.5f;
             const float y = (static_cast<float>(j) + 0.5f) / kRaysPerTexel - 0.5f;
-            const float hit_x = x + kDepth * kSize * sample(slopes.x, x, y);
+            const float hit_x =
+                x + kDepth / (kNarrower * kNarrower) * kSize * sample(slopes.x, x, y);
             const float hit_y = y + kDepth * kSize * sample(slopes.y, x, y);
             const float fx = std::floor(hit_x), fy = std::floor(hit_y);
             const int ix = static_cast<int>(fx), iy = static_cast<int>(fy);
@@ -114,9 +118,10 @@ Grid gather(const Slopes& slopes) {
     return light;
 }
 
-/// Smooths a tile; so many texels to either side are seen.
-Grid blurred(Grid grid, int reach) {
+/// Smooths a tile; so many texels up and down are seen, and fewer across.
+Grid blurred(Grid grid, int down) {
     for (const bool across : {true, false}) {
+        const auto reach = across ? static_cast<int>(std::lround(down / kNarrower)) : down;
         Grid sums(kSize * kSize);
         for (int y = 0; y < kSize; ++y)
             for (int x = 0; x < kSize; ++x) {
@@ -162,7 +167,7 @@ struct Film {
 };
 
 float exposed(const Film& film, float core, float glow) {
-    const float c = std::pow(core / film.core, 8.5f), g = std::pow(glow / film.glow, 3.2f);
+    const float c = std::pow(core / film.core, 7.5f), g = std::pow(glow / film.glow, 3.2f);
     return mix(film.dark, film.bright, std::min(1.0f, c / (1 + c) + 0.63f * g / (1 + g)));
 }
 
@@ -173,8 +178,8 @@ Image develop(const Grid& gathered, const Grid& calmness) {
     const Grid near = blurred(gathered, 5);
     const Grid halo = blurred(gathered, 11);
     const Grid spread = blurred(gathered, 24);
-    constexpr Film kRed{0.785f, 1, 1.031f, 0.971f}, kGreen{0.799f, 1, 1.089f, 1.022f},
-        kBlue{0.761f, 0.975f, 1.183f, 1.176f};
+    constexpr Film kRed{0.785f, 1, 1.004f, 0.993f}, kGreen{0.799f, 1, 1.061f, 1.045f},
+        kBlue{0.761f, 0.975f, 1.152f, 1.202f};
     Image image(kSize, kSize);
     for (int y = 0; y < kSize; ++y)
         for (int x = 0; x < kSize; ++x) {
@@ -182,7 +187,7 @@ Image develop(const Grid& gathered, const Grid& calmness) {
             const float spreads = 0.5f * calmness[i];
             // A line shows by how much it outshines what is round it: a faint one goes on to the
             // next instead of ending, and where many meet there is no white patch.
-            const float around = std::pow(std::max(1.0f, halo[i]), 0.58f);
+            const float around = std::pow(std::max(1.0f, halo[i]), 0.66f);
             const float core = mix(mix(light[i], near[i], 0.31f), spread[i], spreads) / around;
             const float glow = mix(halo[i], spread[i], spreads);
             image.at(x, y).colour = {exposed(kRed, core, glow), exposed(kGreen, core, glow),
@@ -206,6 +211,6 @@ int main(int argc, char** argv) {
         std::snprintf(name, sizeof name, "caust%.2d.nlt", frame);
         // Both seeds were chosen together, by eye and by the sand's figures.
         const Image developed = develop(light, calm(seed + 105, frame));
-        saveBmp24(sharpened(shrunk(developed, columns, rows), 1.9f, 1.9f), folder + name);
+        saveBmp24(sharpened(shrunk(developed, columns, rows), 1.8f, 1.8f), folder + name);
     });
 }
