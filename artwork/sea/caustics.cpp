@@ -178,8 +178,8 @@ Image develop(const Grid& gathered, const Grid& calmness) {
     const Grid near = blurred(gathered, 5);
     const Grid halo = blurred(gathered, 11);
     const Grid spread = blurred(gathered, 24);
-    constexpr Film kRed{0.785f, 1, 1.004f, 0.993f}, kGreen{0.799f, 1, 1.061f, 1.045f},
-        kBlue{0.761f, 0.975f, 1.152f, 1.202f};
+    constexpr Film kRed{0.764f, 1, 1.004f, 0.993f}, kGreen{0.776f, 1, 1.061f, 1.045f},
+        kBlue{0.742f, 0.975f, 1.152f, 1.202f};
     Image image(kSize, kSize);
     for (int y = 0; y < kSize; ++y)
         for (int x = 0; x < kSize; ++x) {
