@@ -135,10 +135,9 @@ void Builder::eyes() {
 
 void Builder::middleFin(const Fin& fin) {
     const int first = static_cast<int>(mesh.vertices.size());
-    for (int i = 0; i <= fin.columns; ++i)
+    for (const float u : finColumns(fin))
         for (int j = 0; j <= fin.rows; ++j) {
-            const float u = static_cast<float>(i) / fin.columns,
-                        v = static_cast<float>(j) / fin.rows;
+            const float v = static_cast<float>(j) / fin.rows;
             const Vec2 p = finPoint(fin, u, v).side;
             Rig rig;
             rig.u = u;
@@ -159,10 +158,9 @@ void Builder::pairedFin(const Fin& fin, float side) {
     const Vec2 line = fin.root.at(1) - seat_place;
     const Vec2 axis = line * (1 / length(line));
     const int first = static_cast<int>(mesh.vertices.size());
-    for (int i = 0; i <= fin.columns; ++i)
+    for (const float u : finColumns(fin))
         for (int j = 0; j <= fin.rows; ++j) {
-            const float u = static_cast<float>(i) / fin.columns,
-                        v = static_cast<float>(j) / fin.rows;
+            const float v = static_cast<float>(j) / fin.rows;
             const Vec2 flat = finPoint(fin, u, v).side - seat_place;
             const Vec2 on = axis * dot(flat, axis), away = flat - on;
             Rig rig;
@@ -262,6 +260,14 @@ private:
     std::vector<Vec2> points_;
 };
 
+/// What a ray that far from an end of its fin has of its full length.
+float grown(const Corner& corner, float away) {
+    if (away >= corner.share)
+        return 1;
+    const float missing = 1 - away / corner.share;
+    return 1 - corner.depth * (1 - std::sqrt(std::max(0.0f, 1 - missing * missing)));
+}
+
 }  // namespace
 
 Chart plotOf(Part part) { return kPlots[static_cast<int>(part)]; }
@@ -308,8 +314,52 @@ BodyPoint bodyPoint(const Body& body, float along, float round) {
 FinPoint finPoint(const Fin& fin, float u, float v) {
     const Vec2 root = fin.root.at(u), margin = fin.margin.at(u);
     const Vec2 way = margin - root;
-    const Vec2 straight{root.x + way.x * v, root.y + way.y * std::pow(v, fin.flare)};
+    const float reach = v * grown(fin.front, u) * grown(fin.rear, 1 - u);
+    const Vec2 straight{root.x + way.x * reach, root.y + way.y * std::pow(reach, fin.flare)};
     return {fin.part, u, v, straight + fin.bow * (4 * v * (1 - v))};
+}
+
+std::vector<float> finColumns(const Fin& fin) {
+    std::vector<float> columns{0};
+    if (fin.front.depth <= 0 && fin.rear.depth <= 0) {
+        for (int column = 1; column <= fin.columns; ++column)
+            columns.push_back(static_cast<float>(column) / fin.columns);
+        return columns;
+    }
+    constexpr int kSteps = 400;
+    const auto margin = [&](int i) {
+        return finPoint(fin, static_cast<float>(i) / kSteps, 1).side;
+    };
+    std::vector<float> walked{0}, turned{0};
+    Vec2 before;
+    for (int i = 1; i <= kSteps; ++i) {
+        const Vec2 way = margin(i) - margin(i - 1);
+        const float step = length(way);
+        float turn = 0;
+        if (i > 1 && step > 0)
+            turn = std::fabs(std::atan2(before.x * way.y - before.y * way.x, dot(before, way)));
+        if (step > 0)
+            before = way;
+        walked.push_back(walked.back() + step);
+        turned.push_back(turned.back() + turn);
+    }
+    // The root bends, too: some of them keep to even shares.
+    const auto share = [&](int i) {
+        return 0.3f * static_cast<float>(i) / kSteps +
+               0.3f * walked[size_t(i)] / std::max(walked.back(), 1e-6f) +
+               0.4f * turned[size_t(i)] / std::max(turned.back(), 1e-6f);
+    };
+    int i = 0;
+    for (int column = 1; column < fin.columns; ++column) {
+        const float wanted = share(kSteps) * static_cast<float>(column) / fin.columns;
+        while (i + 1 < kSteps && share(i + 1) < wanted)
+            ++i;
+        const float low = share(i), high = share(i + 1);
+        const float k = clamp01((wanted - low) / std::max(high - low, 1e-6f));
+        columns.push_back((static_cast<float>(i) + k) / kSteps);
+    }
+    columns.push_back(1);
+    return columns;
 }
 
 Fin& finOf(Fish& fish, Part part) {

@@ -53,13 +53,21 @@ struct BodyPoint {
 };
 BodyPoint bodyPoint(const Body& body, float along, float round);
 
+/// How an end of a fin's margin is rounded: over a share of the fin, rays grow to their full
+/// length, as in a quarter of an ellipse; the outermost one is shorter by depth, a part of its
+/// length.
+struct Corner {
+    float share = 0, depth = 0;
+};
+
 /// A fin is a sheet of rays between its root and its margin: u runs along both, v from root (0)
 /// to margin (1).
 struct Fin {
     Part part = Part::DORSAL;
-    Path root, margin;  ///< In side view (along, height); paired fins lie flat on the drawing.
-    Vec2 bow;           ///< How far the middle of a ray leaves the straight line.
-    float flare = 1;    ///< More than 1 spreads the rays late: a tail that keeps its waist.
+    Path root, margin;   ///< In side view (along, height); paired fins lie flat on the drawing.
+    Vec2 bow;            ///< How far the middle of a ray leaves the straight line.
+    float flare = 1;     ///< More than 1 spreads the rays late: a tail that keeps its waist.
+    Corner front, rear;  ///< Where u is 0, and where it is 1.
     int columns = 4, rows = 1;
 
     bool paired = false;  ///< One on each side, hinged where its root's first point touches skin.
@@ -73,6 +81,8 @@ struct FinPoint {
     Vec2 side;  ///< Side view place (along, height).
 };
 FinPoint finPoint(const Fin& fin, float u, float v);
+/// Where the mesh of a fin has columns: closer where its margin bends.
+std::vector<float> finColumns(const Fin& fin);
 
 struct Eye {
     Vec2 place;  ///< Side view.

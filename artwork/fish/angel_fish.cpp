@@ -30,11 +30,11 @@ Pixel finColour(const FinPoint& p) {
     if (p.part == Part::TAIL)
         return finPixel(p, {rgb(255, 208, 40), rgb(255, 236, 140), 12, 0.96f, 0.82f, 0.15f, 0.02f});
     if (p.part == Part::PECTORAL || p.part == Part::PELVIC)
-        return finPixel(p, {rgb(255, 206, 50), rgb(255, 236, 150), 11, 0.90f, 0.66f});
+        return finPixel(p, {rgb(255, 206, 50), rgb(255, 236, 150), 8, 0.90f, 0.66f});
     const float blue = rear(p.side);
     const Vec3 base = mix(kYellow, rgb(20, 40, 150), blue);
     return finPixel(
-        p, {base, mix(rgb(255, 232, 120), rgb(80, 150, 255), blue), 28, 0.96f, 0.88f, 0.08f});
+        p, {base, mix(rgb(255, 232, 120), rgb(80, 150, 255), blue), 18, 0.96f, 0.88f, 0.08f});
 }
 
 }  // namespace

@@ -24,7 +24,8 @@ Fish bigFish() {
     tail.flare = 1.6f;
     tail.margin = {
         {1.275f, 0.195f}, {1.245f, 0.095f}, {1.215f, 0}, {1.245f, -0.092f}, {1.275f, -0.190f}};
-    tail.columns = 12;
+    tail.front = tail.rear = {0.16f, 0.20f};
+    tail.columns = 18;
     tail.rows = 4;
 
     Fin dorsal;
@@ -33,7 +34,9 @@ Fish bigFish() {
         {0.25f, 0.165f}, {0.42f, 0.192f}, {0.60f, 0.155f}, {0.76f, 0.090f}, {0.89f, 0.052f}};
     dorsal.margin = {{0.275f, 0.235f}, {0.34f, 0.292f}, {0.46f, 0.288f},  {0.58f, 0.252f},
                      {0.70f, 0.258f},  {0.82f, 0.238f}, {0.900f, 0.180f}, {0.925f, 0.105f}};
-    dorsal.columns = 16;
+    dorsal.front = {0.24f, 0.85f};
+    dorsal.rear = {0.28f, 0.75f};
+    dorsal.columns = 22;
     dorsal.rows = 2;
     dorsal.ripple = 0.010f;
 
@@ -45,7 +48,9 @@ Fish bigFish() {
                    {0.83f, -0.230f},
                    {0.900f, -0.165f},
                    {0.920f, -0.095f}};
-    anal.columns = 9;
+    anal.front = {0.32f, 0.80f};
+    anal.rear = {0.35f, 0.75f};
+    anal.columns = 15;
     anal.rows = 2;
     anal.ripple = 0.010f;
 
@@ -53,7 +58,9 @@ Fish bigFish() {
     pelvic.part = Part::PELVIC;
     pelvic.root = {{0.30f, -0.155f}, {0.37f, -0.168f}};
     pelvic.margin = {{0.445f, -0.315f}, {0.485f, -0.285f}, {0.470f, -0.210f}};
-    pelvic.columns = 5;
+    pelvic.front = {0.50f, 0.45f};
+    pelvic.rear = {0.50f, 0.60f};
+    pelvic.columns = 10;
     pelvic.rows = 2;
     pelvic.paired = true;
     pelvic.splay = 24;
@@ -61,9 +68,11 @@ Fish bigFish() {
 
     Fin pectoral;
     pectoral.part = Part::PECTORAL;
-    pectoral.root = {{0.300f, -0.025f}, {0.312f, -0.090f}};
+    pectoral.root = {{0.300f, -0.025f}, {0.274f, -0.056f}, {0.310f, -0.087f}};
     pectoral.margin = {{0.470f, 0.020f}, {0.520f, -0.050f}, {0.490f, -0.125f}, {0.410f, -0.170f}};
-    pectoral.columns = 6;
+    pectoral.front = {0.50f, 0.50f};
+    pectoral.rear = {0.50f, 0.55f};
+    pectoral.columns = 14;
     pectoral.rows = 2;
     pectoral.paired = true;
     pectoral.splay = 34;

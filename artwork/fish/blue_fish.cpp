@@ -45,10 +45,10 @@ Pixel finColour(const FinPoint& p) {
         return tail;
     }
     if (p.part == Part::PECTORAL) {
-        Pixel fin = finPixel(p, {rgb(40, 96, 216), rgb(255, 214, 70), 11, 0.88f, 0.62f, 0.30f});
+        Pixel fin = finPixel(p, {rgb(40, 96, 216), rgb(255, 214, 70), 8, 0.88f, 0.62f, 0.30f});
         return fin;
     }
-    Pixel fin = finPixel(p, {rgb(34, 84, 222), rgb(60, 130, 250), 30, 0.97f, 0.88f, 0.10f, 0.02f});
+    Pixel fin = finPixel(p, {rgb(34, 84, 222), rgb(60, 130, 250), 18, 0.97f, 0.88f, 0.10f, 0.02f});
     // A dark border with a hair of light blue at the very edge.
     const float border = band(p.v, 0.62f, 0.88f, 0.06f);
     fin.colour = mix(fin.colour, kBlack, (p.part == Part::PELVIC ? 0.4f : 0.8f) * border);

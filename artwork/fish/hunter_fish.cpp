@@ -27,7 +27,8 @@ Fish anatomy() {
     tail.flare = 1.3f;
     tail.margin = {
         {1.130f, 0.150f}, {1.205f, 0.115f}, {1.240f, 0.0f}, {1.205f, -0.112f}, {1.130f, -0.145f}};
-    tail.columns = 11;
+    tail.front = tail.rear = {0.20f, 0.20f};
+    tail.columns = 15;
     tail.rows = 3;
 
     Fin dorsal;
@@ -36,7 +37,9 @@ Fish anatomy() {
         {0.25f, 0.125f}, {0.44f, 0.150f}, {0.62f, 0.125f}, {0.78f, 0.085f}, {0.89f, 0.062f}};
     dorsal.margin = {{0.280f, 0.190f}, {0.36f, 0.235f}, {0.48f, 0.238f},  {0.60f, 0.222f},
                      {0.72f, 0.235f},  {0.84f, 0.228f}, {0.915f, 0.180f}, {0.930f, 0.110f}};
-    dorsal.columns = 13;
+    dorsal.front = {0.22f, 0.85f};
+    dorsal.rear = {0.26f, 0.75f};
+    dorsal.columns = 19;
     dorsal.rows = 2;
     dorsal.ripple = 0.010f;
 
@@ -48,7 +51,9 @@ Fish anatomy() {
                    {0.86f, -0.205f},
                    {0.920f, -0.160f},
                    {0.925f, -0.100f}};
-    anal.columns = 7;
+    anal.front = {0.32f, 0.80f};
+    anal.rear = {0.32f, 0.75f};
+    anal.columns = 13;
     anal.rows = 2;
     anal.ripple = 0.010f;
 
@@ -56,16 +61,20 @@ Fish anatomy() {
     pelvic.part = Part::PELVIC;
     pelvic.root = {{0.30f, -0.130f}, {0.36f, -0.138f}};
     pelvic.margin = {{0.425f, -0.262f}, {0.465f, -0.240f}, {0.455f, -0.180f}};
-    pelvic.columns = 4;
+    pelvic.front = {0.50f, 0.45f};
+    pelvic.rear = {0.50f, 0.60f};
+    pelvic.columns = 9;
     pelvic.paired = true;
     pelvic.splay = 26;
     pelvic.paddle = 4;
 
     Fin pectoral;
     pectoral.part = Part::PECTORAL;
-    pectoral.root = {{0.305f, -0.020f}, {0.315f, -0.085f}};
+    pectoral.root = {{0.305f, -0.020f}, {0.280f, -0.052f}, {0.313f, -0.082f}};
     pectoral.margin = {{0.440f, 0.040f}, {0.490f, -0.020f}, {0.482f, -0.085f}, {0.412f, -0.122f}};
-    pectoral.columns = 6;
+    pectoral.front = {0.45f, 0.45f};
+    pectoral.rear = {0.50f, 0.50f};
+    pectoral.columns = 13;
     pectoral.rows = 2;
     pectoral.paired = true;
     pectoral.splay = 38;
@@ -101,7 +110,7 @@ Vec3 bodyColour(const BodyPoint& p) {
 
 Pixel finColour(const FinPoint& p) {
     if (p.part == Part::PECTORAL)
-        return finPixel(p, {rgb(190, 84, 44), rgb(226, 130, 60), 13, 0.90f, 0.66f, 0.2f});
+        return finPixel(p, {rgb(190, 84, 44), rgb(226, 130, 60), 8, 0.90f, 0.66f, 0.2f});
     const float hard = p.part == Part::DORSAL ? 0.5f : 0.0f;
     Pixel fin =
         finPixel(p, {rgb(186, 64, 38), rgb(96, 36, 60), 22, 0.97f, 0.88f, 0.12f, 0.04f, hard});

@@ -29,7 +29,8 @@ Fish anatomy() {
     tail.flare = 1.8f;
     tail.margin = {
         {1.235f, 0.180f}, {1.195f, 0.090f}, {1.180f, 0}, {1.195f, -0.090f}, {1.235f, -0.180f}};
-    tail.columns = 10;
+    tail.front = tail.rear = {0.18f, 0.18f};
+    tail.columns = 16;
     tail.rows = 4;
 
     Fin dorsal;
@@ -37,7 +38,8 @@ Fish anatomy() {
     dorsal.root = {{0.40f, 0.300f}, {0.56f, 0.310f}, {0.72f, 0.205f}, {0.90f, 0.070f}};
     dorsal.margin = {
         {0.56f, 0.620f}, {0.68f, 0.560f}, {0.79f, 0.430f}, {0.88f, 0.280f}, {0.945f, 0.110f}};
-    dorsal.columns = 10;
+    dorsal.rear = {0.25f, 0.70f};
+    dorsal.columns = 14;
     dorsal.rows = 3;
     dorsal.ripple = 0.010f;
 
@@ -57,7 +59,9 @@ Fish anatomy() {
     anal.root = {{0.52f, -0.285f}, {0.66f, -0.250f}, {0.78f, -0.165f}, {0.90f, -0.070f}};
     anal.margin = {
         {0.66f, -0.520f}, {0.75f, -0.475f}, {0.84f, -0.345f}, {0.91f, -0.205f}, {0.945f, -0.110f}};
-    anal.columns = 8;
+    anal.front = {0.18f, 0.25f};
+    anal.rear = {0.25f, 0.70f};
+    anal.columns = 14;
     anal.rows = 2;
     anal.ripple = 0.010f;
 
@@ -65,7 +69,9 @@ Fish anatomy() {
     pelvic.part = Part::PELVIC;
     pelvic.root = {{0.33f, -0.220f}, {0.38f, -0.250f}};
     pelvic.margin = {{0.50f, -0.470f}, {0.52f, -0.430f}, {0.49f, -0.350f}};
-    pelvic.columns = 3;
+    pelvic.front = {0.50f, 0.40f};
+    pelvic.rear = {0.50f, 0.60f};
+    pelvic.columns = 7;
     pelvic.rows = 2;
     pelvic.paired = true;
     pelvic.splay = 12;
@@ -73,9 +79,11 @@ Fish anatomy() {
 
     Fin pectoral;
     pectoral.part = Part::PECTORAL;
-    pectoral.root = {{0.345f, -0.030f}, {0.355f, -0.085f}};
+    pectoral.root = {{0.345f, -0.030f}, {0.323f, -0.056f}, {0.353f, -0.082f}};
     pectoral.margin = {{0.475f, 0.015f}, {0.500f, -0.045f}, {0.475f, -0.100f}, {0.430f, -0.135f}};
-    pectoral.columns = 4;
+    pectoral.front = {0.50f, 0.50f};
+    pectoral.rear = {0.50f, 0.55f};
+    pectoral.columns = 10;
     pectoral.rows = 2;
     pectoral.paired = true;
     pectoral.splay = 34;
@@ -135,14 +143,14 @@ Pixel finColour(const FinPoint& p) {
             return finPixel(p,
                             {rgb(28, 29, 38), rgb(236, 240, 244), 11, 0.98f, 0.92f, 0.10f, 0.02f});
         case Part::PECTORAL:
-            return finPixel(p, {rgb(250, 240, 214), rgb(255, 250, 236), 10, 0.75f, 0.42f});
+            return finPixel(p, {rgb(250, 240, 214), rgb(255, 250, 236), 7, 0.75f, 0.42f});
         case Part::PELVIC:
             return finPixel(p, {rgb(30, 30, 36), rgb(60, 64, 76), 8, 0.97f, 0.90f});
         default: {
             const Vec3 c = drawing(p.side);
             Pixel fin =
                 finPixel(p, {c, mix(c, rgb(255, 255, 248), p.part == Part::DORSAL ? 0.75f : 0.2f),
-                             24, 0.97f, 0.88f, 0.05f, 0.03f});
+                             16, 0.97f, 0.88f, 0.05f, 0.03f});
             return fin;
         }
     }

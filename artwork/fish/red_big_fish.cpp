@@ -15,8 +15,9 @@ Fish anatomy() {
                      {0.89f, -0.056f}, {1.0f, -0.050f}};
     f.body.widest = 0.48f;
     f.body.keel = 1.08f;
-    finOf(f, Part::TAIL).margin = {
-        {1.270f, 0.220f}, {1.205f, 0.105f}, {1.165f, 0}, {1.205f, -0.102f}, {1.270f, -0.215f}};
+    finOf(f, Part::TAIL).margin = {{1.275f, 0.225f}, {1.235f, 0.140f},  {1.188f, 0.066f},
+                                   {1.168f, 0},      {1.188f, -0.064f}, {1.235f, -0.137f},
+                                   {1.275f, -0.220f}};
     Fin& dorsal = finOf(f, Part::DORSAL);
     dorsal.root = {
         {0.23f, 0.190f}, {0.40f, 0.205f}, {0.58f, 0.160f}, {0.74f, 0.095f}, {0.88f, 0.052f}};
@@ -66,7 +67,7 @@ Pixel finColour(const FinPoint& p) {
             return finPixel(
                 p, {rgb(238, 36, 20), rgb(255, 110, 70), 16, 0.97f, 0.86f, 0.20f, 0.03f, 0.55f});
         case Part::PECTORAL:
-            return finPixel(p, {rgb(255, 128, 78), rgb(255, 190, 140), 11, 0.90f, 0.66f, 0.4f});
+            return finPixel(p, {rgb(255, 128, 78), rgb(255, 190, 140), 10, 0.90f, 0.66f, 0.4f});
         default:
             return finPixel(p,
                             {rgb(246, 52, 28), rgb(255, 176, 128), 15, 0.97f, 0.82f, 0.12f, 0.04f});

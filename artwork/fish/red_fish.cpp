@@ -42,7 +42,7 @@ Pixel finColour(const FinPoint& p) {
             return finPixel(p,
                             {rgb(240, 90, 44), rgb(206, 84, 160), 12, 0.95f, 0.78f, 0.12f, 0.04f});
         case Part::PECTORAL:
-            return finPixel(p, {rgb(255, 150, 90), rgb(255, 196, 140), 11, 0.82f, 0.52f});
+            return finPixel(p, {rgb(255, 150, 90), rgb(255, 196, 140), 8, 0.82f, 0.52f});
         default:
             return finPixel(p, {rgb(248, 128, 70), rgb(255, 214, 170), 9, 0.95f, 0.80f});
     }

@@ -22,9 +22,10 @@ Fish reefFish() {
     tail.part = Part::TAIL;
     tail.root = {{0.895f, 0.064f}, {0.905f, 0}, {0.895f, -0.062f}};
     tail.flare = 1.6f;
-    tail.margin = {
-        {1.27f, 0.210f}, {1.175f, 0.100f}, {1.115f, 0}, {1.175f, -0.100f}, {1.27f, -0.210f}};
-    tail.columns = 12;
+    tail.margin = {{1.275f, 0.215f},  {1.222f, 0.130f},  {1.150f, 0.058f}, {1.118f, 0},
+                   {1.150f, -0.058f}, {1.222f, -0.130f}, {1.275f, -0.215f}};
+    tail.front = tail.rear = {0.16f, 0.20f};
+    tail.columns = 18;
     tail.rows = 4;
 
     Fin dorsal;
@@ -33,7 +34,9 @@ Fish reefFish() {
         {0.21f, 0.165f}, {0.40f, 0.215f}, {0.60f, 0.185f}, {0.78f, 0.105f}, {0.89f, 0.055f}};
     dorsal.margin = {{0.245f, 0.245f}, {0.36f, 0.315f}, {0.50f, 0.330f},
                      {0.68f, 0.305f},  {0.84f, 0.240f}, {0.955f, 0.130f}};
-    dorsal.columns = 12;
+    dorsal.front = {0.16f, 0.85f};
+    dorsal.rear = {0.30f, 0.80f};
+    dorsal.columns = 18;
     dorsal.rows = 2;
     dorsal.ripple = 0.008f;
 
@@ -42,7 +45,9 @@ Fish reefFish() {
     anal.root = {{0.46f, -0.195f}, {0.62f, -0.165f}, {0.78f, -0.100f}, {0.89f, -0.052f}};
     anal.margin = {
         {0.505f, -0.270f}, {0.62f, -0.310f}, {0.76f, -0.285f}, {0.87f, -0.215f}, {0.955f, -0.120f}};
-    anal.columns = 9;
+    anal.front = {0.30f, 0.80f};
+    anal.rear = {0.35f, 0.80f};
+    anal.columns = 14;
     anal.rows = 2;
     anal.ripple = 0.008f;
 
@@ -50,16 +55,20 @@ Fish reefFish() {
     pelvic.part = Part::PELVIC;
     pelvic.root = {{0.31f, -0.170f}, {0.37f, -0.185f}};
     pelvic.margin = {{0.42f, -0.335f}, {0.46f, -0.310f}, {0.46f, -0.240f}};
-    pelvic.columns = 4;
+    pelvic.front = {0.50f, 0.45f};
+    pelvic.rear = {0.50f, 0.60f};
+    pelvic.columns = 9;
     pelvic.paired = true;
     pelvic.splay = 16;
     pelvic.paddle = 3;
 
     Fin pectoral;
     pectoral.part = Part::PECTORAL;
-    pectoral.root = {{0.285f, -0.020f}, {0.295f, -0.075f}};
+    pectoral.root = {{0.285f, -0.020f}, {0.262f, -0.046f}, {0.293f, -0.072f}};
     pectoral.margin = {{0.445f, 0.015f}, {0.475f, -0.045f}, {0.450f, -0.100f}, {0.395f, -0.135f}};
-    pectoral.columns = 5;
+    pectoral.front = {0.50f, 0.50f};
+    pectoral.rear = {0.50f, 0.55f};
+    pectoral.columns = 12;
     pectoral.rows = 2;
     pectoral.paired = true;
     pectoral.splay = 34;

@@ -153,29 +153,37 @@ Pixel eyePixel(const EyeLook& look, float u, float v) {
 }  // namespace
 
 Pixel finPixel(const FinPoint& p, const Rays& rays) {
-    const bool hard = p.u < rays.spines;
-    // Rays fork once: twice as many near the margin.
+    const bool hard = p.u < rays.spines, pectoral = p.part == Part::PECTORAL,
+               tail = p.part == Part::TAIL;
+    // Rays fork once: twice as many near the margin. Those of a pectoral fin stay single: it has
+    // few texels, and lies over another fin.
     const float phase = p.u * rays.count;
     const float single = 0.5f + 0.5f * std::cos(2 * kPi * phase);
     const float twin = 0.5f + 0.5f * std::cos(4 * kPi * phase);
-    const float ray = hard ? single * single : mix(single, twin, smoothstep(0.35f, 0.75f, p.v));
+    const float fork = pectoral ? 0.0f : smoothstep(0.35f, 0.75f, p.v);
+    const float ray = hard ? single * single : mix(single, twin, fork);
 
     // Where the mesh ends the fin is still half there: a rim of clear texels would hide what is
     // drawn behind it later.
     const float soft = 0.035f;
-    const float tip = 1 + 0.5f * soft - (hard ? 1.5f * rays.notch * (1 - single) : 0.0f);
+    const float tip = 1 + 0.5f * soft - (hard ? 1.5f * rays.notch : 0.012f) * (1 - ray);
 
+    // Rays reach into the hem, skin hangs back between them.
+    const float hem =
+        p.v + (hard ? 0.0f : (tail ? 0.2f : 0.5f) * std::min(rays.edge, 0.16f) * (0.5f - ray));
     Vec3 c =
-        mix(rays.base, rays.margin, smoothstep(1 - rays.edge * 1.6f, 1 - rays.edge * 0.4f, p.v));
+        mix(rays.base, rays.margin, smoothstep(1 - rays.edge * 1.6f, 1 - rays.edge * 0.4f, hem));
     // The body shades the fins' roots; the tail grows out of it without a step.
     const float root = 1 - smoothstep(0, 0.22f, p.v);
-    const bool tail = p.part == Part::TAIL;
     c *= mix(1.0f, (tail ? 0.94f : 0.92f) + (tail ? 0.10f : 0.16f) * ray, tail ? 1 - root : 1.0f);
     c = c * mix(Vec3{1, 1, 1}, tail ? kSunlit : Vec3{0.84f, 0.84f, 0.84f}, root);
     c *= 0.97f + 0.06f * valueNoise({p.u * 9, p.v * 5, 0}, 23);
 
-    const float thin =
-        mix(rays.solid, mix(rays.skin, rays.solid, ray), smoothstep(0.05f, 0.7f, p.v));
+    float thin = mix(rays.solid, mix(rays.skin, rays.solid, pectoral ? 0.25f + 0.4f * ray : ray),
+                     smoothstep(0.05f, 0.7f, p.v));
+    // Where a pectoral fin grows out of the flank there is no edge; the flank lies behind it.
+    if (pectoral)
+        thin *= mix(0.25f, 1.0f, smoothstep(0.0f, 0.22f, p.v));
     const float sides = smoothstep(-0.01f, 0.01f, p.u) * smoothstep(1.01f, 0.99f, p.u);
     return {c, thin * sides * smoothstep(tip, tip - soft, p.v)};
 }

@@ -52,7 +52,7 @@ Pixel finColour(const FinPoint& p) {
             return fin;
         }
         case Part::PECTORAL:
-            return finPixel(p, {rgb(240, 204, 84), rgb(255, 228, 130), 13, 0.88f, 0.58f, 0.2f});
+            return finPixel(p, {rgb(240, 204, 84), rgb(255, 228, 130), 10, 0.88f, 0.58f, 0.2f});
         default:
             return finPixel(
                 p, {rgb(236, 188, 44), rgb(255, 224, 110), 15, 0.97f, 0.84f, 0.12f, 0.04f});

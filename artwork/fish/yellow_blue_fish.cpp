@@ -78,7 +78,7 @@ Pixel finColour(const FinPoint& p) {
             return finPixel(p,
                             {rgb(255, 214, 44), rgb(255, 240, 170), 8, 0.96f, 0.88f, 0.12f, 0.02f});
         case Part::PECTORAL:
-            return finPixel(p, {rgb(255, 214, 90), rgb(255, 236, 160), 11, 0.82f, 0.50f});
+            return finPixel(p, {rgb(255, 214, 90), rgb(255, 236, 160), 8, 0.82f, 0.50f});
         case Part::PELVIC:
             return finPixel(p, {rgb(255, 200, 40), rgb(96, 156, 240), 9, 0.96f, 0.84f});
         default: {
