@@ -135,10 +135,12 @@ void Gull::wing(float side) {
             const float along = (static_cast<float>(feather) + across) / kFeathers;
             const float front = kLeading.at(along), deep = front - kTrailing.at(along);
             chord *= 1 - std::min(0.5f, cut * notch(along) / deep);
-            // Flesh and bone lie in the front, what follows is as thin as its feathers.
-            const float thick = mix(0.23f, 0.05f, smoothstep(0, 0.75f, along));
+            // Flesh and bone lie in the front. Thicker than they are, and the feathers behind them
+            // too: edge-on, the far bird's wing is still a line, up to its tip.
+            const float thick = mix(0.66f, 0.46f, smoothstep(0, 0.75f, along)) *
+                                std::sqrt(std::min(1.0f, (1 - along) / 0.06f));
             const float profile =
-                std::sqrt(std::min(1.0f, chord / 0.14f)) * smoothstep(0.85f, 0.10f, chord);
+                std::sqrt(std::min(1.0f, chord / 0.14f)) * smoothstep(1.0f, 0.10f, chord);
             const float camber = 0.17f * (1 - along * 0.6f) * std::sin(kPi * std::pow(chord, 0.6f));
             // Each feather lies with one edge upon the next: seen edge-on, they are blades.
             const float middle = 1 - std::fabs(across - kFeatherTip) / kFeatherTip;
@@ -519,7 +521,9 @@ Vec3 wingColour(float along, float chord, bool above) {
     const bool outermost = number > kFeathers;
     const float mirror = band(along - (outermost ? 0.912f : 0.893f) - 0.02f * (f - 0.5f),
                               outermost ? -0.024f : -0.019f, outermost ? 0.024f : 0.019f, 0.006f);
-    return mix(c, pale * (1 - 0.25f * shade), number >= kFeathers ? 0.94f * mirror : 0.0f);
+    // Framed in black: seen edge-on against a bright sky, they must not cut the tip off.
+    const float framed = band(chord, 0.30f, 0.80f, 0.10f);
+    return mix(c, pale * (1 - 0.25f * shade), number >= kFeathers ? 0.94f * mirror * framed : 0.0f);
 }
 
 /// The middle feathers of the tail lie on top.
