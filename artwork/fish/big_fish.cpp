@@ -24,7 +24,7 @@ Fish bigFish() {
     tail.flare = 1.6f;
     tail.margin = {
         {1.275f, 0.195f}, {1.245f, 0.095f}, {1.215f, 0}, {1.245f, -0.092f}, {1.275f, -0.190f}};
-    tail.front = tail.rear = {0.16f, 0.20f};
+    tail.front = tail.rear = {0.24f, 0.27f};
     tail.columns = 18;
     tail.rows = 4;
 

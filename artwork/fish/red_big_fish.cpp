@@ -15,9 +15,10 @@ Fish anatomy() {
                      {0.89f, -0.056f}, {1.0f, -0.050f}};
     f.body.widest = 0.48f;
     f.body.keel = 1.08f;
-    finOf(f, Part::TAIL).margin = {{1.275f, 0.225f}, {1.235f, 0.140f},  {1.188f, 0.066f},
-                                   {1.168f, 0},      {1.188f, -0.064f}, {1.235f, -0.137f},
-                                   {1.275f, -0.220f}};
+    Fin& tail = finOf(f, Part::TAIL);
+    tail.front = tail.rear = {0.16f, 0.20f};
+    tail.margin = {{1.275f, 0.225f},  {1.235f, 0.140f},  {1.188f, 0.066f}, {1.168f, 0},
+                   {1.188f, -0.064f}, {1.235f, -0.137f}, {1.275f, -0.220f}};
     Fin& dorsal = finOf(f, Part::DORSAL);
     dorsal.root = {
         {0.23f, 0.190f}, {0.40f, 0.205f}, {0.58f, 0.160f}, {0.74f, 0.095f}, {0.88f, 0.052f}};
