@@ -553,13 +553,17 @@ Vec3 swell(Vec3 rest, int frame) {
 
 Mesh thicket() { return Thicket().mesh(); }
 
-void paintThicket(const std::string& folder) {
+Image thicketSkin() {
     Image texture(kSize, kSize, {{}, 0});
     paintBranches(texture);
     paintStone(texture);
     bleed(texture, 12);
+    return texture;
+}
+
+void paintThicket(const std::string& folder) {
     const std::string path = folder + "/models/coral_b";
-    saveBmp32(texture, path + ".nlt");
+    saveBmp32(thicketSkin(), path + ".nlt");
     const Thicket thicket;
     const auto pose = [](int, const Vec3& rest, int frame) { return rest + swell(rest, frame); };
     saveModel(thicket.mesh(), kFrames, pose, path + ".nlm");

@@ -15,6 +15,8 @@ Garden coral_i();
 
 /// The model of coral_b, which is no garden, in file axes.
 Mesh thicket();
+/// Its texture.
+Image thicketSkin();
 /// Writes models/coral_b.nlm and models/coral_b.nlt below the folder.
 void paintThicket(const std::string& folder);
 

@@ -10,6 +10,7 @@
 #include "common/noise.h"
 #include "common/parallel.h"
 #include "corals/gardens.h"
+#include "corals/portrait.h"
 #include "floor/ground.h"
 #include "floor/litter.h"
 #include "floor/placement.h"
@@ -302,6 +303,109 @@ void paintShadow(Image& image, const Star& star) {
         }
 }
 
+/// What the eye sees of a thicket, painted on the sand behind it. The shadow of a fish that lies
+/// before its foot is drawn first and keeps the foot from being drawn; what shows then is the sand.
+class ThicketSeen {
+public:
+    ThicketSeen(const Mesh& mesh, const Image& skin, const Placement& placement)
+        : camera_(kEye, placement.toWorld({0, 0, 0})) {
+        camera_.setScale(kScale);
+        std::vector<Vec3> seen;
+        Vec2 high{-1e9f, -1e9f};
+        for (const Vertex& v : mesh.vertices) {
+            seen.push_back(camera_.project(placement.toWorld(v.position)));
+            low_ = {std::min(low_.x, seen.back().x), std::min(low_.y, seen.back().y)};
+            high = {std::max(high.x, seen.back().x), std::max(high.y, seen.back().y)};
+        }
+        width_ = static_cast<int>(high.x - low_.x) + 1;
+        height_ = static_cast<int>(high.y - low_.y) + 1;
+        pixels_.resize(size_t(width_) * size_t(height_));
+        depth_.resize(pixels_.size(), 1e9f);
+        for (const std::array<int, 3>& t : mesh.triangles)
+            draw(skin, {seen[size_t(t[0])], mesh.vertices[size_t(t[0])].texture},
+                 {seen[size_t(t[1])], mesh.vertices[size_t(t[1])].texture},
+                 {seen[size_t(t[2])], mesh.vertices[size_t(t[2])].texture});
+    }
+
+    /// Its colour before a point of the floor; alpha 0 where it is not before it, or only its edge,
+    /// which would show beside it as soon as floor or branches sway.
+    Pixel before(Vec3 point) const {
+        const Vec3 p = camera_.project(point);
+        const auto x = static_cast<int>(std::floor(p.x - low_.x)),
+                   y = static_cast<int>(std::floor(p.y - low_.y));
+        for (const int dx : {-kEdge, 0, kEdge})
+            for (const int dy : {-kEdge, 0, kEdge})
+                if (x + dx < 0 || y + dy < 0 || x + dx >= width_ || y + dy >= height_ ||
+                    depth_[index(x + dx, y + dy)] > p.z)
+                    return {{}, 0};
+        return {pixels_[index(x, y)], 1};
+    }
+
+private:
+    static constexpr float kScale = 2600;  // twice a screen 1080 high
+    static constexpr int kEdge = 3;
+    struct Corner {
+        Vec3 seen;
+        Vec2 texture;
+    };
+
+    size_t index(int x, int y) const { return size_t(y) * size_t(width_) + size_t(x); }
+
+    void draw(const Image& skin, const Corner& a, const Corner& b, const Corner& c) {
+        const auto area = [](Vec3 p, Vec3 q, float x, float y) {
+            return (q.x - p.x) * (y - p.y) - (q.y - p.y) * (x - p.x);
+        };
+        const float whole = area(a.seen, b.seen, c.seen.x, c.seen.y);
+        if (whole == 0)
+            return;
+        const auto [x0, x1] = std::minmax({a.seen.x, b.seen.x, c.seen.x});
+        const auto [y0, y1] = std::minmax({a.seen.y, b.seen.y, c.seen.y});
+        for (auto y = static_cast<int>(y0 - low_.y); y <= static_cast<int>(y1 - low_.y); ++y)
+            for (auto x = static_cast<int>(x0 - low_.x); x <= static_cast<int>(x1 - low_.x); ++x) {
+                const float px = low_.x + static_cast<float>(x) + 0.5f,
+                            py = low_.y + static_cast<float>(y) + 0.5f;
+                const float u = area(b.seen, c.seen, px, py) / whole,
+                            v = area(c.seen, a.seen, px, py) / whole, w = 1 - u - v;
+                if (u < 0 || v < 0 || w < 0)
+                    continue;
+                const float depth = u * a.seen.z + v * b.seen.z + w * c.seen.z;
+                const Vec2 t = a.texture * u + b.texture * v + c.texture * w;
+                const Pixel pixel = skin.sample(t.x * static_cast<float>(skin.width()),
+                                                t.y * static_cast<float>(skin.height()));
+                if (pixel.alpha < 0.5f || depth >= depth_[index(x, y)])
+                    continue;
+                depth_[index(x, y)] = depth;
+                pixels_[index(x, y)] = pixel.colour;
+            }
+    }
+
+    Camera camera_;
+    Vec2 low_{1e9f, 1e9f};
+    int width_ = 0, height_ = 0;
+    std::vector<Vec3> pixels_;
+    std::vector<float> depth_;
+};
+
+void paintThickets(Image& image) {
+    constexpr float kLight = 0.86f;  // what the waves leave of the light, which corals have whole
+    const Mesh mesh = thicket();
+    const Image skin = thicketSkin();
+    const Ground ground;
+    for (const Placement& placement : kCorals) {
+        if (placement.model != std::string("coral_b"))
+            continue;
+        const ThicketSeen seen(mesh, skin, placement);
+        parallelFor(kTexels, [&](int row) {
+            const float z = worldZ(static_cast<float>(row) + 0.5f);
+            for (int column = 0; column < kTexels; ++column) {
+                const float x = worldX(static_cast<float>(column) + 0.5f);
+                const Pixel pixel = seen.before({x, ground.height(x, z), z});
+                blend(image.at(column, row), pixel.colour / kLight, pixel.alpha);
+            }
+        });
+    }
+}
+
 /// Smooths along each row, and across rows by what one pixel of the screen covers there: the
 /// texture has no mipmaps, and what is finer than a pixel would glitter as the camera tilts.
 Image soften(const Image& image) {
@@ -366,6 +470,7 @@ Image paintFloor() {
             c = c * water * shade({x, ground.height(x, z), z});
         }
     });
+    paintThickets(image);
     // The floor is never seen less slanting than by half: half as many rows do. Near the eye they
     // are enlarged, and a little sharpened for that.
     Image floor = shrunk(soften(image), 1, 2);
