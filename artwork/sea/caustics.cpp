@@ -167,8 +167,8 @@ struct Film {
 };
 
 float exposed(const Film& film, float core, float glow) {
-    const float c = std::pow(core / film.core, 7.5f), g = std::pow(glow / film.glow, 3.2f);
-    return mix(film.dark, film.bright, std::min(1.0f, c / (1 + c) + 0.63f * g / (1 + g)));
+    const float c = std::pow(core / film.core, 5.5f), g = std::pow(glow / film.glow, 2.4f);
+    return mix(film.dark, film.bright, std::min(1.0f, c / (1 + c) + 0.50f * g / (1 + g)));
 }
 
 /// A line is a thin cream core in a glow that falls off gently into the cell. Red is bright first
@@ -178,16 +178,16 @@ Image develop(const Grid& gathered, const Grid& calmness) {
     const Grid near = blurred(gathered, 5);
     const Grid halo = blurred(gathered, 11);
     const Grid spread = blurred(gathered, 24);
-    constexpr Film kRed{0.764f, 1, 1.004f, 0.993f}, kGreen{0.776f, 1, 1.061f, 1.045f},
-        kBlue{0.742f, 0.975f, 1.152f, 1.202f};
+    constexpr Film kRed{0.756f, 1, 1.124f, 0.854f}, kGreen{0.768f, 1, 1.188f, 0.899f},
+        kBlue{0.734f, 0.975f, 1.290f, 1.034f};
     Image image(kSize, kSize);
     for (int y = 0; y < kSize; ++y)
         for (int x = 0; x < kSize; ++x) {
             const size_t i = size_t(y * kSize + x);
-            const float spreads = 0.5f * calmness[i];
+            const float spreads = 0.8f * calmness[i];
             // A line shows by how much it outshines what is round it: a faint one goes on to the
             // next instead of ending, and where many meet there is no white patch.
-            const float around = std::pow(std::max(1.0f, halo[i]), 0.66f);
+            const float around = std::pow(std::max(1.0f, halo[i]), 0.40f);
             const float core = mix(mix(light[i], near[i], 0.31f), spread[i], spreads) / around;
             const float glow = mix(halo[i], spread[i], spreads);
             image.at(x, y).colour = {exposed(kRed, core, glow), exposed(kGreen, core, glow),
