@@ -53,8 +53,9 @@ trap 'rm -rf "$folder"' EXIT
 seconds=10 dissolved=$(((fps * 3 + 4) / 5))
 # The camera leaves the reef after ten seconds and needs 25 degrees up. There it rests for a second,
 # and again a little more than `seconds` later: while the film dissolves, it stands still.
+# The clear sky does not turn, so no cloud jumps back.
 speed=8
-printf 'CameraSpeed=%s\nCameraFixTop=1\nCameraFixBottom=3\n' "$speed" >"$folder/settings"
+printf 'CameraSpeed=%s\nCameraFixTop=1\nCameraFixBottom=3\nSkyType=1\n' "$speed" >"$folder/settings"
 from=$(awk "BEGIN { print 10 + 25 / $speed + 0.4 }")
 if [ -n "$day" ]; then
     # The camera's round is as long as the film: before the reef in the forenoon, over the water

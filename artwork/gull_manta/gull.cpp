@@ -478,7 +478,7 @@ Vec3 wingColour(float along, float chord, bool above) {
         c = c * mix(Vec3{0.945f, 0.965f, 0.985f}, {1.0f, 0.99f, 0.97f},
                     smoothstep(0.75f, 0.10f, chord) * mix(1.0f, 0.6f, along));
         c *= 1 - 0.12f * smoothstep(0.16f, 0.0f, along);
-        c = mix(c, kWhite, 0.9f * smoothstep(0.034f, 0.018f, chord));
+        c = mix(c, rgb(208, 214, 221), 0.9f * smoothstep(0.034f, 0.018f, chord));
         // White ends of the feathers make a hem behind the arm.
         const float off = (f - kFeatherTip) * 1.3f;
         const float hem = 0.86f + 0.05f * smoothstep(0.30f, 0.66f, along) - 0.06f * off * off;
@@ -498,8 +498,9 @@ Vec3 wingColour(float along, float chord, bool above) {
         c *= 1 - 0.07f * shade + (flight ? 0.06f : 0.035f) * rim;
         c = mix(c, kWhite * (flight ? 0.95f : 0.84f), 0.45f * shaft);
         c = c * mix(Vec3{1, 1, 1}, {0.85f, 0.872f, 0.89f}, cast * (flight ? 1.0f : 0.75f));
-        // The leading edge rounds into the light, the armpit lies in shade.
-        c = mix(c, Vec3{0.99f, 0.985f, 0.96f}, 0.85f * smoothstep(0.040f, 0.018f, chord));
+        // The leading edge is greyer than the clouds that the bird is seen against, or an arm seen
+        // edge-on would be lost in them. The armpit lies in shade.
+        c = mix(c, Vec3{0.66f, 0.70f, 0.735f}, 0.85f * smoothstep(0.060f, 0.018f, chord));
         c = c * mix(Vec3{1, 1, 1}, {0.80f, 0.835f, 0.865f}, smoothstep(0.20f, 0.0f, along));
     }
 

@@ -178,8 +178,8 @@ Image develop(const Grid& gathered, const Grid& calmness) {
     const Grid near = blurred(gathered, 5);
     const Grid halo = blurred(gathered, 11);
     const Grid spread = blurred(gathered, 24);
-    constexpr Film kRed{0.756f, 1, 1.124f, 0.854f}, kGreen{0.768f, 1, 1.188f, 0.899f},
-        kBlue{0.734f, 0.975f, 1.290f, 1.034f};
+    constexpr Film kRed{0.755f, 1, 1.124f, 0.854f}, kGreen{0.767f, 1, 1.188f, 0.899f},
+        kBlue{0.733f, 0.975f, 1.290f, 1.034f};
     Image image(kSize, kSize);
     for (int y = 0; y < kSize; ++y)
         for (int x = 0; x < kSize; ++x) {
