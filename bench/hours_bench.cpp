@@ -6,6 +6,7 @@
 
 #include <algorithm>
 #include <array>
+#include <cmath>
 #include <cstdio>
 #include <cstdlib>
 #include <optional>
@@ -91,7 +92,7 @@ COSTS hourAndNoon(int camerapos, double hour) {
 
 std::string clockText(double hour) {
     char text[16];
-    const int minutes = static_cast<int>(hour * 60 + 0.5);
+    const int minutes = static_cast<int>(std::lround(hour * 60));
     std::snprintf(text, sizeof text, "%d:%02d", minutes / 60, minutes % 60);
     return text;
 }

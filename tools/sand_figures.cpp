@@ -48,7 +48,7 @@ int mirrored(int i, int size) {
 }
 
 std::vector<double> bell(double sigma) {
-    const int reach = static_cast<int>(4 * sigma + 0.5);
+    const int reach = static_cast<int>(std::lround(4 * sigma));
     std::vector<double> weights;
     double sum = 0;
     for (int i = -reach; i <= reach; ++i) {
@@ -65,7 +65,7 @@ std::vector<double> bellSlope(double sigma) {
     std::vector<double> weights = bell(sigma);
     const int reach = static_cast<int>(weights.size()) / 2;
     for (int i = -reach; i <= reach; ++i)
-        weights[size_t(i + reach)] *= i / (sigma * sigma);
+        weights[i + reach] *= i / (sigma * sigma);
     return weights;
 }
 
@@ -77,9 +77,9 @@ Plane filtered(const Plane& plane, const std::vector<double>& across,
         for (int y = 0; y < from.height; ++y)
             for (int x = 0; x < from.width; ++x)
                 for (int i = -reach; i <= reach; ++i)
-                    to.at(x, y) += weights[size_t(i + reach)] *
-                                   (rows ? from.at(mirrored(x + i, from.width), y)
-                                         : from.at(x, mirrored(y + i, from.height)));
+                    to.at(x, y) +=
+                        weights[i + reach] * (rows ? from.at(mirrored(x + i, from.width), y)
+                                                   : from.at(x, mirrored(y + i, from.height)));
         return to;
     };
     return run(run(plane, across, true), down, false);

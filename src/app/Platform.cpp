@@ -63,7 +63,7 @@ private:
 }  // namespace
 
 QString choosePlatform(QString& problem) {
-    const QString wanted = qEnvironmentVariable("QT_QPA_PLATFORM").section(';', 0, 0);
+    QString wanted = qEnvironmentVariable("QT_QPA_PLATFORM").section(';', 0, 0);
     if (!wanted.isEmpty() && wanted != QLatin1String("wayland") && wanted != QLatin1String("xcb"))
         return wanted;
     if (wanted != QLatin1String("xcb") && connectCompositor())

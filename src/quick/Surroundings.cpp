@@ -26,7 +26,7 @@ constexpr char PROPERTIES[] = "org.freedesktop.DBus.Properties";
 
 /// Calls without waiting; `take` gets the first value of the answer, if there is one.
 template <class T, class TAKE>
-void ask(QObject* asker, QDBusConnection bus, const QDBusMessage& question, TAKE take) {
+void ask(QObject* asker, const QDBusConnection& bus, const QDBusMessage& question, TAKE take) {
     if (!bus.isConnected())
         return;
     auto* watcher = new QDBusPendingCallWatcher(bus.asyncCall(question), asker);

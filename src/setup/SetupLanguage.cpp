@@ -29,7 +29,7 @@ std::string languageSection(const QString& name, const char* languagefile) {
 
 std::string setupLanguage(const QStringList& languages, const char* languagefile) {
     for (const QString& name : languages) {
-        const std::string section = languageSection(name, languagefile);
+        std::string section = languageSection(name, languagefile);
         if (!section.empty())
             return section;
     }
