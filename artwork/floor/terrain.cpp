@@ -30,7 +30,7 @@ float rowOf(float z) { return (Ground::kDepth - z) / kTexelZ; }
 float rippleStrength(float x, float z) {
     const float near = 1 - smoothstep(20, 33, z);
     const float patch = fractalNoise({x * 0.13f + 5, z * 0.13f, 0.5f}, 2, 516);
-    const float least = mix(0.52f, 0.40f, smoothstep(10, 18, z));
+    const float least = mix(0.62f, 0.40f, smoothstep(10, 18, z));
     return near * mix(least, 1.0f, smoothstep(-0.3f, 0.3f, patch));
 }
 
@@ -111,7 +111,7 @@ Vec3 sand(float x, float z) {
     const float grain = hashUnit(column, row, 0, 504) - 0.5f;
     const float coarse = 0.55f + 0.9f * clamp01(0.5f + 1.3f * middle);
     // Each is largest before the eye, where less of it is enough.
-    const float contrast = mix(0.032f, 0.065f, smoothstep(9, 12, z));
+    const float contrast = mix(0.046f, 0.065f, smoothstep(9, 12, z));
     c = c *
         (mix(0.995f, 0.988f, smoothstep(9, 15, z)) + coarse * (0.025f * fine + contrast * grain));
 
