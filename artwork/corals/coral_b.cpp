@@ -483,7 +483,7 @@ void soften(Image& image) {
             }
         }
     };
-    pass(1, 0, [](float down) { return mix(1.9f, 1.0f, smoothstep(0.15f, 0.65f, down)); });
+    pass(1, 0, [](float down) { return mix(2.6f, 1.2f, smoothstep(0.15f, 0.65f, down)); });
     pass(0, 1, [](float) { return 2.2f; });
 }
 
@@ -534,9 +534,9 @@ void paintStone(Image& texture) {
                     above += (world.y - ground.height(world.x, world.z)) / 3;
                 }
             // Grown over by what stands on it; in its shade, and darkest where the sand begins.
-            const Vec3 c = mix(paint.colour, rgb(172, 70, 98), 0.62f);
+            const Vec3 c = mix(paint.colour, rgb(190, 82, 112), 0.7f);
             const float sunny = dot(normalize(at), sun) + 0.3f * paint.bump.y;
-            const float shade = mix(0.36f, 0.60f, smoothstep(-0.1f, 0.9f, sunny)) *
+            const float shade = mix(0.46f, 0.68f, smoothstep(-0.1f, 0.9f, sunny)) *
                                 mix(0.7f, 1.0f, smoothstep(0.0f, 0.2f, above));
             texture.at(kSize / 2 + x, y) = {c * shade, 1};
         }

@@ -13,7 +13,8 @@ Garden coral_f() {
 
     Layer& rigid = garden.layer();
     rigid.add(rock(111, {1.35f, 0.5f, 1.1f}), {{x, y, z}});
-    rigid.add(rock(114, {0.8f, 0.42f, 0.7f}), {{x - 1.5f, y - 0.15f, z - 0.3f}});
+    rigid.add(brain(114, {0.62f, 0.40f, 0.5f}, rgb(196, 206, 110), rgb(120, 146, 66)),
+              {{x - 1.5f, y - 0.22f, z - 0.3f}});
     rigid.add(table(112, 1.15f, 0.7f), {{x - 0.75f, y + 0.30f, z + 0.1f}, {-16, 40, 4}});
     rigid.add(plates(117, 0.55f, 8, rgb(160, 132, 48), rgb(236, 214, 92)),
               {{x - 0.55f, y + 0.25f, z - 0.75f}, {-25, 0, 0}});
