@@ -66,7 +66,25 @@ start_shell() {
     session=$!
 }
 start_shell
-stop_shell() { kill "$(cat "$tmp/shell")"; }
+# What the session has started outlives its bus, and the next session's activities would not be this
+# one's as long as the manager of these still runs.
+session_processes() {
+    for process in /proc/[0-9]*; do
+        grep -s -z -q -x -F "DBUS_SESSION_BUS_ADDRESS=$bus" "$process/environ" || continue
+        echo "${process#/proc/}"
+    done
+}
+no_session_processes() { # and kills those that there are, which may start others until then
+    left=$(session_processes)
+    # shellcheck disable=SC2086  # one word for each process
+    [ -z "$left" ] || { kill -KILL $left && false; }
+}
+stop_shell() {
+    bus=$(cat "$tmp/bus")
+    kill "$(cat "$tmp/shell")"
+    wait $session || true
+    until_true "what the session has started does not end" no_session_processes
+}
 at_end="stop_shell"
 in_session() { DBUS_SESSION_BUS_ADDRESS=$(cat "$tmp/bus") as_person "$@"; }
 ask_shell() { # SCRIPT
@@ -185,7 +203,6 @@ stop_cover
 recipe "Desktop of Plasma" "$tmp/recipe" docs/desktops.md
 as_person sh -e "$tmp/recipe"
 stop_shell
-wait $session || true
 at_end=""
 rm "$tmp/bus"
 start_shell
